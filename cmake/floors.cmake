@@ -1,0 +1,29 @@
+# A folder of src/ is a floor of the house and one library target; see docs/architecture.md.
+
+add_library(varnoth_options INTERFACE)
+target_compile_features(varnoth_options INTERFACE cxx_std_20)
+target_include_directories(varnoth_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
+# The same digits on every build: no contraction of a * b + c into one rounding, and no moving or
+# inventing of operations that may trap.
+target_compile_options(varnoth_options INTERFACE
+  -ffp-contract=off
+  $<$<CXX_COMPILER_ID:GNU>:-ftrapping-math>
+  $<$<CXX_COMPILER_ID:Clang>:-ffp-exception-behavior=maytrap>
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wformat=2
+  -Wno-format-nonliteral -Wnon-virtual-dtor
+  $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wlogical-op>
+  $<$<BOOL:${VARNOTH_WERROR}>:-Werror>)
+
+# varnoth_floor(<target> SOURCES <file>... [FLOORS_BELOW <target>...])
+function(varnoth_floor target)
+  cmake_parse_arguments(FLOOR "" "" "SOURCES;FLOORS_BELOW" ${ARGN})
+  add_library(${target} STATIC ${FLOOR_SOURCES})
+  target_link_libraries(${target} PUBLIC varnoth_options ${FLOOR_FLOORS_BELOW})
+  add_dependencies(${target} varnoth_check_floors)
+endfunction()
+
+# An include that goes up fails the build, whatever the linker would say of it.
+add_custom_target(varnoth_check_floors
+  COMMAND ${CMAKE_COMMAND} -DSOURCE_DIR=${PROJECT_SOURCE_DIR}/src
+          -P ${PROJECT_SOURCE_DIR}/cmake/check_floors.cmake
+  COMMENT "Checking that includes go down or sideways")

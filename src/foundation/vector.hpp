@@ -1,0 +1,114 @@
+#pragma once
+
+#include <cmath>
+
+#include "foundation/array.hpp"
+
+namespace varnoth {
+
+/// Three components of a position (m), a velocity (m/s) or the like.
+template <class T>
+struct VECTOR_3D {
+  T x{};
+  T y{};
+  T z{};
+};
+
+/// An ARRAY of numbers (or texts) with element-wise operators, which go by position, not by index.
+/// Operands of different lengths throw a text that names the operator.
+template <class T>
+class VECTOR : public ARRAY<T> {
+ public:
+  using ARRAY<T>::ARRAY;
+
+  VECTOR& operator+=(const VECTOR& other) {
+    CheckLength(other, "VECTOR operator += : vectors have different dimensions");
+    return Combine(other, [](T a, T b) { return a + b; });
+  }
+  VECTOR& operator-=(const VECTOR& other) {
+    CheckLength(other, "VECTOR operator -= : vectors have different dimensions");
+    return Combine(other, [](T a, T b) { return a - b; });
+  }
+  /// Throws "VECTOR operator /= : division by 0.0" for a divisor of exactly zero.
+  VECTOR& operator/=(T divisor) {
+    if (divisor == T(0)) throw "VECTOR operator /= : division by 0.0";
+    for (int i = 0; i < this->range.Count(); ++i) this->data[i] /= divisor;
+    return *this;
+  }
+  friend VECTOR operator+(VECTOR a, const VECTOR& b) {
+    a.CheckLength(b, "VECTOR operator + : vectors have different dimensions");
+    return a += b;
+  }
+  friend VECTOR operator-(VECTOR a, const VECTOR& b) {
+    a.CheckLength(b, "VECTOR operator - : vectors have different dimensions");
+    return a -= b;
+  }
+
+ private:
+  void CheckLength(const VECTOR& other, const char* text) const {
+    if (this->range.Count() != other.range.Count()) throw text;
+  }
+  template <class OPERATION>
+  VECTOR& Combine(const VECTOR& other, OPERATION operation) {
+    for (int i = 0; i < this->range.Count(); ++i) {
+      this->data[i] = operation(this->data[i], other.data[i]);
+    }
+    return *this;
+  }
+};
+
+/// Euclidean length; the squares are summed x, y, z.
+inline double Length(const double v[3]) {
+  return std::sqrt(v[0] * v[0] + v[1] * v[1] + v[2] * v[2]);
+}
+template <class T>
+T Length(const VECTOR_3D<T>& v) {
+  return std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z);
+}
+
+/// Sum of products, from the last element to the first; 0 for empty vectors. Throws
+/// "DotProduct: vectors have different dimensions".
+template <class T>
+T DotProduct(const VECTOR<T>& a, const VECTOR<T>& b) {
+  if (a.GetLength() != b.GetLength()) throw "DotProduct: vectors have different dimensions";
+  const T* pa = a.GetElementBase(0);
+  const T* pb = b.GetElementBase(0);
+  T sum = T(0);
+  for (int i = a.GetLength(); i-- > 0;) sum += pa[i] * pb[i];
+  return sum;
+}
+
+/// Euclidean length; the squares are summed from the last element to the first.
+template <class T>
+T Length(const VECTOR<T>& v) {
+  return std::sqrt(DotProduct(v, v));
+}
+
+/// `result` = a × b by position, in the range of `a`. Throws a text if `a` or `b` has not three
+/// elements, or if `result` can not take the range.
+template <class T>
+void CrossProduct(VECTOR<T>& result, const VECTOR<T>& a, const VECTOR<T>& b) {
+  if (a.GetLength() != 3) throw "CrossProduct: vector a has not dimension of 3";
+  if (b.GetLength() != 3) throw "CrossProduct: vector b has not dimension of 3";
+  const T* pa = a.GetElementBase(0);
+  const T* pb = b.GetElementBase(0);
+  const T product[3] = {pa[1] * pb[2] - pa[2] * pb[1], pa[2] * pb[0] - pa[0] * pb[2],
+                        pa[0] * pb[1] - pa[1] * pb[0]};
+  if (result.Resize(a.GetRange()) != ARRAY_OK) throw "CrossProduct: can not allocate vector memory";
+  std::copy_n(product, 3, result.GetElementBase(0));
+}
+
+/// Plain three-vectors, as the inner loops use them.
+inline double DotProduct(const double a[3], const double b[3]) {
+  return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
+}
+inline void CrossProduct(double result[3], const double a[3], const double b[3]) {
+  result[0] = a[1] * b[2] - a[2] * b[1];
+  result[1] = a[2] * b[0] - a[0] * b[2];
+  result[2] = a[0] * b[1] - a[1] * b[0];
+}
+inline void Subtract(double result[3], const double a[3], const double b[3]) {
+  for (int i = 0; i < 3; ++i) result[i] = a[i] - b[i];
+}
+
+}  // namespace varnoth

@@ -1,0 +1,48 @@
+#include "support/log_capture.hpp"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "framework/log/log.hpp"
+
+namespace varnoth::test {
+
+TEMPORARY_DIRECTORY::TEMPORARY_DIRECTORY() {
+  std::string name = std::filesystem::temp_directory_path() / "varnoth_test_XXXXXX";
+  if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary directory");
+  directory = name;
+}
+
+TEMPORARY_DIRECTORY::~TEMPORARY_DIRECTORY() { std::filesystem::remove_all(directory); }
+
+std::string ReadFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::ostringstream content;
+  content << file.rdbuf();
+  return content.str();
+}
+
+void WriteFile(const std::string& path, const std::string& content) {
+  std::ofstream(path, std::ios::binary) << content;
+}
+
+LoggedTest::LoggedTest() {
+  GlobalLog.open_file(directory.Path("log").c_str(), "log", NO_LEVEL, TRACE);
+}
+
+std::string LoggedTest::Log() const {
+  GlobalLog.flush();
+  return ReadFile(directory.Path("log"));
+}
+
+std::string LoggedTest::TakeLog() {
+  std::istringstream lines(Log());
+  std::string texts;
+  for (std::string line; std::getline(lines, line);) texts += line.substr(14) + "\n";
+  std::filesystem::resize_file(directory.Path("log"), 0);
+  return texts;
+}
+
+}  // namespace varnoth::test
