@@ -88,14 +88,14 @@ class ARRAY {
   bool raw = false;
 
  private:
-  // A count that no address space holds is no memory, too.
+  // Elements of plain types stay undefined.
   static X* Allocate(int count, bool without_elements) {
     if (count == 0) return nullptr;
     void* memory = ::operator new(sizeof(X) * static_cast<std::size_t>(count), std::nothrow);
     auto* elements = static_cast<X*>(memory);
     if (elements != nullptr && !without_elements) {
       try {
-        std::uninitialized_value_construct_n(elements, count);
+        std::uninitialized_default_construct_n(elements, count);
       } catch (...) {
         ::operator delete(memory);
         throw;

@@ -1,0 +1,19 @@
+#pragma once
+
+namespace varnoth {
+
+class CONTROLLER_IFC;
+
+/// Turns each fatal signal into the regular failure path of the controller: the log tells the
+/// signal, the supervisor gets its marked line, the failure mark stands, and the process ends with
+/// status 1. Caught are hangup, interrupt, quit, illegal instruction, abort, floating point
+/// exception, bus error, segmentation violation, bad system call, termination, urgent socket
+/// condition, CPU and file size limits; everything else keeps its default action.
+///
+/// The handler uses the log and stdio, which no handler safely may: the process is lost anyway.
+void install_signal_handlers(CONTROLLER_IFC* controller);
+
+/// Text of a signal number from 1 to 31; null for others.
+const char* SignalText(int number);
+
+}  // namespace varnoth

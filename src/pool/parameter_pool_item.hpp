@@ -1,0 +1,63 @@
+#pragma once
+
+#include <memory>
+
+#include "foundation/array.hpp"
+#include "foundation/string.hpp"
+#include "pool/entry_reader.hpp"
+#include "pool/entry_text.hpp"
+#include "pool/value_traits.hpp"
+
+namespace varnoth {
+
+/// A pending value whose type is known only to itself.
+class POOL_VALUE {
+ public:
+  POOL_VALUE() = default;
+  virtual ~POOL_VALUE() = default;
+  POOL_VALUE(const POOL_VALUE&) = delete;
+  POOL_VALUE& operator=(const POOL_VALUE&) = delete;
+  virtual std::unique_ptr<POOL_VALUE> Copy() const = 0;
+  virtual void AppendTo(ENTRY_TEXT& text) const = 0;
+};
+
+template <class V>
+class POOL_VALUE_OF : public POOL_VALUE {
+ public:
+  explicit POOL_VALUE_OF(const V& source) : value(source) {}
+  std::unique_ptr<POOL_VALUE> Copy() const override {
+    return std::make_unique<POOL_VALUE_OF>(value);
+  }
+  void AppendTo(ENTRY_TEXT& text) const override { text.Append(value); }
+
+  const V value;
+};
+
+/// One pending entry of a pool: key, type, comment lines and an owned copy of the value.
+class PARAMETER_POOL_ITEM {
+ public:
+  /// The empty item: no key, no value, type UNKNOWN.
+  PARAMETER_POOL_ITEM() = default;
+  /// Throws PARAMETER_KEY_TOO_LONG, behind a line at ALARM, for a key of more than 100 characters.
+  template <class V>
+  PARAMETER_POOL_ITEM(const char* item_key, const V& item_value, const ARRAY<STRING>& lines)
+      : type(POOL_TYPE<V>), comments(lines), value(std::make_unique<POOL_VALUE_OF<V>>(item_value)) {
+    TakeKey(item_key);
+  }
+  PARAMETER_POOL_ITEM(const PARAMETER_POOL_ITEM& other);
+  PARAMETER_POOL_ITEM& operator=(const PARAMETER_POOL_ITEM& other);
+  ~PARAMETER_POOL_ITEM() = default;
+
+  /// The entry's text. Throws ERROR_UNHANDLED_CASE for an item of type UNKNOWN.
+  ENTRY_TEXT Text() const;
+
+  char key[ENTRY_READER::KEY_LIMIT + 1] = {};
+  TYPE_CODE type = UNKNOWN;
+  ARRAY<STRING> comments;
+  std::unique_ptr<POOL_VALUE> value;
+
+ private:
+  void TakeKey(const char* item_key);
+};
+
+}  // namespace varnoth

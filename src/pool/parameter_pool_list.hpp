@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstring>
+#include <list>
+
+#include "foundation/errors.hpp"
+#include "pool/parameter_pool_item.hpp"
+
+namespace varnoth {
+
+/// A doubly linked list with an end sentinel, a count and a cursor.
+template <class X>
+class LIST {
+ public:
+  LIST() : cursor(items.end()) {}
+  virtual ~LIST() = default;
+  LIST(const LIST&) = delete;
+  LIST& operator=(const LIST&) = delete;
+
+  int count() const { return static_cast<int>(items.size()); }
+  /// The item under the cursor.
+  X& current() { return *cursor; }
+  const X& current() const { return *cursor; }
+  /// Unlinks and frees the item under the cursor; the cursor then stands on the next one.
+  void remove_current() { cursor = items.erase(cursor); }
+  void clear() {
+    items.clear();
+    cursor = items.end();
+  }
+  X& front() { return items.front(); }
+  auto begin() const { return items.begin(); }
+  auto end() const { return items.end(); }
+
+ protected:
+  std::list<X> items;
+  mutable typename std::list<X>::iterator cursor;
+};
+
+/// The pending entries of a pool. A new item goes in front of the head, so that the list holds the
+/// entries in the reverse order of their adding; files in use show it in the order of new keys.
+class PARAMETER_POOL_LIST : public LIST<PARAMETER_POOL_ITEM> {
+ public:
+  /// Looks for a key (exact) from the head and leaves the cursor on the hit; 1 or 0.
+  int find(const char* key) {
+    for (cursor = items.begin(); cursor != items.end(); ++cursor) {
+      if (std::strcmp(cursor->key, key) == 0) return 1;
+    }
+    return 0;
+  }
+  /// Adds a copy of a value and its comments under a key.
+  template <class V>
+  void add(const char* key, const V& value, const ARRAY<STRING>& comments) {
+    items.emplace_front(key, value, comments);
+  }
+  /// Copies the value of a key out. Throws PARAMETER_KEY_NOT_FOUND, WRONG_PARAMETER_TYPE if the
+  /// item holds another in-memory type, and what the copy throws.
+  template <class V>
+  void get(const char* key, V& value) {
+    if (find(key) == 0) throw PARAMETER_KEY_NOT_FOUND();
+    const auto* held = dynamic_cast<const POOL_VALUE_OF<V>*>(current().value.get());
+    if (held == nullptr) throw WRONG_PARAMETER_TYPE();
+    value = held->value;
+  }
+};
+
+}  // namespace varnoth

@@ -1,0 +1,184 @@
+#include "pool/parameter_pool_read_write_change.hpp"
+
+#include <libgen.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+
+namespace varnoth {
+
+namespace {
+
+/// Name pattern of the temporary file beside a pool.
+std::string TemporaryPattern(const char* pool) {
+  constexpr std::size_t PATH_LIMIT = 1000;
+  std::string path(pool, strnlen(pool, PATH_LIMIT));
+  return std::string(dirname(path.data())) + "//pool_XXXXXX";  // dirname changes its argument
+}
+
+void LogSystemError(int error) { GlobalLog.set(ALARM) << std::strerror(error) << "\n"; }
+
+}  // namespace
+
+void write_entry(const PARAMETER_POOL_ITEM& item, POOL_STREAM& pool) {
+  pool.Write(item.Text().Text());
+  pool.Flush();
+}
+
+PARAMETER_POOL_READ_WRITE_CHANGE::PARAMETER_POOL_READ_WRITE_CHANGE(const char* path,
+                                                                   unsigned option_value)
+    : PARAMETER_POOL(path, option_value), exceptions_at_start(std::uncaught_exceptions()) {
+  if (!writable) {
+    GlobalLog.set(ALARM) << "can not open pool file for update " << path << "\n";
+    throw CAN_NOT_OPEN_POOL();
+  }
+  GlobalLog.set(DEBUG) << "construct pool_rwc: " << path << "\n";
+}
+
+PARAMETER_POOL_READ_WRITE_CHANGE::~PARAMETER_POOL_READ_WRITE_CHANGE() noexcept(false) {
+  if (std::uncaught_exceptions() == exceptions_at_start) {
+    update();
+    return;
+  }
+  try {
+    update();
+  } catch (...) {  // NOLINT(bugprone-empty-catch): the lines of the failure stand in the log
+  }
+}
+
+template <class V>
+void PARAMETER_POOL_READ_WRITE_CHANGE::WriteNew(const char* key, const V& value,
+                                                const ARRAY<STRING>& comments) {
+  if (list.find(key) != 0 || find_key(key)) throw PARAMETER_KEY_EXISTS();
+  Add(WRITE, key, value, comments);
+}
+
+template <class V>
+void PARAMETER_POOL_READ_WRITE_CHANGE::Replace(const char* key, const V& value,
+                                               const ARRAY<STRING>& comments) {
+  Add(CHANGE, key, value, comments);
+}
+
+template <class V>
+void PARAMETER_POOL_READ_WRITE_CHANGE::Add(OPERATION operation, const char* key, const V& value,
+                                           const ARRAY<STRING>& comments) {
+  if (list.find(key) != 0) list.remove_current();
+  list.add(key, value, comments);
+  if (!list.front().Text().FitsReader()) {
+    list.find(key);
+    list.remove_current();
+    GlobalLog.set(ALARM) << "parameter pool: parameter key >> " << key
+                         << " << value or comment makes a line longer than "
+                         << ENTRY_READER::LINE_LIMIT << " bytes\n";
+    throw INVALID_PARAMETER_VALUE();
+  }
+  LogOperation(operation, key, POOL_TYPE<V>);
+}
+
+void PARAMETER_POOL_READ_WRITE_CHANGE::update() {
+  if (!stream.IsOpen()) return;
+  // Whatever happens below, there is no second try.
+  struct CLOSER_OF_POOL {
+    PARAMETER_POOL_READ_WRITE_CHANGE& pool;
+    ~CLOSER_OF_POOL() {
+      pool.stream.Close();
+      pool.list.clear();
+    }
+  } const closer{*this};
+
+  std::string temporary_name = TemporaryPattern(file_name.c_str());
+  const int descriptor = mkstemp(temporary_name.data());
+  if (descriptor < 0) {
+    LogSystemError(errno);
+  } else {
+    ::close(descriptor);
+  }
+  {
+    POOL_STREAM temporary;
+    // Without mkstemp's file there is nothing that could be opened without following what somebody
+    // else put there.
+    if (descriptor < 0 || !temporary.Open(temporary_name.c_str(), POOL_STREAM::MODE::READ_WRITE)) {
+      GlobalLog.set(ALARM) << "no permission to change pool file: " << file_name << "\n";
+      throw NO_UPDATE_PERMISSION_FOR_POOL();
+    }
+    Merge(temporary);
+    const bool written = temporary.Close();
+    if (!written || stream.HasError()) {
+      GlobalLog.set(ALARM) << "can not update parameter pool: " << file_name << "\n";
+      GlobalLog.set(ALARM) << "the corrupted parameter pool is:" << temporary_name << "\n";
+      GlobalLog.set(ALARM) << "the original parameter pool is NOT CHANGED !!\n";
+      throw CORRUPTED_PARAMETER_POOL();
+    }
+  }
+  GlobalLog.set(DEBUG) << "copy " << temporary_name << " to " << file_name << "\n";
+  TakeOver(temporary_name);
+}
+
+void PARAMETER_POOL_READ_WRITE_CHANGE::Merge(POOL_STREAM& temporary) {
+  entry.Rewind();
+  entry.NextLine();
+  // The end is looked at before a line is: the line that met it holds the end mark and is dropped.
+  while (!stream.AtEnd()) {
+    if (entry.IsKeyLine() && list.find(entry.TakeKey()) != 0) {
+      write_entry(list.current(), temporary);
+      list.remove_current();
+      do {
+        entry.NextLine();
+      } while (!stream.AtEnd() && !entry.IsKeyLine() && !entry.IsCommentLine());
+    } else {
+      do {
+        temporary.Write(entry.Line());
+        entry.NextLine();
+      } while (!stream.AtEnd() && !entry.IsKeyLine());
+    }
+  }
+  for (const PARAMETER_POOL_ITEM& item : list) write_entry(item, temporary);
+  list.clear();
+  temporary.Flush();
+}
+
+void PARAMETER_POOL_READ_WRITE_CHANGE::TakeOver(const std::string& temporary_name) {
+  POOL_STREAM temporary;
+  if (!temporary.Open(temporary_name.c_str(), POOL_STREAM::MODE::READ)) {
+    LogSystemError(errno);
+    GlobalLog.set(ALARM) << "Error opening file " << temporary_name << "\n";
+    throw ERROR_I_O();
+  }
+  const auto fail = [&](int error) {
+    GlobalLog.set(ALARM) << "can not update pool " << file_name << "\n";
+    LogSystemError(error);
+    throw ERROR_PARAMETER_POOL();
+  };
+  stream.Rewind();
+  if (!stream.Truncate()) fail(errno);
+  while (!temporary.AtEnd()) {
+    const unsigned char byte = temporary.Fetch();
+    if (!temporary.AtEnd()) stream.Write({reinterpret_cast<const char*>(&byte), 1});
+  }
+  if (temporary.HasError() || !stream.Close()) {
+    const int error = errno;
+    GlobalLog.set(ALARM) << "the complete content is kept in: " << temporary_name << "\n";
+    fail(error);
+  }
+  temporary.Close();
+  unlink(temporary_name.c_str());
+}
+
+#define VARNOTH_INSTANTIATE(...)                                                            \
+  template void PARAMETER_POOL_READ_WRITE_CHANGE::WriteNew(const char*, const __VA_ARGS__&, \
+                                                           const ARRAY<STRING>&);           \
+  template void PARAMETER_POOL_READ_WRITE_CHANGE::Replace(const char*, const __VA_ARGS__&,  \
+                                                          const ARRAY<STRING>&);
+#define VARNOTH_INSTANTIATE_ELEMENT(...) \
+  VARNOTH_INSTANTIATE(__VA_ARGS__) VARNOTH_INSTANTIATE(ARRAY<__VA_ARGS__>)
+#define VARNOTH_INSTANTIATE_MATRIX(...) VARNOTH_INSTANTIATE(MATRIX<__VA_ARGS__>)
+VARNOTH_POOL_ELEMENTS(VARNOTH_INSTANTIATE_ELEMENT)
+VARNOTH_POOL_MATRIX_ELEMENTS(VARNOTH_INSTANTIATE_MATRIX)
+#undef VARNOTH_INSTANTIATE
+#undef VARNOTH_INSTANTIATE_ELEMENT
+#undef VARNOTH_INSTANTIATE_MATRIX
+
+}  // namespace varnoth

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "pool/parameter_pool.hpp"
+#include "pool/parameter_pool_list.hpp"
+
+namespace varnoth {
+
+/// A pool that is also written. A write doesn't touch the file: it goes to a list in memory, and
+/// one update at the end merges the list with the file. Replaced keys take the place of their old
+/// entries, new keys go to the end in the reverse order of their writing, every other line stays.
+///
+/// `Read` sees the file alone, so a key written on the same object is not visible to it before the
+/// update.
+class PARAMETER_POOL_READ_WRITE_CHANGE : public PARAMETER_POOL {
+ public:
+  PARAMETER_POOL_READ_WRITE_CHANGE() = default;
+  /// Opens the pool. Throws CAN_NOT_OPEN_POOL, also for a file that can't be written.
+  explicit PARAMETER_POOL_READ_WRITE_CHANGE(const char* path, unsigned option_value = 0);
+  /// Does the update, if it has not been done, and may throw its exceptions. While another
+  /// exception unwinds, a failing update leaves its lines in the log only.
+  ~PARAMETER_POOL_READ_WRITE_CHANGE() noexcept(false) override;
+  PARAMETER_POOL_READ_WRITE_CHANGE(const PARAMETER_POOL_READ_WRITE_CHANGE&) = delete;
+  PARAMETER_POOL_READ_WRITE_CHANGE& operator=(const PARAMETER_POOL_READ_WRITE_CHANGE&) = delete;
+
+  /// Adds an entry that must be new. Throws PARAMETER_KEY_EXISTS if the key is in the list or in
+  /// the file, PARAMETER_KEY_TOO_LONG above 100 characters, and INVALID_PARAMETER_VALUE for a text
+  /// that makes a line longer than a reader takes.
+  template <POOL_SCALAR X>
+  void Write(const char* key, const X& value, const ARRAY<STRING>& comments = {}) {
+    WriteNew(key, value, comments);
+  }
+  template <class X>
+  void Write(const char* key, const ARRAY<X>& value, const ARRAY<STRING>& comments = {}) {
+    WriteNew(key, value, comments);
+  }
+  template <class X>
+  void Write(const char* key, const MATRIX<X>& value, const ARRAY<STRING>& comments = {}) {
+    WriteNew(key, value, comments);
+  }
+  void Write(const char* key, const char* value, const ARRAY<STRING>& comments = {}) {
+    WriteNew(key, STRING(value), comments);
+  }
+
+  /// Adds an entry that may be there already; the last value of a key is what is written. Throws
+  /// like `Write`, but for PARAMETER_KEY_EXISTS.
+  template <POOL_SCALAR X>
+  void Change(const char* key, const X& value, const ARRAY<STRING>& comments = {}) {
+    Replace(key, value, comments);
+  }
+  template <class X>
+  void Change(const char* key, const ARRAY<X>& value, const ARRAY<STRING>& comments = {}) {
+    Replace(key, value, comments);
+  }
+  template <class X>
+  void Change(const char* key, const MATRIX<X>& value, const ARRAY<STRING>& comments = {}) {
+    Replace(key, value, comments);
+  }
+  void Change(const char* key, const char* value, const ARRAY<STRING>& comments = {}) {
+    Replace(key, STRING(value), comments);
+  }
+
+  /// Merges the list with the file and closes it; the pool is then done with. The complete new
+  /// content is built in a file "pool_" and six characters beside the pool, and only then copied
+  /// into the pool's own file, whose owner, rights and links so survive. Whatever stops the update,
+  /// the old pool or that file holds everything. Throws
+  ///  - NO_UPDATE_PERMISSION_FOR_POOL: the temporary file can't be made,
+  ///  - CORRUPTED_PARAMETER_POOL: reading the pool or writing the temporary file failed,
+  ///  - ERROR_I_O, ERROR_PARAMETER_POOL: the content can't be taken over.
+  void update();
+
+ private:
+  template <class V>
+  void WriteNew(const char* key, const V& value, const ARRAY<STRING>& comments);
+  template <class V>
+  void Replace(const char* key, const V& value, const ARRAY<STRING>& comments);
+  template <class V>
+  void Add(OPERATION operation, const char* key, const V& value, const ARRAY<STRING>& comments);
+  void Merge(POOL_STREAM& temporary);
+  void TakeOver(const std::string& temporary_name);
+
+  PARAMETER_POOL_LIST list;
+  int exceptions_at_start;
+};
+
+/// Writes an item's entry to a pool's file and flushes it. Throws ERROR_UNHANDLED_CASE for an item
+/// without a type.
+void write_entry(const PARAMETER_POOL_ITEM& item, POOL_STREAM& pool);
+
+}  // namespace varnoth
