@@ -278,7 +278,7 @@ void LOG::end_banner() {
   const auto seconds = static_cast<long>(std::difftime(now, start_time));
   std::string text = "execution time:";
   const auto add = [&text](long count, const char* unit) {
-    if (count > 0) text += " " + std::to_string(count) + unit;
+    if (count > 0) text.append(" ").append(std::to_string(count)).append(unit);
   };
   add(seconds / 86400, " day(s)");
   add(seconds / 3600 % 24, " hour(s)");

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "driver/flat_earth_sweep.hpp"
+#include "driver/geometry_state.hpp"
+
+namespace varnoth {
+
+/// Mean of four longitudes (degrees), each unwrapped relative to the first; from 0 up to but not
+/// including 360.
+float average_longitude(float first, float second, float third, float fourth);
+
+/// Turns the sums of the sweep into the single numbers of the scene: centre, means, the effective
+/// baseline that is reported (the prediction from the mean metres per cycle), pixel spacings; and
+/// logs them.
+void work_out_statistics(GEOMETRY_STATE& state, const SWEEP& sweep);
+
+}  // namespace varnoth

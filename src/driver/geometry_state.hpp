@@ -1,0 +1,84 @@
+#pragma once
+
+#include "driver/scene_enumerations.hpp"
+#include "foundation/array.hpp"
+#include "foundation/string.hpp"
+#include "foundation/vector.hpp"
+#include "orbit/general_orbit.hpp"
+
+namespace varnoth {
+
+/// Places of the two scenes in arrays of two.
+enum SCENE : int { MASTER = 0, SLAVE = 1 };
+/// Places of the two azimuth positions, the first and the last line of the master.
+enum AZIMUTH_POSITION : int { FIRST_LINE = 0, LAST_LINE = 1 };
+
+/// Everything that a run knows of its pair: what it read, and what it worked out. All calculations
+/// read and write this record; none reads a pool. Times are seconds on the axis of the scene
+/// parameters, angles degrees, lengths metres, if nothing else is said.
+struct GEOMETRY_STATE {
+  SCENE_ORBIT master_orbit;
+  SCENE_ORBIT slave_orbit;
+
+  double master_first_az_time = 0.0;  ///< line 0
+  double slave_first_az_time = 0.0;
+  double master_last_az_time = 0.0;  ///< last line
+  double slave_last_az_time = 0.0;
+  double master_first_rg_time = 0.0;  ///< sample 0, two-way
+  double slave_first_rg_time = 0.0;
+  double master_last_rg_time = 0.0;  ///< last sample, two-way
+  double slave_last_rg_time = 0.0;
+  int n_lines = 0;  ///< of both scenes
+  int n_samples = 0;
+  int look_direction[2] = {};      ///< as stated per scene: -1 left, +1 right
+  float center_longitude[2] = {};  ///< as stated; the master's are turned to radians on the way
+  float center_latitude[2] = {};
+  double radar_frequency[2] = {};           ///< Hz
+  double range_sampling_frequency[2] = {};  ///< Hz
+  double prf[2] = {};                       ///< lines per second
+  double az_bandwidth[2] = {};              ///< Hz
+  VECTOR<double> ellipsoid_parameters;      ///< elements 7 and 8: equatorial and polar radius
+  OBSERVATION_MODE observation_mode;
+  STRING orbit_interpolation;
+  double local_height = 0.0;  ///< above the ellipsoid, of every geolocation
+  double requator = 0.0;
+  double rpole = 0.0;
+
+  double sensor_look_direction = 0.0;       ///< -1.0 or +1.0
+  float heading_angle = 0.0F;               ///< at the first sample of the first line
+  float incidence_angle_near_range = 0.0F;  ///< of the first line
+  float incidence_angle_mid_range = 0.0F;   ///< of the last line
+  float incidence_angle_far_range = 0.0F;   ///< of the first line
+  float early_az_near_rg_longitude = 0.0F;
+  float early_az_near_rg_latitude = 0.0F;
+  float early_az_far_rg_longitude = 0.0F;
+  float early_az_far_rg_latitude = 0.0F;
+  float late_az_near_rg_longitude = 0.0F;
+  float late_az_near_rg_latitude = 0.0F;
+  float late_az_far_rg_longitude = 0.0F;
+  float late_az_far_rg_latitude = 0.0F;
+  float scene_center_longitude = 0.0F;  ///< mean of the four corners
+  float scene_center_latitude = 0.0F;
+  float ssc_pixel_spacing_ground_range = 0.0F;
+  float ssc_pixel_spacing_azimuth = 0.0F;
+  STRING equator_crossing_direction;      ///< "ascending" or "descending"
+  double fringe_frequency_azimuth = 0.0;  ///< cycles per line
+  double fringe_frequency_range = 0.0;    ///< cycles per sample
+  double height_conversion_factor = 0.0;  ///< metres per cycle
+  double eff_baseline = 0.0;
+  double delta_r = 0.0;
+  ARRAY<double> flat_phase_poly[2];  ///< cycles over master range samples, constant term first
+
+  /// Per azimuth position the eleven values of the sweep.
+  VECTOR<double> phase_to_height_conv[2];  ///< metres per cycle
+  VECTOR<double> master_incidence_angle[2];
+  VECTOR<double> slave_incidence_angle[2];
+  VECTOR<double> master_look_angle[2];
+  VECTOR<double> slave_look_angle[2];
+  VECTOR<double> master_range_distance[2];
+  VECTOR<double> slave_range_distance[2];
+
+  bool IsSinglePass() const { return observation_mode.id == OBSERVATION_MODE::SINGLE_PASS; }
+};
+
+}  // namespace varnoth

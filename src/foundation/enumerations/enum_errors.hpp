@@ -1,0 +1,48 @@
+#pragma once
+
+#include "foundation/errors.hpp"
+#include "foundation/string.hpp"
+
+namespace varnoth::BASIC::TYPES {
+
+/// Failures of the enumerations.
+class ERROR_ENUM_BASE : public ERROR_EXCEPTION {
+ public:
+  const char* what() const noexcept override { return "enumeration data type error"; }
+};
+
+class ERROR_ENUM_BASE_TYPE_MISMATCH : public ERROR_ENUM_BASE {
+ public:
+  const char* what() const noexcept override { return "enumeration data type - type mismatch"; }
+};
+
+class ERROR_ENUM_BASE_LIMIT_OF_ENUMERATION_EXPIRED : public ERROR_ENUM_BASE {
+ public:
+  const char* what() const noexcept override {
+    return "enumeration data type - limit of enumeration expired";
+  }
+};
+
+class ERROR_ENUM_BASE_INVALID_ID : public ERROR_ENUM_BASE {
+ public:
+  const char* what() const noexcept override { return "enumeration data type - invalid id"; }
+};
+
+/// A text that is no value of the enumeration; the only failure that carries data.
+class ERROR_ENUM_BASE_INVALID_VALUE : public ERROR_ENUM_BASE {
+ public:
+  ERROR_ENUM_BASE_INVALID_VALUE(const STRING& offending, const STRING& enumeration)
+      : value(offending),
+        class_name(enumeration),
+        text(STRING("enumeration data type - invalid value of class ") + class_name + ": " +
+             value) {}
+  const char* what() const noexcept override { return text.c_str(); }
+
+  STRING value;
+  STRING class_name;  ///< of the enumeration
+
+ private:
+  STRING text;
+};
+
+}  // namespace varnoth::BASIC::TYPES

@@ -1,0 +1,211 @@
+#include "interpolation/everett.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace varnoth {
+
+namespace {
+
+[[noreturn]] void RefuseSeries(const char* text) {
+  GlobalLog.set(ALARM) << text;
+  throw INVALID_PARAMETER_VALUE();
+}
+
+/// One end's running product c of Everett's coefficient of order 2k + 1,
+///
+///     c = r · Π (r² - j²) / (2j (2j + 1)),  j = 1 … k,
+///
+/// and the elementary symmetric sums of the reciprocals of its 2k + 1 factors r + j, j = -k … k:
+/// e1 = Σ 1/(r + a), e2 = Σ 1/((r + a)(r + b)) over pairs a < b. Then c' = c e1, and
+/// c'' = 2 c e2, since every pair stands twice in the derivative. Adding two factors with the
+/// reciprocals u and v takes e2 += e1 (u + v) + u v and e1 += u + v, instead of a double loop over
+/// all factors.
+template <class T>
+class EVERETT_TERM {
+ public:
+  explicit EVERETT_TERM(T fraction) : r(fraction), coefficient(fraction) {}
+
+  T Coefficient() const { return coefficient; }
+  void Raise(T k) { coefficient = coefficient * ((r + k) * (r - k)) / (2 * k) / (2 * k + 1); }
+
+ private:
+  T r;
+  T coefficient;
+};
+
+/// The same with the sums.
+template <class T>
+class EVERETT_DERIVATIVES {
+ public:
+  explicit EVERETT_DERIVATIVES(T fraction) : term(fraction), r(fraction), e1(1 / fraction) {}
+
+  T First() const { return term.Coefficient() * e1; }
+  T Second() const { return 2 * e2 * term.Coefficient(); }
+  void Raise(T k) {
+    term.Raise(k);
+    const T u = 1 / (r + k);
+    const T v = 1 / (r - k);
+    const T pair = u + v;
+    e2 += e1 * pair + u * v;
+    e1 += pair;
+  }
+
+ private:
+  EVERETT_TERM<T> term;
+  T r;
+  T e1;
+  T e2 = 0;
+};
+
+}  // namespace
+
+template <class T>
+void EVERETT<T>::Create(const ARRAY<POINT<T>>& series) {
+  CreateQuiet(series);
+  for (int i = first; i <= last; ++i) {
+    GlobalLog.set(TRACE) << i;
+    for (int k = 0; k <= order / 2; ++k) GlobalLog << " " << differences.Rows()[k][i];
+    GlobalLog << "\n";
+  }
+}
+
+template <class T>
+void EVERETT<T>::CreateQuiet(const ARRAY<POINT<T>>& series) {
+  first = series.GetFirstIndex();
+  last = series.GetLastIndex();
+  if (last <= first) RefuseSeries("EVERETT::Create: more than 1 value needed.\n");
+  const POINT<T>* const p = series.GetBase();
+  x0 = p[first].x;
+  dx = (p[last].x - x0) / static_cast<T>(last - first);
+  if (order % 2 != 0 || order < 0) {
+    GlobalLog.set(ALARM) << "EVERETT::Create: Everett interpolation only possible with even order, "
+                            "not for given order "
+                         << order << ".\n";
+    throw INVALID_PARAMETER_VALUE();
+  }
+  if (!IsEquidistant(series)) {
+    RefuseSeries("EVERETT::Create: Everett interpolation only possible on equidistant grid.\n");
+  }
+
+  const RANGE<int> rows(0, order / 2 + 1);
+  if (!(differences.GetRowRange() == rows && differences.GetColumnRange() == series.GetRange()) &&
+      !differences.Create(rows, series.GetRange())) {
+    throw ERROR_NO_MEMORY();
+  }
+  T* const* const row = differences.Rows();
+  for (int i = first; i <= last; ++i) row[0][i] = p[i].y;
+  for (int k = 1; k <= order / 2; ++k) {
+    const T* const below = row[k - 1];
+    for (int i = first; i <= last; ++i) {
+      const bool has_neighbours = i - first >= k && last - i >= k;
+      row[k][i] =
+          has_neighbours ? below[i - 1] - (below[i] + below[i]) + below[i + 1] : static_cast<T>(0);
+    }
+  }
+}
+
+template <class T>
+bool EVERETT<T>::IsEquidistant(const ARRAY<POINT<T>>& series) const {
+  if (series.GetLength() < 3) return true;
+  const POINT<T>* const p = series.GetBase();
+  const int begin = series.GetFirstIndex();
+  const int end = series.GetLastIndex();
+  const T d = p[begin + 1].x - p[begin].x;
+  const T tolerance = static_cast<T>(1e-8) * d;
+  for (int i = begin + 1; i < end; ++i) {
+    if (std::fabs(p[i + 1].x - p[i].x - d) > tolerance) return false;
+  }
+  return !(std::fabs(d - dx) > tolerance);
+}
+
+template <class T>
+int EVERETT<T>::GetXi(T x, T& r, T& s) const {
+  const T steps = (x - x0) / dx;
+  const int half = order / 2;
+  // An index that no int holds, and a NaN, are taken as far outside.
+  constexpr T FAR = 1e9F;
+  const T bounded = std::isless(steps, FAR) ? (std::isgreater(steps, -FAR) ? steps : -FAR) : FAR;
+  int i = static_cast<int>(std::floor(bounded));
+  if (i < half + first) {
+    i = half + first;
+    GlobalLog.set(WARNING) << "EVERETT::GetXi: Forced interpolation left hand side.\n";
+  }
+  // Without differences the interval's right end must still be a sample.
+  const int right_bound = last - std::max(half, 1);
+  if (i > right_bound) {
+    i = right_bound;
+    GlobalLog.set(WARNING) << "EVERETT::GetXi: Forced interpolation right hand side.\n";
+  }
+  if (i < first) {
+    GlobalLog.set(ALARM) << "EVERETT::GetXi: " << last - first + 1
+                         << " samples are too few for order " << order << ".\n";
+    throw INVALID_PARAMETER_VALUE();
+  }
+  r = steps - static_cast<T>(i);
+  s = 1 - r;
+  if (std::isless(r, T(0)) || std::isgreater(r, T(1))) {
+    GlobalLog.set(DEBUG) << "EVERETT::GetXi: Extrapolation needed (r=" << r << ", s=" << s
+                         << ", i=" << i << ", ax=" << x << ").\n";
+  }
+  return i;
+}
+
+template <class T>
+T EVERETT<T>::GetY(T x) const {
+  T r;
+  T s;
+  const int i = GetXi(x, r, s);
+  const T* const* const row = differences.Rows();
+  T y = row[0][i + 1] * r + row[0][i] * s;
+  EVERETT_TERM<T> right(r);
+  EVERETT_TERM<T> left(s);
+  for (int k = 1; k <= order / 2; ++k) {
+    right.Raise(static_cast<T>(k));
+    left.Raise(static_cast<T>(k));
+    y += row[k][i + 1] * right.Coefficient() + row[k][i] * left.Coefficient();
+  }
+  return y;
+}
+
+template <class T>
+T EVERETT<T>::GetDerivedY(T x) const {
+  T r;
+  T s;
+  const int i = GetXi(x, r, s);
+  const T* const* const row = differences.Rows();
+  T dy = row[0][i + 1] - row[0][i];
+  if (order < 2) return dy / dx;
+  EVERETT_DERIVATIVES<T> right(r);
+  EVERETT_DERIVATIVES<T> left(s);
+  for (int k = 1; k <= order / 2; ++k) {
+    right.Raise(static_cast<T>(k));
+    left.Raise(static_cast<T>(k));
+    dy += right.First() * row[k][i + 1] - left.First() * row[k][i];
+  }
+  return dy / dx;
+}
+
+template <class T>
+T EVERETT<T>::GetDerived2Y(T x) const {
+  T r;
+  T s;
+  const int i = GetXi(x, r, s);
+  if (order < 2) return 0 / (dx * dx);
+  const T* const* const row = differences.Rows();
+  EVERETT_DERIVATIVES<T> right(r);
+  EVERETT_DERIVATIVES<T> left(s);
+  T v = 0;
+  for (int k = 1; k <= order / 2; ++k) {
+    right.Raise(static_cast<T>(k));
+    left.Raise(static_cast<T>(k));
+    v += right.Second() * row[k][i + 1] + left.Second() * row[k][i];
+  }
+  return v / (dx * dx);
+}
+
+template class EVERETT<float>;
+template class EVERETT<double>;
+
+}  // namespace varnoth

@@ -1,0 +1,9 @@
+#include "interpolation/polynom_fit.hpp"
+#include "orbit/catalogue_rows.hpp"
+
+namespace varnoth {
+
+constinit const INTERPOLATION_TYPE POLYFIT_ORBITS = {POLYFIT_ID, "polyfit",
+                                                     PoolOrbitFactories<POLYNOM_FIT, POINT>(false)};
+
+}  // namespace varnoth

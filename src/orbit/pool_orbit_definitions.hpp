@@ -1,0 +1,103 @@
+#pragma once
+
+#include "orbit/orbit_definitions.hpp"
+#include "orbit/pool_orbit.hpp"
+#include "time/met_scanner.hpp"
+
+namespace varnoth {
+
+template <class T, class S, class I, class P>
+ORBIT_BASE& POOL_ORBIT<T, S, I, P>::operator=(const ORBIT_BASE& source) {
+  GlobalLog.set(DEBUG)
+      << "virtual POOL_ORBIT<T,S,I,P>& operator=( const ORBIT_BASE& apool_orbit )\n";
+  ORBIT<T, S, I, P>::operator=(source);
+  return *this;
+}
+
+template <class T, class S, class I, class P>
+ARRAY<S> POOL_ORBIT<T, S, I, P>::ReadEpochs(PARAMETER_POOL& pool) const {
+  if constexpr (std::is_same_v<S, double>) {
+    ARRAY<double> epochs;
+    pool.Read(this->param_key.c_str(), epochs);
+    return epochs;
+  } else {
+    ARRAY<STRING> texts;
+    pool.Read(this->param_key.c_str(), texts);
+    ARRAY<S> epochs(0, texts.GetLength());
+    for (int k = 0; k < texts.GetLength(); ++k) {
+      const char* const text = texts.GetElementBase(0)[k].c_str();
+      if constexpr (std::is_same_v<S, UNIVERSAL_TIME>) {
+        epochs.GetElementBase(0)[k] = UNIVERSAL_TIME(text);
+      } else {
+        // A wrong epoch must end the run; the time's own constructor would swallow it.
+        MET_SCANNER scanner;
+        scanner.Parse(text);
+        epochs.GetElementBase(0)[k] = MISSION_ELAPSED_TIME(scanner.values);
+      }
+    }
+    return epochs;
+  }
+}
+
+template <class T, class S, class I, class P>
+ARRAY<T> POOL_ORBIT<T, S, I, P>::ReadValues(PARAMETER_POOL& pool, const STRING& key,
+                                            int epoch_count) {
+  ARRAY<T> values;
+  pool.Read(key.c_str(), values);
+  if (values.GetLength() < epoch_count) {
+    GlobalLog.set(ALARM) << "POOL_ORBIT: list " << key << " has " << values.GetLength()
+                         << " values for " << epoch_count << " epochs\n";
+    throw ERROR_DATA();
+  }
+  return values;
+}
+
+template <class T, class S, class I, class P>
+void POOL_ORBIT<T, S, I, P>::read(PARAMETER_POOL& pool) {
+  constexpr bool HAS_VELOCITY = std::is_same_v<P, DPOINT<T>>;
+  const ARRAY<S> epochs = ReadEpochs(pool);
+  const S* const epoch = epochs.GetElementBase(0);
+  const int count = epochs.GetLength();
+  const int coordinates = this->GetCoordinateCount();
+  if (this->samples.Resize(RANGE<int>(0, coordinates)) != ARRAY_OK) throw ERROR_NO_MEMORY();
+  if (count > 0) this->TakeReferenceTime(epoch[0]);
+  if (HAS_VELOCITY && coordinates != this->GetVelocityCoordinateCount()) {
+    throw "POOL_ORBIT::ReadFromParameterPool::Number of coordinates in position and velocity "
+          "disagree.";
+  }
+
+  for (int c = 0; c < coordinates; ++c) {
+    const ARRAY<T> values = ReadValues(pool, this->value_keys.GetElementBase(0)[c], count);
+    ARRAY<T> velocities;
+    if constexpr (HAS_VELOCITY) {
+      velocities = ReadValues(pool, this->velocity_keys.GetElementBase(0)[c], count);
+    }
+    ARRAY<P>& series = this->samples.GetElementBase(0)[c];
+    if (series.Resize(RANGE<int>(0, count)) != ARRAY_OK) throw ERROR_NO_MEMORY();
+    for (int k = 0; k < count; ++k) {
+      double seconds = 0.0;
+      if constexpr (std::is_same_v<S, double>) {
+        seconds = epoch[k] - this->reference_time;
+      } else {
+        seconds = (epoch[k] - this->reference_time).ToSeconds();
+      }
+      P& sample = series.GetElementBase(0)[k];
+      sample.x = static_cast<T>(seconds);
+      sample.y = values.GetElementBase(0)[k];
+      if constexpr (HAS_VELOCITY) sample.dy = velocities.GetElementBase(0)[k];
+    }
+  }
+  this->Create();
+}
+
+template <class T, class S, class I, class P>
+void POOL_ORBIT<T, S, I, P>::ReadFromFile(const char* name) {
+  constexpr const char* WARNING_LINE = "Deprecated function! Please use read() instead!\n";
+  GlobalLog.set(DEBUG) << WARNING_LINE;
+  PARAMETER_POOL pool(name != nullptr ? name : "");
+  GlobalLog.set(DEBUG) << WARNING_LINE;
+  read(pool);
+  pool.close();
+}
+
+}  // namespace varnoth

@@ -1,0 +1,148 @@
+#include "time/utc_scanner.hpp"
+
+#include <cctype>
+#include <cstring>
+#include <string>
+
+#include "foundation/errors.hpp"
+#include "framework/log/log.hpp"
+#include "time/calendar.hpp"
+
+namespace varnoth {
+
+namespace {
+
+constexpr int BEHIND_DAY_NAME = 4;
+
+// The text of a form in the notation that the scanner reads: that of form 1, 2, 3 or 4.
+std::string Readable(const char* input, int& form) {
+  std::string text = input;
+  switch (form) {
+    case UTC_FORM_COMPACT:
+      text.insert(4, "-").insert(7, "-").insert(13, ":").insert(16, ":");
+      form = UTC_FORM_ISO;
+      break;
+    case UTC_FORM_NAMED_BLANK:
+      text[11] = '/';
+      form = UTC_FORM_NAMED_MONTH;
+      break;
+    case UTC_FORM_CALENDAR:
+      for (char& c : text) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+      break;
+    case UTC_FORM_NAMED_MONTH:
+    case UTC_FORM_NUMBERS:
+    case UTC_FORM_ISO:
+      break;
+    default:
+      throw "invalid or unsupported format";
+  }
+  return text;
+}
+
+[[noreturn]] void RefuseField(const char* field, int value) {
+  GlobalLog.set(EXCEPTION) << "UTC_SCANNER: invalid " << field << ": " << value << "\n";
+  throw ERROR_DATA();
+}
+
+}  // namespace
+
+bool UTC_SCANNER::Scan(const char* input) {
+  std::string copy;
+  values = UTC_VALUES();
+  Start(input);
+  try {
+    int form = DetectForm(input);
+    copy = Readable(input, form);
+    Start(copy.c_str(), form == UTC_FORM_CALENDAR ? BEHIND_DAY_NAME : 0);
+    ScanForm(form);
+    text = input;
+    return true;
+  } catch (const char* fault) {
+    GlobalLog.set(EXCEPTION) << "UTC_SCANNER: " << fault << ": " << input << "\n";
+  } catch (...) {
+    // The particulars stand in the log.
+  }
+  GlobalLog.set(EXCEPTION) << "UTC_SCANNER: Error during scan of: " << text << "\n";
+  text = input;
+  throw ERROR_DATA();
+}
+
+int UTC_SCANNER::DetectForm(const char* input) const {
+  const std::size_t length = std::strlen(input);
+  const auto at = [&](std::size_t index, char c) { return index < length && input[index] == c; };
+  if (length == 15 && at(8, 'T')) return UTC_FORM_COMPACT;
+  if (at(3, ' ')) return UTC_FORM_CALENDAR;
+  if (at(2, '-') && at(6, '-')) {
+    if (at(11, '/')) return UTC_FORM_NAMED_MONTH;
+    if (at(11, ' ')) return UTC_FORM_NAMED_BLANK;
+  }
+  if (at(4, '-') && at(7, '-') && at(13, ':') && at(16, ':')) {
+    if (at(10, '/')) return UTC_FORM_NUMBERS;
+    if (at(10, 'T')) return UTC_FORM_ISO;
+  }
+  return UTC_FORM_UNKNOWN;
+}
+
+int UTC_SCANNER::GetMonth() {
+  TIME_TOKEN token;
+  NeedTokenBehindWhite(token);
+  if (token.type != token_number && token.type != token_month) {
+    RefuseToken(token, "unexpected token in GetMonth()");
+  }
+  return token.value;
+}
+
+void UTC_SCANNER::ScanForm(int form) {
+  ScanDate(form);
+  ScanClock();
+  ScanTail(form);
+  CheckFields();
+}
+
+void UTC_SCANNER::ScanDate(int form) {
+  if (form == UTC_FORM_CALENDAR) {
+    values.month = GetMonth();
+    values.day = GetNumber();
+    return;
+  }
+  const bool day_first = form == UTC_FORM_NAMED_MONTH;
+  (day_first ? values.day : values.year) = GetNumber();
+  GetSeparator();
+  values.month = GetMonth();
+  GetSeparator();
+  (day_first ? values.year : values.day) = GetNumber();
+  GetSeparator();
+}
+
+void UTC_SCANNER::ScanClock() {
+  values.hour = GetNumber();
+  if (values.hour > 23) RefuseField("hour", values.hour);
+  GetSeparator();
+  values.minute = GetNumber();
+  if (values.minute > 59) RefuseField("minute", values.minute);
+  GetSeparator();
+  values.second = GetNumber();
+  if (values.second >= 63) RefuseField("second", values.second);
+}
+
+void UTC_SCANNER::ScanTail(int form) {
+  if (form == UTC_FORM_CALENDAR) {
+    values.year = GetNumber();
+  } else if (GetPoint()) {
+    GetMilliAndMicroSeconds(values.millisecond, values.microsecond);
+  }
+}
+
+void UTC_SCANNER::CheckFields() const {
+  if (values.second >= 60 && !(values.hour == 23 && values.minute == 59)) {
+    RefuseField("leap second", values.second);
+  }
+  // The month may be any number; one that is none has no days.
+  if (values.day > DaysInMonth(values.month, values.year)) {
+    GlobalLog.set(EXCEPTION) << "UTC_SCANNER: Invalid date: " << values.day << "." << values.month
+                             << "." << values.year << "\n";
+    throw ERROR_DATA();
+  }
+}
+
+}  // namespace varnoth
