@@ -1,0 +1,143 @@
+"""Bad input: the line that tells the fault, exit status 1, the failure mark, and an InSAR pool that
+still is what it was."""
+
+import os
+
+import pytest
+
+from varnoth_run import arguments, run
+
+FAILED = "ZOD_MSG|ERROR|Varnoth Estimations terminated with error!"
+KEY = "parameter pool: parameter key >> "
+NOT_A_NUMBER = "pool error - no or invalid parameter value in file"
+
+
+def epochs_uneven(pair):
+    kind, values = pair.master["orbit_epoch"]
+    pair.master["orbit_epoch"] = (kind, [*values[:5], values[5] + 1e-3, *values[6:]])
+
+
+def replace(pool, key, kind, value):
+    return lambda pair: getattr(pair, pool).__setitem__(key, (kind, value))
+
+
+def leave_out(pool, key):
+    return lambda pair: getattr(pair, pool).pop(key)
+
+
+# name: (change of the pair, arguments, lines at ALARM ahead of the supervisor's)
+CASES = {
+    "missing key": (leave_out("slave", "prf"), {}, [f"{KEY}prf << not found",
+                                                    "pool error - key not found"]),
+    "missing local height": (leave_out("insar", "local_height"), {}, [
+        f"{KEY}local_height << not found", "pool error - key not found"]),
+    "wrong type": (replace("insar", "n_lines", "FLT_15", 3.0), {}, [
+        f"{KEY}n_lines << type INT_32 expected", "pool error - wrong parameter type"]),
+    "unreadable number": (replace("insar", "n_lines", "INT_32", "12x"), {}, [
+        f'{KEY}n_lines << read value is : "12x" INT_32 (no additional character) value expected',
+        NOT_A_NUMBER]),
+    "number beyond all bounds": (lambda pair: pair.master.update(
+        prf=("FLT_15 1E999", "")), {}, [
+            f"{KEY}prf << read value is : 1E999 (value is out of range) FLT_15 expected",
+            "pool error - parameter value out of bounds"]),
+    "odd order": (replace("master", "orbit_interpolation", "STR", "everett_7"), {}, [
+        "EVERETT::Create: Everett interpolation only possible with even order, not for given "
+        "order 7.", NOT_A_NUMBER]),
+    "uneven grid": (epochs_uneven, {}, [
+        "EVERETT::Create: Everett interpolation only possible on equidistant grid.", NOT_A_NUMBER]),
+    "too few samples": (replace("master", "orbit_interpolation", "STR", "everett_40"), {}, [
+        "EVERETT::GetXi: 17 samples are too few for order 40.", NOT_A_NUMBER]),
+    "unknown interpolation": (replace("slave", "orbit_interpolation", "STR", "Everett"), {}, [
+        "GENERAL_ORBIT: can not convert Everett to interpolation_id", "wrong argument"]),
+    "unknown orbit type": (replace("slave", "orbit_representation", "STR", "orbit"), {}, [
+        "GENERAL_ORBIT: can not convert orbit to orbit_type_id", "wrong argument"]),
+    "unknown look direction": (replace("master", "antenna_look_direction", "STR", "Left"), {}, [
+        "can not convert >>Left<< to look direction", "wrong argument"]),
+    "unknown mode": (replace("insar", "observation_mode", "STR", " dual_pass"), {}, [
+        "can not convert >> dual_pass<< to observation mode", "wrong argument"]),
+    "reference time of another kind": (
+        replace("master", "orbit_reference_time", "STR", "01-JAN-2000/00:00:00.000000"), {}, [
+            "not allowed time conversion"]),
+    "two coordinates": (replace("master", "orbit_value_key", "STR", "orbit_x, orbit_y"), {}, [
+        "ORBIT: the result takes 3 coordinates, there are 2", "wrong argument"]),
+    "short value list": (replace("slave", "orbit_y", "FLT_15_V", [1.0] * 16), {}, [
+        "POOL_ORBIT: list orbit_y has 16 values for 17 epochs", "data error"]),
+    "ellipsoid of seven elements": (
+        replace("master", "ellipsoid_parameters", "FLT_15_V", [0.0] * 7), {}, [
+            "ellipsoid_parameters has 7 elements, 9 are needed", "data error"]),
+    "target that the range does not reach": (
+        replace("insar", "master_first_rg_time", "FLT_15", 0.0045), {}, [
+            "geolocation_fast: No intersection of earth ellipsoid and sphere around the satellite",
+            "geolocation_fast: during iteration in step: 1", "data error"]),
+    "overlong value": (lambda pair: None, {"MasterPar": "x" * 256}, [
+        "value of parameter MasterPar is longer than 255 characters", "wrong argument"]),
+    "degree below -1": (lambda pair: None, {"FlatEarthPolyDegree": "-2"}, [
+        "ARRAY : can not copy array"]),
+}
+
+
+@pytest.mark.parametrize("name", CASES)
+def test_refused_with_its_line(ready, pair, name):
+    change, words, alarms = CASES[name]
+    change(pair)
+    pair.write(ready)
+    before = (ready / "insar.pool").read_bytes()
+    done = run(ready, arguments(**words))
+    assert done.alarms == [*alarms, FAILED]
+    assert (done.status, done.marks) == (1, {"ERROR": "1"})
+    assert (ready / "insar.pool").read_bytes() == before
+    assert sorted(p.name for p in ready.glob("pool_*")) == []
+    assert not (ready / "log.pool").exists() or (ready / "log.pool").read_text() == ""
+
+
+def test_degree_of_minus_one(ready):
+    """The kernel of the fit ends the process itself."""
+    done = run(ready, arguments(FlatEarthPolyDegree="-1"))
+    assert (done.status, done.marks) == (1, {"ERROR": "1"})
+    assert done.errors == ("Numerical Recipes run-time error...\nlfit: no parameters to be fitted\n"
+                           "...now exiting to system...\n")
+    assert "eff_baseline" not in done.pool()
+
+
+@pytest.mark.parametrize("key", ["MasterPar", "ParameterPool"])
+def test_directory_in_place_of_a_pool(ready, key):
+    (ready / "folder").mkdir()
+    done = run(ready, arguments(**{key: "folder"}))
+    assert done.status == 1
+    assert done.alarms == ["parameter file folder is a directory!",
+                           "can not open parameter file folder",
+                           "pool error - can not open parameter pool", FAILED]
+
+
+def test_read_only_pool(ready):
+    if os.geteuid() == 0:
+        pytest.skip("root writes everywhere")
+    (ready / "insar.pool").chmod(0o444)
+    done = run(ready)
+    assert done.alarms[0] == "can not open pool file for update insar.pool"
+    assert (done.status, done.marks) == (1, {"ERROR": "1"})
+
+
+@pytest.mark.parametrize("pool, key, value", [
+    ("master", "prf", 0.0),                  # division by zero at the end times
+    ("slave", "radar_frequency", 0.0),       # no wavelength
+    ("master", "center_latitude", float("nan")),  # an ordered comparison with a NaN
+])
+def test_traps_end_through_the_handler(ready, pair, pool, key, value):
+    kind = getattr(pair, pool)[key][0]
+    getattr(pair, pool)[key] = (kind, value)
+    pair.slave["antenna_look_direction"] = ("STR", "left")  # so that the centres are compared
+    pair.write(ready)
+    before = (ready / "insar.pool").read_bytes()
+    done = run(ready)
+    what = "got fatal signal 8: floating point exception"
+    assert done.alarms[-2:] == [what, f"ZOD_MSG|ERROR|varnoth {what}"]
+    assert (done.status, done.marks) == (1, {"ERROR": "1"})
+    assert (ready / "insar.pool").read_bytes() == before
+
+
+def test_scene_time_exactly_on_a_sample(ready, pair):
+    """The derivatives divide by zero there, which traps."""
+    pair.insar["master_first_az_time"] = ("FLT_15", 1000.0)
+    done = run(pair.write(ready))
+    assert done.status == 1 and done.alarms[0].startswith("got fatal signal 8")

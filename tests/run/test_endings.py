@@ -1,0 +1,150 @@
+"""The ways to end: exit status, marks, the supervisor's line and the log; and the lookup of the
+configuration up to the keyboard."""
+
+import os
+import pty
+import signal
+import subprocess
+import time
+
+import pytest
+
+from varnoth_run import BINARY, Run, arguments, run
+
+FAILED = "ZOD_MSG|ERROR|Varnoth Estimations terminated with error!"
+
+
+def test_success(ready):
+    done = run(ready)
+    assert (done.status, done.marks) == (0, {"OK": "0"})
+    assert done.log[-1] == "INFO  : varnoth : " + "*" * 59
+    assert (ready / "current_process.pid").read_text().strip().isdigit()
+    assert (ready / "parent_process.pid").read_text() == f"{os.getpid()}\n"
+
+
+def test_failure(ready):
+    (ready / "OK.varnoth").write_text("0")
+    done = run(ready, arguments(MasterPar="nowhere.pool"))
+    assert (done.status, done.marks) == (1, {"ERROR": "1"})
+    assert done.alarms == ["parameter pool: parameter key >> orbit_representation << not found",
+                           "pool error - key not found", FAILED]
+    assert FAILED in done.screen
+    assert (ready / "nowhere.pool").read_text() == ""  # opening makes it
+
+
+def test_stop_file_leaves_everything_alone(ready):
+    (ready / "STOP.varnoth").touch()
+    (ready / "OK.varnoth").write_text("old")
+    done = run(ready)
+    assert (done.status, done.marks) == (2, {"OK": "old", "STOP": ""})
+    assert done.levels("INFO ") == ["=" * 52, "Program execution interrupted - STOP file was found!",
+                                    "=" * 52, "found file: STOP.varnoth"]
+
+
+def test_log_that_can_not_be_opened(ready):
+    done = run(ready, arguments(lfn="no/such/place"))
+    assert (done.status, done.marks) == (255, {})
+    assert done.screen.endswith("ALARM : varnoth :   can not open logging file: no/such/place\n")
+
+
+def test_status_path_and_process_name(ready):
+    (ready / "state").mkdir()
+    done = subprocess.run([BINARY, *arguments(pid="7", status="state")], cwd=ready, timeout=60,
+                          stdin=subprocess.DEVNULL, capture_output=True, check=False)
+    assert done.returncode == 0
+    assert [p.name for p in (ready / "state").iterdir()] == ["OK.7"]
+    assert (ready / "log.7").exists()
+
+
+def test_configuration_file_and_environment(ready):
+    words = arguments(MasterPar=None, SlavePar=None, log_pp=None)
+    (ready / "own.cfg").write_text("MasterPar master.pool and more\n\nSlavePar\tslave.pool\n")
+    done = run(ready, [*words, "-pcf", "own.cfg"], {"log_pp": "log.pool"})
+    assert done.status == 0
+    found = [t for t in done.levels("DEBUG") if t.startswith("Found parameter")]
+    assert "Found parameter MasterPar=master.pool" in found
+    assert "Found parameter in UNIX environment log_pp=log.pool" in found
+
+
+@pytest.mark.parametrize("text, shown", [("12.34", "12.3"), ("no number", "0.0")])
+def test_height_is_taken_from_the_configuration_first(ready, text, shown):
+    assert f"fixed local height: ..... {shown}" in run(ready, arguments(LocalHeight=text)).levels(
+        "INFO ")
+
+
+class TestMissingKey:
+    def test_closed_keyboard(self, ready):
+        done = run(ready, arguments(MasterPar=None))
+        # The value stays the empty text, which is no file.
+        assert (done.status, done.marks) == (1, {"ERROR": "1"})
+        assert done.levels("WARN ")[1:] == [
+            "No configuration file or parameter not found!",
+            "\t  Please input value of parameter : <MasterPar>"]
+        assert "MasterPar := " in done.screen
+
+    def test_closed_keyboard_for_the_degree(self, ready):
+        done = run(ready, arguments(FlatEarthPolyDegree=None))
+        assert done.status == 0 and len(done.pool()["flat_phase_poly_early_az"]) == 1
+
+    def test_answer_at_a_terminal(self, ready):
+        keyboard, terminal = pty.openpty()
+        process = subprocess.Popen([BINARY, *arguments(SlavePar=None)], cwd=ready, stdin=terminal,
+                                   stdout=subprocess.PIPE)
+        os.write(keyboard, b"slave.pool\n")
+        screen, _ = process.communicate(timeout=60)
+        os.close(keyboard)
+        os.close(terminal)
+        assert process.returncode == 0
+        log = Run(ready, 0, screen.decode(), "").levels("DEBUG")
+        assert "waiting 120 seconds for input" in log
+        assert "Read from keyboard parameter SlavePar = slave.pool" in log
+
+    def test_time_out(self, ready):
+        keyboard, terminal = pty.openpty()
+        done = run(ready, arguments(SlavePar=None), {"SECONDS_ON_PARAMETER_INPUT": "1"},
+                   stdin=terminal)
+        os.close(keyboard)
+        os.close(terminal)
+        assert (done.status, done.marks) == (-signal.SIGALRM, {"ERROR": "1"})
+        assert done.log[-1] == "DEBUG : varnoth : waiting 1 seconds for input"
+
+
+def signal_at_the_keyboard(directory, number):
+    """Sends a signal to a run that waits for a value."""
+    keyboard, terminal = pty.openpty()
+    process = subprocess.Popen([BINARY, *arguments(SlavePar=None)], cwd=directory, stdin=terminal,
+                               stdout=subprocess.PIPE)
+    log = directory / "log.varnoth"
+    for _ in range(500):
+        if log.exists() and "waiting" in log.read_text():
+            break
+        time.sleep(0.02)
+    process.send_signal(number)
+    screen, _ = process.communicate(timeout=60)
+    os.close(keyboard)
+    os.close(terminal)
+    return Run(directory, process.returncode, screen.decode("latin-1"), "")
+
+
+@pytest.mark.parametrize("number, text", [
+    (signal.SIGHUP, "hangup"), (signal.SIGTERM, "software termination signal from kill"),
+    (signal.SIGXCPU, "exceeded cpu limit"), (signal.SIGURG, "urgent socket condition")])
+def test_fatal_signal(ready, number, text):
+    done = signal_at_the_keyboard(ready, number)
+    assert (done.status, done.marks) == (1, {"ERROR": "1"})
+    what = f"got fatal signal {int(number)}: {text}"
+    assert done.alarms == [what, f"ZOD_MSG|ERROR|varnoth {what}"]
+
+
+def test_signal_that_is_not_caught(ready):
+    done = signal_at_the_keyboard(ready, signal.SIGUSR1)
+    assert (done.status, done.marks) == (-signal.SIGUSR1, {"ERROR": "1"})
+
+
+def test_working_directory_without_write_right(ready):
+    if os.geteuid() == 0:
+        pytest.skip("root writes everywhere")
+    ready.chmod(0o555)
+    done = run(ready, arguments(lfn=str(ready / "log.varnoth")))
+    ready.chmod(0o755)
+    assert done.status == 255

@@ -1,0 +1,82 @@
+"""The log of a run: order, levels and wording of its lines, and the layout of its tables."""
+
+import re
+from pathlib import Path
+
+from varnoth_run import Circle, Pair, arguments, difference, run
+
+EXPECTED = Path(__file__).parent / "expected" / "log.txt"
+# Lines of the libraries below, and the three lines per sample that have a test of their own.
+APART = re.compile(r"TRACE : varnoth : (PP\.|geolocation_fast:)|"
+                   r"DEBUG : varnoth : (   Earth|corresponding)")
+
+
+def test_whole_log(traced):
+    lines = [line for line in traced.log if not APART.match(line)]
+    assert difference(EXPECTED.read_text(), "\n".join(lines) + "\n") is None
+
+
+def test_lines_per_sample(traced):
+    texts = [t for t in traced.levels("DEBUG") if t.startswith(("   Earth", "corresponding"))]
+    assert len(texts) == 3 * 22
+    for vector, place, slave in zip(texts[::3], texts[1::3], texts[2::3]):
+        assert re.fullmatch(r"   Earth vector : \(-?\d+\.\d\d -?\d+\.\d\d -?\d+\.\d\d\)", vector)
+        assert re.fullmatch(r"   Earth lat = \d+\.\d\d lon = \d+\.\d\d Incid = \d+\.\d{6}", place)
+        assert slave in ("corresponding az_time in slave = 1001.250000",
+                         "corresponding az_time in slave = 1005.250000")  # parallel orbits
+
+
+def test_results_are_written_in_their_order(traced):
+    keys = [t.split()[2:] for t in traced.levels("TRACE") if t.startswith("PP.Change insar.pool")]
+    assert len(keys) == 39
+    assert keys[0] == ["early_az_near_rg_longitude", "FLT_6"]
+    assert keys[15] == ["flat_phase_poly_early_az", "FLT_15_V"]
+    assert keys[38] == ["slave_late_az_incidence_angle", "FLT_15_V"]
+
+
+def test_screen_shows_information_and_up(ready):
+    done = run(ready)
+    assert "INFO  : varnoth : starting flat earth calculation\n" in done.screen
+    assert "DEBUG" not in done.screen and "TRACE" not in done.screen
+
+
+def test_second_run_appends(ready):
+    first = run(ready).log
+    second = run(ready).log
+    assert second[:len(first)] == first and len(second) > len(first)
+
+
+def test_disagreeing_look_directions(ready, pair):
+    pair.slave["antenna_look_direction"] = ("STR", " l\teft ")
+    done = run(pair.write(ready))
+    assert done.status == 0
+    start = done.log.index("WARN  : varnoth : input scenes have different look directions")
+    assert [line[:5] for line in done.log[start:start + 5]] == ["WARN "] * 4 + ["INFO "]
+    assert [line[18:] for line in done.log[start + 1:start + 5]] == [
+        "master:  right", "slave:   left", "try to detect look direction by myself..",
+        "Sensor look direction is:  left"]
+
+
+def test_single_pass_halves_the_effective_baseline(ready, pair):
+    both = run(ready)
+    pair.insar["observation_mode"] = ("STR", "single_pass")
+    (ready / "single").mkdir()
+    single = run(pair.write(ready / "single"), arguments(lfl="TRACE"))
+
+    def grids(done):
+        rows = [t for t in done.levels("INFO ") if re.match(r"\| +\d+ +\|", t)]
+        return [[float(c) for c in t.strip("|").split("|")[1:]] for t in rows]
+    for row, (halved, whole) in enumerate(zip(grids(single), grids(both))):
+        factor = 0.5 if row < 3 else 1.0
+        assert all(abs(h - factor * w) <= 0.01 for h, w in zip(halved, whole))
+    # every light-time search is counted: 22 samples, two targets, three times each
+    counts = [int(t.split()[2]) for t in single.levels("TRACE") if t.endswith("occurrences")]
+    assert sum(counts) == 22 * 2 * 3
+
+
+def test_identical_orbits_have_no_height_conversion(ready, pair):
+    pair.slave = Pair.scene(Circle())
+    pool = run(pair.write(ready)).pool()
+    assert pool["height_conversion_factor"] == 999999999999999.0 / 22
+    assert pool["early_az_phase_to_height_conv"] == [999999999999999.0] * 11
+    assert abs(pool["varnoth_deltaR"]) < 1e-8  # the slave search stops at 1e-9 s

@@ -1,0 +1,75 @@
+"""The exact text of the pools that a run leaves: order, comments, digits, tabs, blanks, and the lines
+that are none of its business."""
+
+from pathlib import Path
+
+from varnoth_run import arguments, difference, run
+
+EXPECTED = Path(__file__).parent / "expected"
+FOREIGN = ("#old value\ncenter_latitude FLT_6 1.0\n\n#kept\n"
+           "foreign_key            STR   'as it stands'  \t\n  indented {\n\n")
+
+
+def text(path):
+    return path.read_text(encoding="latin-1")
+
+
+def with_foreign_lines(directory):
+    pool = directory / "insar.pool"
+    pool.write_text("#a comment of ours\n" + text(pool) + FOREIGN)
+    return directory
+
+
+def test_insar_pool(ready):
+    assert run(with_foreign_lines(ready)).status == 0
+    assert difference(text(EXPECTED / "insar_pool.txt"), text(ready / "insar.pool")) is None
+
+
+def test_log_pool(ready):
+    assert run(ready).status == 0
+    assert difference(text(EXPECTED / "log_pool.txt"), text(ready / "log.pool")) is None
+
+
+def test_values_by_rule(ready):
+    assert run(ready).status == 0
+    pool = run(ready).pool()
+    ranges = pool["master_early_az_range_distance"]
+    for i, value in enumerate(ranges):
+        # two-way times of 5.5 ms and eleven steps over 5000 samples of 10 ns; 1e-9 m: the solver's
+        # stop, and the rounding of 8e5 m
+        assert abs(value - 299792458.0 / 2 * (0.0055 + i * 5.0e-6)) < 1e-8
+    assert pool["equator_crossing_direction"] == "ascending"
+    assert len(pool["flat_phase_poly_early_az"]) == 5
+
+
+def test_second_run_replaces_in_place(ready):
+    """Entries keep their places and values. Comments ahead of an entry are everybody's, so the ones
+    of the first run stay where the second one writes its own."""
+    def parts(content):
+        lines = content.split("\n")
+        return [x for x in lines if x[:1] != "#"], sorted(x for x in lines if x[:1] == "#")
+
+    run(with_foreign_lines(ready))
+    first, first_comments = parts(text(ready / "insar.pool"))
+    assert run(ready).status == 0
+    second, second_comments = parts(text(ready / "insar.pool"))
+    assert second == first
+    assert len(second_comments) == len(first_comments) + 19
+
+
+def test_one_pool_for_results_and_software(ready):
+    assert run(ready, arguments(log_pp="insar.pool")).status == 0
+    pool = run(ready, arguments(log_pp="insar.pool"))
+    assert pool.status == 0 and pool.marks == {"OK": "0"}
+    assert pool.pool()["software_names"] == ["varnoth"] and "eff_baseline" in pool.pool()
+
+
+def test_log_pool_keeps_other_steps_and_a_flagged_warning(ready):
+    other = "".join(f"software_{column} STR_V 3 1\n {{\n  \"earlier\"\n }}\n\n"
+                    for column in ("names", "versions", "dates", "start_times", "end_times"))
+    (ready / "log.pool").write_text(other + "software_execution_times INT_32_V 3 1\n {\n  7\n }\n\n"
+                                    "QA_WARNING_FLAG BOL TRUE\n\n")
+    pool = run(ready).pool("log.pool")
+    assert pool["software_names"] == ["earlier", "varnoth"]
+    assert pool["software_execution_times"] == [7, 0]
+    assert pool["QA_WARNING_FLAG"] == "TRUE"
