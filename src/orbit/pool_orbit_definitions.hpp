@@ -1,6 +1,6 @@
 #pragma once
 
-#include "orbit/orbit_definitions.hpp"
+#include "foundation/errors.hpp"
 #include "orbit/pool_orbit.hpp"
 #include "time/met_scanner.hpp"
 

@@ -46,6 +46,8 @@ class PARAMETER_POOL_ITEM {
   }
   PARAMETER_POOL_ITEM(const PARAMETER_POOL_ITEM& other);
   PARAMETER_POOL_ITEM& operator=(const PARAMETER_POOL_ITEM& other);
+  PARAMETER_POOL_ITEM(PARAMETER_POOL_ITEM&&) = default;
+  PARAMETER_POOL_ITEM& operator=(PARAMETER_POOL_ITEM&&) = default;
   ~PARAMETER_POOL_ITEM() = default;
 
   /// The entry's text. Throws ERROR_UNHANDLED_CASE for an item of type UNKNOWN.

@@ -27,7 +27,6 @@ class LIST {
     items.clear();
     cursor = items.end();
   }
-  X& front() { return items.front(); }
   auto begin() const { return items.begin(); }
   auto end() const { return items.end(); }
 
@@ -47,10 +46,11 @@ class PARAMETER_POOL_LIST : public LIST<PARAMETER_POOL_ITEM> {
     }
     return 0;
   }
+  void add(PARAMETER_POOL_ITEM item) { items.push_front(std::move(item)); }
   /// Adds a copy of a value and its comments under a key.
   template <class V>
   void add(const char* key, const V& value, const ARRAY<STRING>& comments) {
-    items.emplace_front(key, value, comments);
+    add(PARAMETER_POOL_ITEM(key, value, comments));
   }
   /// Copies the value of a key out. Throws PARAMETER_KEY_NOT_FOUND, WRONG_PARAMETER_TYPE if the
   /// item holds another in-memory type, and what the copy throws.

@@ -49,33 +49,21 @@ PARAMETER_POOL_READ_WRITE_CHANGE::~PARAMETER_POOL_READ_WRITE_CHANGE() noexcept(f
   }
 }
 
-template <class V>
-void PARAMETER_POOL_READ_WRITE_CHANGE::WriteNew(const char* key, const V& value,
-                                                const ARRAY<STRING>& comments) {
-  if (list.find(key) != 0 || find_key(key)) throw PARAMETER_KEY_EXISTS();
-  Add(WRITE, key, value, comments);
+void PARAMETER_POOL_READ_WRITE_CHANGE::WriteNew(PARAMETER_POOL_ITEM item) {
+  if (list.find(item.key) != 0 || find_key(item.key)) throw PARAMETER_KEY_EXISTS();
+  Add(WRITE, std::move(item));
 }
 
-template <class V>
-void PARAMETER_POOL_READ_WRITE_CHANGE::Replace(const char* key, const V& value,
-                                               const ARRAY<STRING>& comments) {
-  Add(CHANGE, key, value, comments);
-}
-
-template <class V>
-void PARAMETER_POOL_READ_WRITE_CHANGE::Add(OPERATION operation, const char* key, const V& value,
-                                           const ARRAY<STRING>& comments) {
-  if (list.find(key) != 0) list.remove_current();
-  list.add(key, value, comments);
-  if (!list.front().Text().FitsReader()) {
-    list.find(key);
-    list.remove_current();
-    GlobalLog.set(ALARM) << "parameter pool: parameter key >> " << key
+void PARAMETER_POOL_READ_WRITE_CHANGE::Add(OPERATION operation, PARAMETER_POOL_ITEM item) {
+  if (!item.Text().FitsReader()) {
+    GlobalLog.set(ALARM) << "parameter pool: parameter key >> " << item.key
                          << " << value or comment makes a line longer than "
                          << ENTRY_READER::LINE_LIMIT << " bytes\n";
     throw INVALID_PARAMETER_VALUE();
   }
-  LogOperation(operation, key, POOL_TYPE<V>);
+  if (list.find(item.key) != 0) list.remove_current();
+  LogOperation(operation, item.key, item.type);
+  list.add(std::move(item));
 }
 
 void PARAMETER_POOL_READ_WRITE_CHANGE::update() {
@@ -166,19 +154,5 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::TakeOver(const std::string& temporary_nam
   temporary.Close();
   unlink(temporary_name.c_str());
 }
-
-#define VARNOTH_INSTANTIATE(...)                                                            \
-  template void PARAMETER_POOL_READ_WRITE_CHANGE::WriteNew(const char*, const __VA_ARGS__&, \
-                                                           const ARRAY<STRING>&);           \
-  template void PARAMETER_POOL_READ_WRITE_CHANGE::Replace(const char*, const __VA_ARGS__&,  \
-                                                          const ARRAY<STRING>&);
-#define VARNOTH_INSTANTIATE_ELEMENT(...) \
-  VARNOTH_INSTANTIATE(__VA_ARGS__) VARNOTH_INSTANTIATE(ARRAY<__VA_ARGS__>)
-#define VARNOTH_INSTANTIATE_MATRIX(...) VARNOTH_INSTANTIATE(MATRIX<__VA_ARGS__>)
-VARNOTH_POOL_ELEMENTS(VARNOTH_INSTANTIATE_ELEMENT)
-VARNOTH_POOL_MATRIX_ELEMENTS(VARNOTH_INSTANTIATE_MATRIX)
-#undef VARNOTH_INSTANTIATE
-#undef VARNOTH_INSTANTIATE_ELEMENT
-#undef VARNOTH_INSTANTIATE_MATRIX
 
 }  // namespace varnoth

@@ -27,36 +27,36 @@ class PARAMETER_POOL_READ_WRITE_CHANGE : public PARAMETER_POOL {
   /// that makes a line longer than a reader takes.
   template <POOL_SCALAR X>
   void Write(const char* key, const X& value, const ARRAY<STRING>& comments = {}) {
-    WriteNew(key, value, comments);
+    WriteNew({key, value, comments});
   }
   template <class X>
   void Write(const char* key, const ARRAY<X>& value, const ARRAY<STRING>& comments = {}) {
-    WriteNew(key, value, comments);
+    WriteNew({key, value, comments});
   }
   template <class X>
   void Write(const char* key, const MATRIX<X>& value, const ARRAY<STRING>& comments = {}) {
-    WriteNew(key, value, comments);
+    WriteNew({key, value, comments});
   }
   void Write(const char* key, const char* value, const ARRAY<STRING>& comments = {}) {
-    WriteNew(key, STRING(value), comments);
+    WriteNew({key, STRING(value), comments});
   }
 
   /// Adds an entry that may be there already; the last value of a key is what is written. Throws
   /// like `Write`, but for PARAMETER_KEY_EXISTS.
   template <POOL_SCALAR X>
   void Change(const char* key, const X& value, const ARRAY<STRING>& comments = {}) {
-    Replace(key, value, comments);
+    Add(CHANGE, {key, value, comments});
   }
   template <class X>
   void Change(const char* key, const ARRAY<X>& value, const ARRAY<STRING>& comments = {}) {
-    Replace(key, value, comments);
+    Add(CHANGE, {key, value, comments});
   }
   template <class X>
   void Change(const char* key, const MATRIX<X>& value, const ARRAY<STRING>& comments = {}) {
-    Replace(key, value, comments);
+    Add(CHANGE, {key, value, comments});
   }
   void Change(const char* key, const char* value, const ARRAY<STRING>& comments = {}) {
-    Replace(key, STRING(value), comments);
+    Add(CHANGE, {key, STRING(value), comments});
   }
 
   /// Merges the list with the file and closes it; the pool is then done with. The complete new
@@ -69,12 +69,9 @@ class PARAMETER_POOL_READ_WRITE_CHANGE : public PARAMETER_POOL {
   void update();
 
  private:
-  template <class V>
-  void WriteNew(const char* key, const V& value, const ARRAY<STRING>& comments);
-  template <class V>
-  void Replace(const char* key, const V& value, const ARRAY<STRING>& comments);
-  template <class V>
-  void Add(OPERATION operation, const char* key, const V& value, const ARRAY<STRING>& comments);
+  void WriteNew(PARAMETER_POOL_ITEM item);
+  /// Takes an item into the list, in the place of one of the same key.
+  void Add(OPERATION operation, PARAMETER_POOL_ITEM item);
   void Merge(POOL_STREAM& temporary);
   void TakeOver(const std::string& temporary_name);
 
