@@ -17,7 +17,7 @@ constexpr double C = SPEED_OF_LIGHT;
 
 /// A target on the ground as the geolocation gives it; angles in degrees.
 struct GROUND_POINT {
-  double position[3];
+  double position[3] = {};
   double heading;
   double latitude;
   double longitude;
@@ -25,14 +25,14 @@ struct GROUND_POINT {
 };
 
 double Distance(const double a[3], const double b[3]) {
-  double difference[3];
+  double difference[3] = {};
   Subtract(difference, a, b);
   return Length(difference);
 }
 
 /// Angle in degrees at a satellite between the directions to the Earth's centre and to a target.
 double LookAngle(const double satellite[3], const double target[3]) {
-  double to_satellite[3];
+  double to_satellite[3] = {};
   Subtract(to_satellite, satellite, target);
   return std::acos(DotProduct(satellite, to_satellite) /
                    (Length(to_satellite) * Length(satellite))) *
@@ -45,7 +45,7 @@ double IncidenceAngle(const GROUND_POINT& point, const double satellite[3]) {
   const double longitude = point.longitude * PI / 180.0;
   const double normal[3] = {std::cos(latitude) * std::cos(longitude),
                             std::cos(latitude) * std::sin(longitude), std::sin(latitude)};
-  double to_satellite[3];
+  double to_satellite[3] = {};
   Subtract(to_satellite, satellite, point.position);
   return std::acos(DotProduct(normal, to_satellite) / Length(to_satellite)) * 180.0 / PI;
 }
@@ -53,7 +53,7 @@ double IncidenceAngle(const GROUND_POINT& point, const double satellite[3]) {
 /// The slave's side of a sample: where it stands, the phase of the target and the phase difference
 /// to the target that is higher by HEIGHT_STEP, both in cycles.
 struct SLAVE_VIEW {
-  double position[3];
+  double position[3] = {};
   double phase;
   double phase_difference;
 };
@@ -190,7 +190,8 @@ void LINE_SWEEP::Sample(int i, LOG_TABLE& table) {
     state.height_conversion_factor += metres_per_cycle;
   }
   state.phase_to_height_conv[k].GetElementBase(0)[i] = metres_per_cycle;
-  table.row("|%5d|%e|%4.2f|%4.2f|%+4.2f|%4.2f|", static_cast<int>(spl + 0.5),
+  const double rounded = spl + 0.5;
+  table.row("|%5d|%e|%4.2f|%4.2f|%+4.2f|%4.2f|", static_cast<int>(rounded),
             range_time - state.master_first_rg_time, baseline, effective, metres_per_cycle,
             slave.phase);
 

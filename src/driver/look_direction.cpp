@@ -27,11 +27,11 @@ float Radians(float degrees) {
 double DistanceFromCentre(const GEOMETRY_STATE& state, GEOLOCATION_WORK& work, double side) {
   const double range_time = 0.5 * (state.master_first_rg_time + state.master_last_rg_time);
   const double azimuth_time = 0.5 * (state.master_first_az_time + state.master_last_az_time);
-  double position[3];
-  double velocity[3];
+  double position[3] = {};
+  double velocity[3] = {};
   GetPosition(state.master_orbit, azimuth_time, position);
   GetVelocity(state.master_orbit, azimuth_time, velocity);
-  double target[3];
+  double target[3] = {};
   double heading = 0.0;
   double latitude = 0.0;
   double longitude = 0.0;

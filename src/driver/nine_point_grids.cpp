@@ -53,8 +53,8 @@ void print_nine_point_grids(const GEOMETRY_STATE& state, GEOLOCATION_WORK& work)
   for (int j = 0; j < POINTS; ++j) {
     const double line = (state.n_lines - 1.0) * (j * 0.5);
     const double azimuth_time = line / state.prf[MASTER] + state.master_first_az_time;
-    double master[3];
-    double velocity[3];
+    double master[3] = {};
+    double velocity[3] = {};
     GetPosition(state.master_orbit, azimuth_time, master);
     GetVelocity(state.master_orbit, azimuth_time, velocity);
     ARRAY<double> baselines(0, POINTS);
@@ -62,7 +62,7 @@ void print_nine_point_grids(const GEOMETRY_STATE& state, GEOLOCATION_WORK& work)
     for (int m = 0; m < POINTS; ++m) {
       const double range_time =
           s[m] / state.range_sampling_frequency[MASTER] + state.master_first_rg_time;
-      double target[3];
+      double target[3] = {};
       double heading = 0.0;
       double latitude = 0.0;
       double longitude = 0.0;
@@ -73,11 +73,11 @@ void print_nine_point_grids(const GEOMETRY_STATE& state, GEOLOCATION_WORK& work)
       double range = 0.0;
       const double slave_time =
           CalcSlaveTime(state.slave_orbit, target, range, state.slave_first_az_time);
-      double slave[3];
+      double slave[3] = {};
       GetPosition(state.slave_orbit, slave_time, slave);
-      double across[3];
-      double master_ray[3];
-      double slave_ray[3];
+      double across[3] = {};
+      double master_ray[3] = {};
+      double slave_ray[3] = {};
       Subtract(across, master, slave);
       Subtract(master_ray, master, target);
       Subtract(slave_ray, slave, target);

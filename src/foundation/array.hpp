@@ -23,7 +23,7 @@ class ARRAY {
   ARRAY() = default;
   /// `count` elements from index `first`; throws like a copy.
   ARRAY(int first, int count) {
-    if (Create(RANGE<int>(first, count)) != ARRAY_OK) throw "ARRAY : can not copy array";
+    if (Make(RANGE<int>(first, count), false) != ARRAY_OK) throw "ARRAY : can not copy array";
   }
   ARRAY(const ARRAY& other) { CopyFrom(other); }
   ARRAY& operator=(const ARRAY& other) {
@@ -39,7 +39,7 @@ class ARRAY {
     const char* const list[] = {texts...};
     int count = sizeof...(TEXTS);
     while (count > 0 && list[count - 1] == nullptr) --count;
-    if (Create(RANGE<int>(0, count)) != ARRAY_OK) throw "ARRAY : can not copy array";
+    if (Make(RANGE<int>(0, count), false) != ARRAY_OK) throw "ARRAY : can not copy array";
     std::copy_n(list, count, data);
   }
 
@@ -76,9 +76,10 @@ class ARRAY {
     X* memory = Allocate(wanted.Count(), false);
     if (memory == nullptr && wanted.Count() != 0) return ARRAY_NO_MEMORY;
     std::copy_n(data, std::min(range.Count(), wanted.Count()), memory);
-    Delete();
+    Free();
     range = wanted;
     data = memory;
+    raw = false;
     return ARRAY_OK;
   }
 
@@ -121,7 +122,7 @@ class ARRAY {
     ::operator delete(data);
   }
   void CopyFrom(const ARRAY& other) {
-    if (Resize(other.range) != ARRAY_OK) throw "ARRAY : can not copy array";
+    if (ARRAY::Resize(other.range) != ARRAY_OK) throw "ARRAY : can not copy array";
     std::copy_n(other.data, other.range.Count(), data);
   }
 };

@@ -50,7 +50,7 @@ template <class T>
 void MATRIX<T>::Delete() {
   block.Delete();
   row_tables.Delete();
-  Reset();
+  MATRIX::Reset();
 }
 
 template <class T>

@@ -19,7 +19,8 @@ template <>
 class TUPLE<STRING> {
  public:
   TUPLE() = default;
-  TUPLE(STRING first_text, STRING second_text) : first(first_text), second(second_text) {}
+  TUPLE(const STRING& first_text, const STRING& second_text)
+      : first(first_text), second(second_text) {}
   TUPLE(const TUPLE&) = default;
   TUPLE& operator=(const TUPLE&) = default;
   virtual ~TUPLE() = default;

@@ -39,7 +39,7 @@ BISTATIC_B::~BISTATIC_B() {
 
 double BISTATIC_B::OneWayDelay(const double position[3], const double target[3], const double up[3],
                                double zenith_delay) const {
-  double d[3];
+  double d[3] = {};
   Subtract(d, position, target);
   const double distance = Length(d);
   // The fraction is the slant factor of the zenith delay.
@@ -52,7 +52,7 @@ void BISTATIC_B::Evaluate(double& velocity_squared, double& closest_time, double
                           double centre_time, double span, double zenith_delay,
                           const SCENE_ORBIT& transmit_orbit, VECTOR<double>* residuals,
                           bool shift_time) {
-  double up[3];
+  double up[3] = {};
   const double target_length = Length(target);
   for (int i = 0; i < 3; ++i) up[i] = target[i] / target_length;
   const double centre = centre_time + time_offset;
@@ -68,11 +68,11 @@ void BISTATIC_B::Evaluate(double& velocity_squared, double& closest_time, double
   for (int i = 0; i < sample_count; ++i) {
     double tau = i * step - 0.5 * span;
     const double receive_time = tau + centre;
-    double position[3];
+    double position[3] = {};
     GetPosition(receive_orbit, receive_time, position);
     const double a = OneWayDelay(position, target, up, zenith_delay);
     double g = 2.0 * a + (warm_start != nullptr ? warm_start[i] : 0.0);
-    double next = g;
+    double next;
     int k = 0;
     for (;;) {
       GetPosition(transmit_orbit, receive_time - g, position);
@@ -105,7 +105,7 @@ void BISTATIC_B::EvaluateMonostatic(double& velocity_squared, double& closest_ti
   const double t = CalcSlaveTime(orbit, target, range, time + time_offset);
   SATELLITE_STATE state;
   GetState(orbit, t, state);
-  double d[3];
+  double d[3] = {};
   Subtract(d, state.position, target);
   const double w = Length(d) * zenith_delay * Length(target) / std::fabs(DotProduct(target, d));
   closest_time = t - time_offset;

@@ -9,9 +9,9 @@ namespace varnoth {
 double CalcSlaveTime(const SCENE_ORBIT& orbit, const double target[3], double& range, double t) {
   constexpr double TOLERANCE = 1e-9;
   constexpr int LIMIT = 100;
-  double d[3];
+  double d[3] = {};
   for (int corrections = 0;;) {
-    SATELLITE_STATE state;
+    SATELLITE_STATE state{};
     GetState(orbit, t, state);
     Subtract(d, state.position, target);
     const double f = DotProduct(d, state.velocity);

@@ -246,7 +246,7 @@ void LOG::WriteStartLine() {
             HostName().c_str());
 }
 
-void LOG::banner(BANNER_INFO info) {
+void LOG::banner(const BANNER_INFO& info) {
   const std::lock_guard lock(mutex);
   WriteLine(INFO, "%s", "");
   WriteLine(INFO, "%s", ASTERISKS);

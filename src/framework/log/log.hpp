@@ -105,7 +105,7 @@ class LOG {
   const std::string& get_file_path() const { return file_path; }
 
   /// Program, build, start time, host and configuration at level INFO; the full version at DEBUG.
-  void banner(BANNER_INFO info);
+  void banner(const BANNER_INFO& info);
   /// A shorter head for a part of a run.
   void start_banner(const char* title);
   /// Execution time since the log was created, and the end time.

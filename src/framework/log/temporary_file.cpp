@@ -1,7 +1,8 @@
 #include "framework/log/temporary_file.hpp"
 
-#include <stdlib.h>
 #include <unistd.h>
+
+#include <cstdlib>
 
 namespace varnoth {
 

@@ -21,9 +21,8 @@ PIVOT LargestElement(double* const* a, int n, const int* used) {
   PIVOT pivot;
   double largest = 0.0;
   for (int row = 1; row <= n; ++row) {
-    if (used[row] == 1) continue;
+    if (used[row] != 0) continue;
     for (int column = 1; column <= n; ++column) {
-      if (used[column] > 1) nrerror("gaussj: Singular Matrix-1");
       if (used[column] == 0 && std::fabs(a[row][column]) >= largest) {
         largest = std::fabs(a[row][column]);
         pivot = {row, column};
@@ -56,9 +55,10 @@ void gaussj(double* const* a, int n, double* const* b, int m) {
 
   for (int i = 1; i <= n; ++i) {
     const PIVOT found = LargestElement(a, n, used);
-    if (found.column == 0) nrerror("gaussj: Singular Matrix-2");  // nothing but NaN was left
+    // Where nothing but NaN is left, only an old pivot could be used, a second time.
+    if (found.column == 0) nrerror("gaussj: Singular Matrix-1");
     const int p = found.column;
-    ++used[p];
+    used[p] = 1;
     SwapRows(a, n, found.row, p);
     SwapRows(b, m, found.row, p);
     pivots[i] = found;

@@ -75,7 +75,7 @@ int** imatrix(long nrl, long nrh, long ncl, long nch) {
 
 float** submatrix(float** a, long oldrl, long oldrh, long oldcl, long /*oldch*/, long newrl,
                   long newcl) {
-  float** const m =
+  auto** const m =
       Block<float*>(oldrh - oldrl + 1, newrl, PADDING, "allocation failure in submatrix()");
   for (long i = oldrl, j = newrl; i <= oldrh; ++i, ++j) m[j] = a[i] + oldcl - newcl;
   return m;
@@ -83,7 +83,7 @@ float** submatrix(float** a, long oldrl, long oldrh, long oldcl, long /*oldch*/,
 
 float** convert_matrix(float* a, long nrl, long nrh, long ncl, long nch) {
   const long columns = nch - ncl + 1;
-  float** const m =
+  auto** const m =
       Block<float*>(nrh - nrl + 1, nrl, PADDING, "allocation failure in convert_matrix()");
   for (long i = nrl; i <= nrh; ++i) m[i] = a - ncl + (i - nrl) * columns;
   return m;
