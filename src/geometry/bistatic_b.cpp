@@ -103,7 +103,7 @@ void BISTATIC_B::EvaluateMonostatic(double& velocity_squared, double& closest_ti
                                     double zenith_delay) const {
   double range = 0.0;
   const double t = CalcSlaveTime(orbit, target, range, time + time_offset);
-  SATELLITE_STATE state;
+  SATELLITE_STATE state{};
   GetState(orbit, t, state);
   double d[3] = {};
   Subtract(d, state.position, target);

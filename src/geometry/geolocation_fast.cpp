@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 #include "foundation/constants.hpp"
 #include "foundation/errors.hpp"
@@ -180,7 +181,7 @@ void geolocation_fast(GEOLOCATION_WORK& work, const double sat_pos[3], const dou
   work.offset[2] = dz;
   std::copy_n(work.offset, 3, work.offset_copy);
   for (int i = 0; i < 3; ++i) {
-    work.rotated_offset[i] = DotProduct(&m[3 * i], work.offset);
+    work.rotated_offset[i] = DotProduct(m + std::ptrdiff_t{3} * i, work.offset);
     work.earth_vect[i] = sat_pos[i] + work.rotated_offset[i];
     earth_vect[i] = work.earth_vect[i];
   }
