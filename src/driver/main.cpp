@@ -46,7 +46,8 @@ void read_orbit(const char* name, SCENE_ORBIT& orbit, PARAMETER_POOL& pool) {
 void run(CONTROLLER_IFC& controller, SoftwareIdentity& identity, SoftwareLog& information,
          bool& results_stand) {
   GEOMETRY_STATE& state = geometry_state;
-  identity.set(controller.get_binary_name(), TITLE, BUILD_VERSION, SOURCE_DATE, BUILD, COMPILER);
+  identity.set(controller.get_binary_name(), identity.title, BUILD_VERSION, SOURCE_DATE, BUILD,
+               COMPILER);
   write_process_ids(identity, COMPILER, controller.get_config_file_name());
 
   GlobalLog.printf_line(TRACE, "Reading configuration");
@@ -93,6 +94,7 @@ int main(int argc, char** argv) {
   using namespace varnoth;
   CONTROLLER_IFC controller;
   SoftwareIdentity identity;
+  identity.title = TITLE;  // a failure of the set-up already tells it
   SoftwareLog information;
   bool results_stand = false;
   try {

@@ -82,12 +82,13 @@ def test_refused_with_its_line(ready, pair, name):
     change(pair)
     pair.write(ready)
     before = (ready / "insar.pool").read_bytes()
+    (ready / "log.pool").write_text("kept BOL TRUE\n\n")
     done = run(ready, arguments(**words))
     assert done.alarms == [*alarms, FAILED]
     assert (done.status, done.marks) == (1, {"ERROR": "1"})
     assert (ready / "insar.pool").read_bytes() == before
     assert sorted(p.name for p in ready.glob("pool_*")) == []
-    assert not (ready / "log.pool").exists() or (ready / "log.pool").read_text() == ""
+    assert not any(t.endswith(" to log.pool") for t in done.levels("DEBUG"))
 
 
 def test_degree_of_minus_one(ready):

@@ -66,10 +66,25 @@ def test_configuration_file_and_environment(ready):
     assert "Found parameter in UNIX environment log_pp=log.pool" in found
 
 
-@pytest.mark.parametrize("text, shown", [("12.34", "12.3"), ("no number", "0.0")])
-def test_height_is_taken_from_the_configuration_first(ready, text, shown):
-    assert f"fixed local height: ..... {shown}" in run(ready, arguments(LocalHeight=text)).levels(
-        "INFO ")
+@pytest.mark.parametrize("words, shown", [
+    ({"LocalHeight": "12.34"}, "fixed local height: ..... 12.3"),
+    ({"LocalHeight": "no number"}, "fixed local height: ..... 0.0"),
+    ({"FlatEarthPolyDegree": "010"}, "flat earth poly degree: . 10"),
+    ({"FlatEarthPolyDegree": "4abc"}, "flat earth poly degree: . 4"),
+])
+def test_numbers_of_the_configuration(ready, pair, words, shown):
+    del pair.insar["local_height"]  # is asked for without LocalHeight alone
+    done = run(pair.write(ready), arguments(**{"LocalHeight": "0", **words}))
+    assert shown in done.levels("INFO ")
+
+
+def test_banner_names_the_starter_and_levels_are_taken_by_name(ready):
+    starter = {"PROC_NAME": "chain", "chain_VERSION": "2.1"}
+    assert "started by: chain 2.1" in run(ready, environment=starter).levels("INFO ")
+    quiet = run(ready, arguments(lfl="LOUD", lsl="ALARM", lfn="quiet"))
+    # An unknown name is above all levels.
+    assert "start time" not in (ready / "quiet").read_text()
+    assert "start time" not in quiet.screen
 
 
 class TestMissingKey:
@@ -126,13 +141,18 @@ def signal_at_the_keyboard(directory, number):
     return Run(directory, process.returncode, screen.decode("latin-1"), "")
 
 
-@pytest.mark.parametrize("number, text", [
-    (signal.SIGHUP, "hangup"), (signal.SIGTERM, "software termination signal from kill"),
-    (signal.SIGXCPU, "exceeded cpu limit"), (signal.SIGURG, "urgent socket condition")])
-def test_fatal_signal(ready, number, text):
+CAUGHT = {1: "hangup", 2: "interrupt (rubout)", 3: "quit (ASCII FS)",
+          4: "illegal instruction (not reset when caught)", 6: "IOT instruction", 7: "bus error",
+          8: "floating point exception", 11: "segmentation violation",
+          15: "software termination signal from kill", 23: "urgent socket condition",
+          24: "exceeded cpu limit", 25: "exceeded file size limit", 31: "bad argument to system call"}
+
+
+@pytest.mark.parametrize("number", CAUGHT)
+def test_fatal_signal(ready, number):
     done = signal_at_the_keyboard(ready, number)
     assert (done.status, done.marks) == (1, {"ERROR": "1"})
-    what = f"got fatal signal {int(number)}: {text}"
+    what = f"got fatal signal {number}: {CAUGHT[number]}"
     assert done.alarms == [what, f"ZOD_MSG|ERROR|varnoth {what}"]
 
 
@@ -141,10 +161,47 @@ def test_signal_that_is_not_caught(ready):
     assert (done.status, done.marks) == (-signal.SIGUSR1, {"ERROR": "1"})
 
 
-def test_working_directory_without_write_right(ready):
-    if os.geteuid() == 0:
-        pytest.skip("root writes everywhere")
-    ready.chmod(0o555)
-    done = run(ready, arguments(lfn=str(ready / "log.varnoth")))
-    ready.chmod(0o755)
-    assert done.status == 255
+def test_overlong_name_still_ends_in_a_failure_mark(ready):
+    (ready / "OK.varnoth").write_text("0")
+    done = run(ready, arguments(lfn="x" * 256))
+    assert (done.status, done.marks) == (1, {"ERROR": "1"})
+    assert FAILED in done.screen
+
+
+def test_closed_standard_output(ready):
+    """The first pool must not be opened in its place."""
+    done = run(ready, preexec_fn=lambda: os.close(1))
+    assert (done.status, done.marks) == (0, {"OK": "0"})
+    assert done.pool()["n_samples"] == 5001
+
+
+def test_id_file_that_can_not_be_written(ready):
+    (ready / "current_process.pid").mkdir()
+    done = run(ready)
+    assert done.status == 1
+    assert done.alarms == ["Error opening file current_process.pid", "can not open file", FAILED]
+
+
+class TestFailingUpdate:
+    """A pool that is reached by its descriptor has no directory that takes the temporary file."""
+
+    @staticmethod
+    def run_with(ready, key):
+        (ready / "held.pool").write_bytes((ready / "insar.pool").read_bytes())
+        descriptor = os.open(ready / "held.pool", os.O_RDWR)
+        name = f"/proc/self/fd/{descriptor}"
+        done = run(ready, arguments(**{key: name}), pass_fds=[descriptor])
+        os.close(descriptor)
+        assert f"no permission to change pool file: {name}" in done.alarms
+        return done
+
+    def test_of_the_results_is_told_and_the_run_ends_well(self, ready):
+        done = self.run_with(ready, "ParameterPool")
+        assert (done.status, done.marks) == (0, {"OK": "0"})
+        assert "eff_baseline" not in done.pool("held.pool")
+        assert done.pool("log.pool")["software_names"] == ["varnoth"]
+
+    def test_of_the_log_pool_fails_the_run_with_its_results(self, ready):
+        done = self.run_with(ready, "log_pp")
+        assert (done.status, done.marks) == (1, {"ERROR": "1"})
+        assert "eff_baseline" in done.pool()

@@ -34,12 +34,6 @@ def test_results_are_written_in_their_order(traced):
     assert keys[38] == ["slave_late_az_incidence_angle", "FLT_15_V"]
 
 
-def test_screen_shows_information_and_up(ready):
-    done = run(ready)
-    assert "INFO  : varnoth : starting flat earth calculation\n" in done.screen
-    assert "DEBUG" not in done.screen and "TRACE" not in done.screen
-
-
 def test_second_run_appends(ready):
     first = run(ready).log
     second = run(ready).log

@@ -67,6 +67,7 @@ MARKERS = {
     "e10": r"-?\d\.\d{10}E[+-]\d\d", "e17": r"-?\d\.\d{17}E[+-]\d\d", "int": r"-?\d+",
     "f2": r"[+-]?\d+\.\d{2}", "f4": r"-?\d+\.\d{4}", "f6": r"-?\d+\.\d{6}", "random": r"\w{6}",
     "ctime": r"\w{3} \w{3} [ \d]\d \d\d:\d\d:\d\d \d{4}", "host": r"\S+",
+    "duration": r"(less than )?1 second(\(s\))?",
     "iso": r"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d",
 }
 

@@ -1,6 +1,6 @@
 #include "framework/log/log.hpp"
 
-#include <sys/stat.h>
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -55,6 +55,14 @@ void ScreenFailure(const std::string& prefix, const char* text, const std::strin
   std::fflush(stdout);
 }
 
+/// Where a starter closed standard input, output or error, the next file that the process opens
+/// would take its place, and the screen's lines would go into a pool.
+void OccupyStandardDescriptors() {
+  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(descriptor, F_GETFD) < 0) ::open("/dev/null", O_RDWR);
+  }
+}
+
 bool AppendContent(std::FILE* from, std::FILE* to) {
   char block[8192];
   std::size_t count = 0;
@@ -73,12 +81,17 @@ LOG_LEVEL LogLevelFromName(const char* name) {
 }
 
 LOG::LOG() {
+  OccupyStandardDescriptors();
+  prefix = "global";
   start_time = std::time(nullptr);
   for (const char* directory : {"/tmp/", "/var/tmp/", "./"}) {
     const std::string path = CreateTemporaryFile(directory, "log.");
-    if (!path.empty() && open_file(path.c_str(), "global", DEBUG, DEBUG)) return;
+    if (path.empty()) {
+      ScreenFailure(prefix, "can not open logging file: ", std::string(directory) + "log.");
+    } else if (open_file(path.c_str(), "global", DEBUG, DEBUG)) {
+      return;
+    }
   }
-  prefix = "global";
 }
 
 LOG::~LOG() = default;
@@ -185,6 +198,7 @@ bool LOG::open_file(const char* path, const char* prefix_word, int screen, int f
   qa_flag = false;
   current_level = TRACE;
   start_time = std::time(nullptr);
+  file.reset();
   file.reset(std::fopen(path, "ae"));
   if (file == nullptr) {
     ScreenFailure(prefix, "can not open logging file: ", path);
@@ -198,6 +212,7 @@ void LOG::change_file(const char* path) {
   const std::lock_guard lock(mutex);
   const bool had_file = file != nullptr;
   const std::string old_path = file_path;
+  file.reset();
   file.reset(std::fopen(path, "ae"));
   if (file == nullptr) {
     ScreenFailure(prefix, " can not open logging file: ", path);

@@ -33,6 +33,7 @@ STRING Bounded(const char* what, const STRING& text) {
 /// Writes a mark: the status and nothing else. The byte is written before the length is cut, so
 /// that a mark that stands already is never empty on the way.
 void WriteStatusFile(const STRING& path, int status) {
+  if (path.IsEmpty()) return;  // the name of the program itself was refused
   const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
   const char digit = static_cast<char>('0' + status);
   const bool written = descriptor >= 0 && ::write(descriptor, &digit, 1) == 1;
@@ -69,10 +70,7 @@ void CONTROLLER_IFC::init(int count, char** arguments, bool supervise) {
     GlobalLog.set(WARNING) << "Configuration file " << config_file_name << " does not exist!\n";
   }
   TakeLogLevels();
-  stop_file = Bounded("path of the STOP file", status_path + "STOP." + binary_name);
   ObeyStopFile();
-  error_file = Bounded("path of the failure mark", status_path + "ERROR." + binary_name);
-  ok_file = Bounded("path of the success mark", status_path + "OK." + binary_name);
   unlink(ok_file.c_str());
   WriteStatusFile(error_file, 1);
 }
@@ -82,18 +80,28 @@ void CONTROLLER_IFC::TakeNames() {
   const char* const slash = std::strrchr(program, '/');
   base_name = Bounded("name of the program", slash != nullptr ? slash + 1 : program);
   binary_name = base_name;
+  FormMarks();
   if (STRING pid; find_parameter("pid", pid)) binary_name = Bounded("parameter pid", pid);
   GlobalLog.set(TRACE) << "binary name is " << binary_name << "\n";
 
-  if (find_parameter("status", status_path) && !status_path.IsEmpty() &&
-      status_path[status_path.Length() - 1] != '/') {
-    status_path += "/";
+  if (STRING path; find_parameter("status", path) && !path.IsEmpty()) {
+    if (path[path.Length() - 1] != '/') path += "/";
+    status_path = Bounded("parameter status", path);
   }
-  status_path = Bounded("parameter status", status_path);
   GlobalLog.set(TRACE) << "status path is [" << status_path << "]\n";
+  FormMarks();
 
   if (!find_parameter("pcf", config_file_name)) config_file_name = STRING("pcf.") + binary_name;
   config_file_name = Bounded("name of the configuration file", config_file_name);
+}
+
+// As soon as a name is known, so that a later one that is refused still ends in a failure mark.
+void CONTROLLER_IFC::FormMarks() {
+  const STRING stop = Bounded("path of the STOP file", status_path + "STOP." + binary_name);
+  const STRING error = Bounded("path of the failure mark", status_path + "ERROR." + binary_name);
+  ok_file = Bounded("path of the success mark", status_path + "OK." + binary_name);
+  stop_file = stop;
+  error_file = error;
 }
 
 void CONTROLLER_IFC::MoveLog() {
@@ -202,7 +210,7 @@ bool CONTROLLER_IFC::has_parameter(const char* key) {
 }
 
 const STRING& CONTROLLER_IFC::get_binary_name() {
-  if (binary_name.IsEmpty()) {
+  if (argv == nullptr) {
     GlobalLog.set(WARNING)
         << "CONTROLLER_IFC::get_binary_name: Controller interface not initialized!\n";
     GlobalLog.set(WARNING) << "Function CONTROLLER_IFC::init must be called before accessing a "

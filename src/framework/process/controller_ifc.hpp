@@ -69,6 +69,7 @@ class CONTROLLER_IFC {
   static bool FindInEnvironment(const char* key, STRING& value);
   static void AskKeyboard(const char* key, STRING& value);
   void TakeNames();
+  void FormMarks();
   void MoveLog();
   void TakeLogLevels();
   void ObeyStopFile() const;
