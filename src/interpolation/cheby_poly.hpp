@@ -1,16 +1,14 @@
 #pragma once
 
-#include "interpolation/interpolation.hpp"
-#include "interpolation/numerics/svdfit.hpp"
+#include "interpolation/least_squares_fit.hpp"
 
 namespace varnoth {
 
 /// A least-squares fit by Chebyshev polynomials T_j on the abscissa scaled to [-1, 1]. Too few
 /// samples lower the order with a line at WARNING. Unweighted; by singular value decomposition.
 template <class T>
-class CHEBY_POLY : public INTERPOLATION<T, POINT<T>> {
+class CHEBY_POLY : public LEAST_SQUARES_FIT<T, CHEBY_POLY_FUNCTION<T>> {
  public:
-  void SetOrder(int wanted) override { order = wanted; }
   /// Logs chi² at PARAMETER.
   void Create(const ARRAY<POINT<T>>& series) override;
   /// Throws INVALID_PARAMETER_VALUE, behind a line at ALARM, for no samples or a negative order.
@@ -25,26 +23,15 @@ class CHEBY_POLY : public INTERPOLATION<T, POINT<T>> {
   virtual T Scale(T at) const { return (at - x_min) / half_range - 1; }
 
  private:
-  using ENGINE = SVDFIT<T, CHEBY_POLY_FUNCTION<T>>;
-
-  void Prepare(const ARRAY<POINT<T>>& series);
-  void Solve(bool quiet);
+  void Build(const ARRAY<POINT<T>>& series, bool quiet);
   T Sum(const ARRAY<T>& series_coefficients, T at) const;
 
-  int order = 0;
-  const POINT<T>* points = nullptr;  ///< first sample; not owned
   ARRAY<T> coefficients;
   ARRAY<T> first_derivative;
   ARRAY<T> second_derivative;
   T x_min = 0;
   T x_max = 0;
   T half_range = 1;
-  ARRAY<T> x;
-  ARRAY<T> y;
-  ARRAY<T> sig;
-  ARRAY<T> fit;
-  ENGINE svdfit;
-  T chisq = 0;
 };
 
 extern template class CHEBY_POLY<float>;

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "interpolation/interpolation.hpp"
-#include "interpolation/numerics/svdfit.hpp"
+#include "interpolation/least_squares_fit.hpp"
 
 namespace varnoth {
 
@@ -9,9 +8,8 @@ namespace varnoth {
 /// as it stands: an origin near the samples keeps it well conditioned. Too few samples lower the
 /// order with a line at WARNING. Unweighted; by singular value decomposition.
 template <class T>
-class POLYNOM_FIT : public INTERPOLATION<T, POINT<T>> {
+class POLYNOM_FIT : public LEAST_SQUARES_FIT<T, POLYNOM_FUNCTION<T>> {
  public:
-  void SetOrder(int wanted) override { order = wanted; }
   /// Logs the order and chi² at PARAMETER.
   void Create(const ARRAY<POINT<T>>& series) override;
   /// Throws INVALID_PARAMETER_VALUE, behind a line at ALARM, for no samples or a negative order.
@@ -23,21 +21,9 @@ class POLYNOM_FIT : public INTERPOLATION<T, POINT<T>> {
   const T* GetCoeffs() const override { return coefficients.GetElementBase(0) + 1; }
 
  private:
-  using ENGINE = SVDFIT<T, POLYNOM_FUNCTION<T>>;
+  void Build(const ARRAY<POINT<T>>& series, bool quiet);
 
-  /// Lowers the order to what the samples allow and takes them into the working arrays.
-  void Prepare(const ARRAY<POINT<T>>& series);
-  void Solve(bool quiet);
-
-  int order = 0;
-  const POINT<T>* points = nullptr;  ///< first sample; not owned
-  ARRAY<T> coefficients;             ///< from index 1
-  ARRAY<T> x;
-  ARRAY<T> y;
-  ARRAY<T> sig;
-  ARRAY<T> fit;
-  ENGINE svdfit;
-  T chisq = 0;
+  ARRAY<T> coefficients;  ///< from index 1
 };
 
 extern template class POLYNOM_FIT<float>;

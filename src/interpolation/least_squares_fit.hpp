@@ -1,0 +1,69 @@
+#pragma once
+
+#include <algorithm>
+
+#include "interpolation/interpolation.hpp"
+#include "interpolation/numerics/svdfit.hpp"
+
+namespace varnoth {
+
+/// What the least-squares interpolators have in common: an unweighted fit of order + 1 functions of
+/// a basis F to the samples by singular value decomposition. Too few samples lower the order.
+template <class T, class F>
+class LEAST_SQUARES_FIT : public INTERPOLATION<T, POINT<T>> {
+ public:
+  void SetOrder(int wanted) override { order = wanted; }
+
+ protected:
+  /// Takes the series and lowers the order to what it allows, with a line at WARNING. Throws
+  /// INVALID_PARAMETER_VALUE, behind a line at ALARM, for no samples or a negative order.
+  void TakeSeries(const ARRAY<POINT<T>>& series, const char* name, const char* arrow) {
+    this->NeedSamples(series, name);
+    if (order < 0) {
+      GlobalLog.set(ALARM) << name << ": there is no polynomial of order " << order << "\n";
+      throw INVALID_PARAMETER_VALUE();
+    }
+    count = series.GetLength();
+    points = series.GetElementBase(0);
+    if (count <= order) {
+      GlobalLog.set(WARNING) << name << ": reduce polynomial fit order " << order << arrow
+                             << count - 1 << "\n";
+      order = count - 1;
+    }
+  }
+
+  /// Fits the taken series, its abscissae as `scale` gives them; order + 1 coefficients go to
+  /// `result`.
+  template <class SCALE>
+  void Solve(bool quiet, T* result, SCALE scale, const char* no_memory) {
+    for (ARRAY<T>* array : {&x, &y, &sig}) Size(*array, 1, count, no_memory);
+    Size(fit, 1, order + 1, no_memory);
+    for (int i = 0; i < count; ++i) {
+      x.GetElementBase(0)[i] = scale(points[i].x);
+      y.GetElementBase(0)[i] = points[i].y;
+      sig.GetElementBase(0)[i] = 1;
+    }
+    svdfit.Resize(count, order + 1);
+    const auto solve = quiet ? &SVDFIT<T, F>::FitQuiet : &SVDFIT<T, F>::Fit;
+    (svdfit.*solve)(x.GetBase(), y.GetBase(), sig.GetBase(), count, fit.GetBase(), order + 1,
+                    chisq);
+    std::copy_n(fit.GetElementBase(0), order + 1, result);
+  }
+
+  /// Sizes an array; throws the text on failure.
+  static void Size(ARRAY<T>& array, int first, int size, const char* no_memory) {
+    if (array.Resize(RANGE<int>(first, size)) != ARRAY_OK) throw no_memory;
+  }
+
+  int order = 0;
+  int count = 0;                     ///< of samples
+  const POINT<T>* points = nullptr;  ///< first sample; not owned
+  ARRAY<T> x;
+  ARRAY<T> y;
+  ARRAY<T> sig;
+  ARRAY<T> fit;
+  SVDFIT<T, F> svdfit;
+  T chisq = 0;
+};
+
+}  // namespace varnoth
