@@ -1,0 +1,95 @@
+#include <filesystem>
+
+#include "foundation/errors.hpp"
+#include "framework/tables/log_table.hpp"
+#include "support/log_capture.hpp"
+
+namespace varnoth::test {
+namespace {
+
+using LogTest = LoggedTest;
+
+TEST_F(LogTest, EveryLevelHasItsLabelAndItsExactName) {
+  GlobalLog.set_file_level(0);
+  for (const char* name : {"info", "TRACE", "DEBUG", "PARAMETER", "INFO", "QA_WARNING", "WARNING",
+                           "EXCEPTION", "ALARM"}) {
+    GlobalLog.printf_line(LogLevelFromName(name) % 9, "%d", LogLevelFromName(name));
+  }
+  EXPECT_EQ(Log(),
+            "LEV_? : log : 9\nTRACE : log : 1\nDEBUG : log : 2\nPARAM : log : 3\nINFO  : log : 4\n"
+            "QA_WA : log : 5\nWARN  : log : 6\nEXCEP : log : 7\nALARM : log : 8\n");
+}
+
+TEST_F(LogTest, NumbersInTheFileHaveTheFormatOfTheirType) {
+  const unsigned short small = 65535;
+  GlobalLog.set(INFO) << 'A' << static_cast<unsigned char>('B') << short{-5} << " " << small << " "
+                      << -7 << " " << 4000000000U << " " << -8L << " " << 8UL << " " << 9000000000LL
+                      << " ";
+  GlobalLog << 0.1f << " " << 1234567.0 << " " << 1e-10L << "\n";
+  EXPECT_EQ(TakeLog(), "AB-5 65535 -7 4000000000 -8 8 9000000000 0.100000 1234567.000000 1E-10\n");
+}
+
+TEST_F(LogTest, ScreenAndFileHaveThresholdsOfTheirOwn) {
+  GlobalLog.set_file_level("WARNING");
+  GlobalLog.set_screen_level(INFO);
+  EXPECT_FALSE(GlobalLog.set_file_level("no level"));
+  GlobalLog.set_capture(true);
+  testing::internal::CaptureStdout();
+  GlobalLog.set(DEBUG) << "nowhere\n";
+  GlobalLog.set(INFO) << "screen " << 1234567.0 << "\n";
+  GlobalLog.printf_line(WARNING, "both");
+  GlobalLog.set_screen_level(NO_LEVEL);
+  GlobalLog.set_capture(false);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "INFO  : log : screen 1.23457e+06\n\033[4mWARN  : log : both\n\033[0m");
+  EXPECT_FALSE(GlobalLog.qa_warning_seen());
+  GlobalLog.set(QA_WARNING) << "seen all the same\n";
+  EXPECT_TRUE(GlobalLog.qa_warning_seen());
+  EXPECT_EQ(TakeLog(), "both\n");
+  EXPECT_EQ(*std::next(GlobalLog.captured().rbegin()), "screen 1234567.000000");
+  EXPECT_EQ(GlobalLog.last_captured_line(), "both");
+}
+
+TEST_F(LogTest, ChangingTheFileAppendsWhatWasWritten) {
+  const std::string path = directory.Path("final");
+  WriteFile(path, "earlier run\n");
+  GlobalLog.set(INFO) << "old\n";
+  GlobalLog.change_file(path.c_str());
+  GlobalLog.printf_line(INFO, "new");
+  EXPECT_EQ(ReadFile(path), "earlier run\nINFO  : log : old\nINFO  : log : new\n");
+  EXPECT_FALSE(std::filesystem::exists(directory.Path("log")));
+}
+
+class LogTableTest : public LoggedTest {
+ protected:
+  /// The printed table of lines of mark-up; "-" is a rule.
+  std::string Table(std::initializer_list<const char*> lines) {
+    LOG_TABLE table;
+    for (const char* line : lines) *line == '-' ? table.rule() : table.row("%s", line);
+    table.flush(INFO);
+    return TakeLog();
+  }
+};
+
+TEST_F(LogTableTest, CellsAreAlignedInTheWidestOfTheirColumn) {
+  EXPECT_EQ(Table({"|a|bcd|"}), "|a|bcd|\n");
+  EXPECT_EQ(Table({"|a|bb| junk", "|cccc|d|"}), "| a  |bb|\n|cccc|d |\n");
+  EXPECT_EQ(Table({"|@la|@Lb|@rc|@Cd| e|", "|----|----|----|----|----|"}),
+            "|a   |b   |   c| d  |  e |\n|----|----|----|----|----|\n")
+      << "the odd blank goes to the right, a cell's own blanks stay";
+}
+
+TEST_F(LogTableTest, RulesFollowTheSeparatorsOfTheFirstRow) {
+  EXPECT_EQ(Table({"-", "|a$b#c~d:e*f&", "-"}), "+- -+-#-+-*- \n|a b|cHd:e*f \n+- -+-#-+-*- \n");
+  EXPECT_EQ(Table({"-", "|a~b|", "-", "|cc|d|"}), "+--#-+\n|a Hb|\n+--#-+\n|cc|d|\n");
+}
+
+TEST_F(LogTableTest, CellsHoldUpTo255Characters) {
+  const std::string row = "|" + std::string(255, 'x');
+  EXPECT_EQ(Table({(row + "|").c_str()}), row + "|\n");
+  EXPECT_THROW(Table({(row + "x|").c_str()}), ERROR_ARGUMENT);
+  EXPECT_TRUE(Log().starts_with("ALARM : log : LOG_TABLE: cell is longer than 255 characters"));
+}
+
+}  // namespace
+}  // namespace varnoth::test

@@ -1,0 +1,126 @@
+#include <csignal>
+#include <cstdlib>
+
+#include "framework/process/controller_ifc.hpp"
+#include "framework/process/software_log.hpp"
+#include "support/log_capture.hpp"
+
+namespace varnoth::test {
+namespace {
+
+class ControllerTest : public LoggedTest {
+ protected:
+  ~ControllerTest() override {
+    for (int number = 1; number < 32; ++number) std::signal(number, SIG_DFL);
+  }
+  /// Sets the controller up in the test's directory with a configuration file and more arguments.
+  void Init(const std::string& configuration, const std::vector<std::string>& more = {}) {
+    WriteFile(directory.Path("pcf"), configuration);
+    words = {"step"};
+    for (const std::string name : {"status", "pcf", "lfn"}) {
+      words.insert(words.end(), {"-" + name, directory.Path(name)});
+    }
+    words.insert(words.end(), more.begin(), more.end());
+    for (std::string& word : words) arguments.push_back(word.data());
+    controller.init(static_cast<int>(arguments.size()), arguments.data(), false);
+  }
+  std::string Find(const char* key) {
+    STRING value("unchanged");
+    const bool found = controller.find_parameter(key, value);
+    return std::string(found ? "" : "! ") + value.c_str();
+  }
+
+  CONTROLLER_IFC controller;
+  std::vector<std::string> words;
+  std::vector<char*> arguments;
+};
+
+TEST_F(ControllerTest, TheLastPairOfTheArgumentsWins) {
+  Init("k file\n", {"-k", "a", "-k", "b", "-v", "-w", "x", "-last"});
+  EXPECT_EQ(Find("k"), "b");
+  EXPECT_EQ(Find("v"), "-w") << "a value may look like a key";
+  EXPECT_EQ(Find("w"), "x");
+  EXPECT_EQ(Find("last"), "! unchanged") << "the last argument is only a value";
+  setenv("last", "some words", 1);
+  EXPECT_EQ(Find("last"), "some words") << "the environment comes last";
+  unsetenv("last");
+}
+
+TEST_F(ControllerTest, TheConfigurationFileIsReadOnFromTheLastHit) {
+  Init("k 1 rest\n# k 5\nother\t2\nk 3\n" + std::string(1023, 'y') + "long 4\n");
+  for (const char* expected : {"1", "3", "1"}) EXPECT_EQ(Find("k"), expected);
+  EXPECT_EQ(Find("other"), "2");
+  EXPECT_EQ(Find("long"), "4") << "behind 1023 bytes a new line starts";
+}
+
+class SoftwareLogTest : public LoggedTest {
+ protected:
+  /// A run of 90 s that ends now.
+  void Run(const char* name, const char* version) {
+    SoftwareIdentity identity;
+    identity.start_seconds -= 90;
+    identity.set(name, "title", version, "2026-11-24T21:06:38", "build", "user");
+    PARAMETER_POOL_READ_WRITE_CHANGE pool(path.c_str());
+    SoftwareLog().update_pool(pool, identity);
+  }
+  template <class V>
+  V Read(const char* key) {
+    V value{};
+    PARAMETER_POOL(path.c_str()).Read(key, value);
+    return value;
+  }
+  /// The rows of a column behind its first index.
+  std::string Column(const char* key) {
+    const auto rows = Read<ARRAY<STRING>>(key);
+    STRING text(std::to_string(rows.GetFirstIndex()).c_str());
+    for (int i = 0; i < rows.GetLength(); ++i) text += STRING(" ") + rows.GetElementBase(0)[i];
+    return text.c_str();
+  }
+
+  const std::string path = directory.Path("pool");
+};
+
+TEST_F(SoftwareLogTest, ARunReplacesItsOwnRowAndLeavesTheOthers) {
+  Run("first", "1");
+  EXPECT_EQ(Column("software_names"), "0 first");
+  Run("second", "1");
+  Run("first", "2");
+  EXPECT_EQ(Column("software_names"), "0 first second");
+  EXPECT_EQ(Column("software_versions"), "0 2 1");
+  const auto seconds = Read<ARRAY<int>>("software_execution_times");
+  ASSERT_EQ(seconds.GetRange(), RANGE<int>(0, 2));
+  EXPECT_NEAR(seconds.GetBase()[1], 90, 5) << "5 s: what a loaded machine may take on top";
+}
+
+TEST_F(SoftwareLogTest, RowsGoByPosition) {
+  for (const char* column : {"names", "versions", "dates", "start_times", "end_times"}) {
+    WriteFile(path, ReadFile(path) + "software_" + column + " STR_V 7 1\n {\n old\n }\n");
+  }
+  WriteFile(path, ReadFile(path) + "software_execution_times INT_32_V 7 1\n {\n 5\n }\n");
+  Run("new", "2");
+  EXPECT_EQ(Column("software_names"), "7 old new");
+  EXPECT_EQ(Column("software_dates"), "7 old 2026-11-24T21:06:38");
+  EXPECT_EQ(Read<ARRAY<int>>("software_execution_times").GetBase()[7], 5);
+}
+
+TEST_F(SoftwareLogTest, AFlaggedWarningIsNeverCleared) {
+  Run("step", "1");
+  EXPECT_FALSE(Read<bool>("QA_WARNING_FLAG"));
+  GlobalLog.set(QA_WARNING) << "doubtful\n";
+  Run("step", "1");
+  EXPECT_TRUE(Read<bool>("QA_WARNING_FLAG"));
+  GlobalLog.open_file(directory.Path("log").c_str(), "log", NO_LEVEL, TRACE);
+  Run("step", "1");
+  EXPECT_TRUE(Read<bool>("QA_WARNING_FLAG"));
+}
+
+TEST(SoftwareIdentity, KeywordsLoseTheirDress) {
+  EXPECT_EQ(PlainVersion("0.0.4") + PlainDate("$Date: 2016/12/09 17:32:18 $"),
+            "0.0.42016-12-09T17:32:18");
+  STRING line;
+  make_build_line(line, "name", "$Revision: 1.2 $", "$Date: 2016/12/09 17:32:18 $", "user");
+  EXPECT_EQ(line, "name 1.2  2016-12-09 compiled by user");
+}
+
+}  // namespace
+}  // namespace varnoth::test

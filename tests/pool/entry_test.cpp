@@ -1,0 +1,148 @@
+#include <cfenv>
+
+#include "pool/parameter_pool_read_write_change.hpp"
+#include "support/log_capture.hpp"
+
+namespace varnoth::test {
+namespace {
+
+class PoolGrammarTest : public LoggedTest {
+ protected:
+  template <class V>
+  V Read(const std::string& file, const std::string& key = "k") {
+    WriteFile(directory.Path("pool"), file);
+    PARAMETER_POOL pool(directory.Path("pool").c_str());
+    TakeLog();
+    V value{};
+    pool.Read(key.c_str(), value);
+    return value;
+  }
+};
+
+TEST_F(PoolGrammarTest, KeyLinesAreFound) {
+  const std::string hundred(100, 'x');
+  EXPECT_EQ(Read<int>("kk INT_32 4\r\n#k INT_32 3\n k INT_32 2\nk INT_32\t5 m\nk INT_32 6\n"), 5);
+  EXPECT_EQ(Read<int>(hundred + "y INT_32 5\n", hundred), 5) << "a key is cut at 100 bytes";
+  EXPECT_THROW(Read<int>(hundred + "y INT_32 5\n", hundred + "y"), PARAMETER_KEY_NOT_FOUND);
+}
+
+TEST_F(PoolGrammarTest, ALineEndsAfter1024Bytes) {
+  EXPECT_EQ(Read<STRING>("k STR " + std::string(1018, 'a') + "b\n").Length(), 1018);
+  EXPECT_EQ(Read<int>("other " + std::string(1018, 'a') + "k INT_32 5\n"), 5);
+}
+
+TEST_F(PoolGrammarTest, NumbersAreTakenFromTheStartOfTheirWord) {
+  EXPECT_EQ(Read<int>("k INT_32 1-2\n"), 1);
+  EXPECT_EQ(Read<int>("k INT_32\r\n"), 0);
+  EXPECT_EQ(Read<double>("k FLT_15 2.5"), 2.5) << "beside the mark of the file's end";
+  EXPECT_EQ(Read<double>("k FLT_15\n"), 0.0);
+  EXPECT_EQ(TakeLog(), "PP.Read pool k FLT_15\n") << "a missing value is no word worth";
+}
+
+TEST_F(PoolGrammarTest, ConversionsRaiseNoTrap) {
+  constexpr int TRAPS = FE_INVALID | FE_DIVBYZERO | FE_OVERFLOW;
+  feenableexcept(TRAPS);
+  EXPECT_THROW(Read<double>("k FLT_15 1E999\n"), PARAMETER_OUT_OF_BOUNDS);
+  EXPECT_THROW(Read<float>("k FLT_6 1E39\n"), PARAMETER_OUT_OF_BOUNDS);
+  const float nan = Read<float>("k FLT_6 nan\n");
+  EXPECT_EQ(fedisableexcept(TRAPS), TRAPS);
+  EXPECT_NE(nan, nan);
+}
+
+TEST_F(PoolGrammarTest, TextsWithAndWithoutQuotes) {
+  EXPECT_EQ(Read<STRING>("k STR two  words \r\n"), "two  words ");
+  EXPECT_EQ(Read<STRING>("k STR\n"), "");
+  EXPECT_EQ(Read<STRING>("k STR open"), "open\xFF");
+  EXPECT_EQ(Read<STRING>("k STR \"open end \r\n"), "open end ");
+  EXPECT_EQ(Read<STRING>("k STR \"a \\\"b\\\"\" rest\n"), "a \"b\"");
+  EXPECT_EQ(Read<STRING>("k STR \"a\\b\\\\\"\n"), "ab\"");
+  EXPECT_EQ(Read<TUPLE<STRING>>("k STR_STR \"a b\"  c d\n").second, "c d");
+}
+
+TEST_F(PoolGrammarTest, BlocksGoLineByLine) {
+  using NUMBERS = ARRAY<double>;
+  EXPECT_EQ(Read<NUMBERS>("k FLT_15_V 7 2\n{ x\n1 y\n\n}\n").GetBase()[8], 0.0);
+  EXPECT_EQ(Read<NUMBERS>("k FLT_15_V 7 1\n{\n5\n6\n}\n").GetBase()[7], 5.0) << "surplus closes";
+  EXPECT_EQ(Read<NUMBERS>("k FLT_15_V 7 2\n{\n5\n}\nx\n").GetBase()[8], 0.0) << "} is no number";
+  EXPECT_EQ(Read<MATRIX<char>>("k INT_8_M 0 1 0 1\n{\n{\n5\n]\n}\n").Rows()[0][0], 5);
+  EXPECT_THROW(Read<NUMBERS>("k FLT_15_V 7 1\r\n{\r\n5\r\n}\r\n"), ERROR_PARAMETER_POOL);
+}
+
+/// The text of an entry whose value starts with `range` and goes on in lines at these indents.
+std::string Entry(const std::string& type, const std::string& range,
+                  const std::vector<std::string>& lines = {}) {
+  std::string text =
+      "key_a" + std::string(28, ' ') + type + std::string(16 - type.size(), ' ') + range;
+  for (const std::string& line : lines) text += "\n" + std::string(47, ' ') + line;
+  return text + "\n\n";
+}
+
+class EntryLayoutTest : public LoggedTest {
+ protected:
+  using POOL = PARAMETER_POOL_READ_WRITE_CHANGE;
+
+  /// Reads the value of an entry and writes it over its own text, which must come out the same.
+  template <class V>
+  void ComesBack(const std::string& text) {
+    WriteFile(path, text);
+    V value{};
+    PARAMETER_POOL(path.c_str()).Read("key_a", value);
+    POOL(path.c_str()).Change("key_a", value);
+    EXPECT_EQ(ReadFile(path), text);
+  }
+  /// The same for the scalar, the vector and, where there is one, the matrix of two elements.
+  template <class X>
+  void Check(const std::string& type, const std::string& a, const std::string& b) {
+    ComesBack<X>(Entry(type, a));
+    ComesBack<ARRAY<X>>(Entry(type + "_V", "-3\t2", {"{", "  " + a, "  " + b, "}"}));
+    if constexpr (POOL_ELEMENT<X>::MATRIX != UNKNOWN) {
+      const std::string row_a = "    " + a;
+      ComesBack<MATRIX<X>>(
+          Entry(type + "_M", "5\t2\t-1\t2",
+                {"{", "  {", row_a, row_a, "  }", "  {", row_a, "    " + b, "  }", "}"}));
+    }
+  }
+
+  const std::string path = directory.Path("pool");
+};
+
+TEST_F(EntryLayoutTest, EveryTypeComesBackInItsLayout) {
+  const char* const floats = "1.000000E-01\t-2.000000E+00";
+  const char* const doubles = "1.000000000000000E-01\t-2.000000000000000E+00";
+  Check<bool>("BOL", "TRUE", "FALSE");
+  Check<unsigned char>("BYT", "0", "255");
+  Check<char>("INT_8", "-128", "127");
+  Check<short>("INT_16", "-32768", "32767");
+  Check<int>("INT_32", "-2147483648", "2147483647");
+  Check<long long>("INT_64", "-9223372036854775808", "9223372036854775807");
+  Check<float>("FLT_6", "1.0000000149E-01", "-2.5000000000E+00");
+  Check<double>("FLT_15", "1.00000000000000006E-01", "1.79769313486231571E+308");
+  Check<STRING>("STR", "\"say \\\"hi\\\" \"", "\"\"");
+  Check<COMPLEX<float>>("CPL_6", floats, "0.000000E+00\t1.000000E+09");
+  Check<COMPLEX<double>>("CPL_15", doubles, doubles);
+  Check<POINT<int>>("INT_32_INT_32", "-1\t2", "3\t4");
+  Check<RANGE<int>>("INT_32_INT_32", "-1\t2", "3\t4");
+  Check<POINT<long long>>("INT_64_INT_64", "-9223372036854775808\t2", "3\t4");
+  Check<POINT<float>>("FLT_6_FLT_6", floats, floats);
+  Check<RANGE<float>>("FLT_6_FLT_6", floats, floats);
+  Check<POINT<double>>("FLT_15_FLT_15", doubles, doubles);
+  Check<RANGE<double>>("FLT_15_FLT_15", doubles, doubles);
+  Check<INDEX<int, int>>("IDX_INT_32", "-1\t2", "3\t4");
+  Check<INDEX<int, float>>("IDX_FLT_6", "-1\t1.000000E-01", "3\t4.000000E+00");
+  Check<INDEX<int, double>>("IDX_FLT_15", "-1\t1.000000000000000E-01", "2\t0.000000000000000E+00");
+  Check<TUPLE<STRING>>("STR_STR", "\"a\" \"b c\"", "\"\" \"\\\"\"");
+}
+
+TEST_F(EntryLayoutTest, PartsCommentsAndLongKeysStandInOrder) {
+  const std::string key(40, 'k');
+  POOL(path.c_str()).Write(key.c_str(), ARRAY<char>(3, 0));
+  POOL(path.c_str()).Write("key_a", COMPLEX<float>{1, 2}, ARRAY<STRING>(" one", "two"));
+  POOL(path.c_str()).Change("key_b", TUPLE<STRING>("a\\", "b"));
+  EXPECT_EQ(ReadFile(path),
+            key + " INT_8_V         3\t0\n" + std::string(55, ' ') + "{\n" + std::string(55, ' ') +
+                "}\n\n# one\n#two\n" + Entry("CPL_6", "1.000000E+00\t2.000000E+00") +
+                "key_b                            STR_STR         \"a\\\" \"b\"\n\n");
+}
+
+}  // namespace
+}  // namespace varnoth::test

@@ -1,0 +1,142 @@
+#include <sys/resource.h>
+
+#include <csignal>
+#include <filesystem>
+
+#include "pool/parameter_pool_read_write_change.hpp"
+#include "support/log_capture.hpp"
+
+namespace varnoth::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// An entry as the writer lays it out.
+std::string Entry(const std::string& key, int value) {
+  return key + std::string(33 - std::min<std::size_t>(32, key.size()), ' ') + "INT_32          " +
+         std::to_string(value) + "\n\n";
+}
+
+class PoolUpdateTest : public LoggedTest {
+ protected:
+  PoolUpdateTest() {
+    fs::create_directory(folder);
+    WriteFile(path, "k INT_32 2\n");
+  }
+  /// The pool; its update comes with the end of the statement, or of the variable that takes it.
+  PARAMETER_POOL_READ_WRITE_CHANGE Pool() const {
+    return PARAMETER_POOL_READ_WRITE_CHANGE(path.c_str());
+  }
+  /// The file after a change of k to 5.
+  std::string Changed(const std::string& before, const std::string& key = "k") const {
+    WriteFile(path, before);
+    Pool().Change(key.c_str(), 5, ARRAY<STRING>("new"));
+    return ReadFile(path);
+  }
+  void Unwind(bool move_folder, bool fail) const {
+    auto pool = Pool();
+    pool.Change("k", 5);
+    if (move_folder) fs::rename(folder, directory.Path("moved"));
+    if (fail) throw "first";
+  }
+  long FileCount() const { return std::distance(fs::directory_iterator(folder), {}); }
+
+  const std::string folder = directory.Path("folder");
+  const std::string path = folder + "/pool";
+};
+
+TEST_F(PoolUpdateTest, WithoutWritesTheBytesStayButForAnUnfinishedLine) {
+  const std::string text =
+      "#c\n\nk INT_32  5\r\n  \n" + std::string(3000, 'x') + "\r\xFF\n" + std::string("\0 \n", 3);
+  for (const char* rest : {"", "k INT_32 6", "#"}) {
+    WriteFile(path, text + rest);
+    Pool();
+    EXPECT_EQ(ReadFile(path), text);
+  }
+}
+
+TEST_F(PoolUpdateTest, AReplacedEntryKeepsItsPlaceAndEveryComment) {
+  EXPECT_EQ(Changed("#of k\nk INT_32_V 0 1\n  {\n   7\n  }\n\n#of l\nl INT_32 2\n"),
+            "#of k\n#new\n" + Entry("k", 5) + "#of l\nl INT_32 2\n");
+  EXPECT_EQ(Changed("k INT_32_V 0 1\n{\n7\n}\n"), "#new\n" + Entry("k", 5) + "{\n7\n}\n")
+      << "what stands unindented is taken for entries";
+  const std::string hundred(100, 'x');
+  EXPECT_EQ(Changed(hundred + "y INT_32 2\n", hundred), "#new\n" + Entry(hundred, 5));
+}
+
+TEST_F(PoolUpdateTest, NewKeysStandReversedAtTheEndWithTheirLastValue) {
+  {
+    auto pool = Pool();
+    pool.Write("a", 1);
+    pool.Change("b", 1);
+    pool.Write("c", 3);
+    TakeLog();
+    pool.Change("b", 2);
+    EXPECT_EQ(TakeLog(), "PP.Change pool b INT_32\n");
+    EXPECT_THROW(pool.Write("k", 3), PARAMETER_KEY_EXISTS);
+    EXPECT_THROW(pool.Write("a", 3), PARAMETER_KEY_EXISTS);
+    EXPECT_FALSE(pool.find_key("a")) << "a search sees the file alone";
+    WriteFile(path, "k INT_32 2\nl INT_32 3\n");
+    EXPECT_TRUE(pool.find_key("l")) << "a search sees the file as it stands";
+  }
+  EXPECT_EQ(ReadFile(path),
+            "k INT_32 2\nl INT_32 3\n" + Entry("b", 2) + Entry("c", 3) + Entry("a", 1));
+}
+
+TEST_F(PoolUpdateTest, WhatNoReaderTakesWholeIsRefused) {
+  const std::string text(972, 'x');  // with 49 bytes of head, two quotes and a line end: 1024
+  Pool().Change("k", text.c_str());
+  EXPECT_EQ(ReadFile(path).size(), 1025);
+  EXPECT_THROW(Pool().Change("k", (text + "y").c_str()), INVALID_PARAMETER_VALUE);
+  EXPECT_THROW(Pool().Change(std::string(101, 'k').c_str(), 5), PARAMETER_KEY_TOO_LONG);
+  EXPECT_EQ(ReadFile(path).size(), 1025);
+}
+
+TEST_F(PoolUpdateTest, OnlyWritableFilesAreOpened) {
+  EXPECT_THROW(PARAMETER_POOL(folder.c_str()), CAN_NOT_OPEN_POOL);
+  EXPECT_EQ(TakeLog(), "open pool: " + folder + "\nparameter file " + folder +
+                           " is a directory!\ncan not open parameter file " + folder + "\n");
+  EXPECT_THROW(PARAMETER_POOL((path + "2").c_str()).get_type("k"), PARAMETER_KEY_NOT_FOUND);
+  EXPECT_TRUE(fs::is_empty(path + "2")) << "a missing pool is created";
+  // A running program can't be opened for writing, not even by the superuser.
+  EXPECT_FALSE(PARAMETER_POOL("/proc/self/exe").find_key("k k"));
+  EXPECT_THROW(PARAMETER_POOL_READ_WRITE_CHANGE pool("/proc/self/exe"), CAN_NOT_OPEN_POOL);
+  EXPECT_TRUE(TakeLog().ends_with("can not open pool file for update /proc/self/exe\n"));
+}
+
+TEST_F(PoolUpdateTest, RightsAndLinksSurviveAndNothingElseStays) {
+  fs::permissions(path, fs::perms{0640});
+  fs::create_hard_link(path, directory.Path("link"));
+  Pool().Change("k", 5);
+  EXPECT_EQ(ReadFile(directory.Path("link")), Entry("k", 5));
+  EXPECT_EQ(fs::status(path).permissions(), fs::perms{0640});
+  EXPECT_EQ(FileCount(), 1);
+}
+
+TEST_F(PoolUpdateTest, WithoutAPlaceForTheTemporaryFileThePoolStays) {
+  EXPECT_THROW(Unwind(true, false), NO_UPDATE_PERMISSION_FOR_POOL);
+  EXPECT_TRUE(TakeLog().ends_with("no permission to change pool file: " + path + "\n"));
+  EXPECT_EQ(ReadFile(directory.Path("moved/pool")), "k INT_32 2\n");
+}
+
+TEST_F(PoolUpdateTest, AFullDiskLeavesThePoolAndTheTemporaryFile) {
+  std::signal(SIGXFSZ, SIG_IGN);
+  rlimit before{};
+  getrlimit(RLIMIT_FSIZE, &before);
+  const rlimit limit{20000, before.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &limit);
+  EXPECT_THROW(Pool().Change("k", ARRAY<STRING>(0, 1000)), CORRUPTED_PARAMETER_POOL);
+  setrlimit(RLIMIT_FSIZE, &before);
+  EXPECT_EQ(ReadFile(path), "k INT_32 2\n");
+  EXPECT_EQ(FileCount(), 2);
+  EXPECT_TRUE(TakeLog().ends_with("the original parameter pool is NOT CHANGED !!\n"));
+}
+
+TEST_F(PoolUpdateTest, AnUnwindingExceptionUpdatesAndIsNeverReplaced) {
+  EXPECT_EQ(ThrownText([&] { Unwind(false, true); }), "first");
+  EXPECT_EQ(ReadFile(path), Entry("k", 5));
+  EXPECT_EQ(ThrownText([&] { Unwind(true, true); }), "first");
+}
+
+}  // namespace
+}  // namespace varnoth::test
