@@ -137,7 +137,8 @@ TEST(Matrix, CopiesAreDeep) {
   MATRIX<int> assigned = Matrix({4, 1}, {0, 3});
   assigned.Rows();  // a table that the assignment must drop
   assigned = source;
-  for (const MATRIX<int>& copy : {assigned, source}) EXPECT_EQ(copy.Rows()[1][1]++, 4);
+  EXPECT_EQ(assigned.Rows()[1][1]++, 4);
+  EXPECT_EQ(MATRIX<int>(source).Rows()[1][1]++, 4);
   EXPECT_EQ(source.Rows()[1][1], 4);
 }
 

@@ -72,7 +72,7 @@ class LogTableTest : public LoggedTest {
 };
 
 TEST_F(LogTableTest, CellsAreAlignedInTheWidestOfTheirColumn) {
-  EXPECT_EQ(Table({"|a|bcd|"}), "|a|bcd|\n");
+  EXPECT_EQ(Table({"|@la|bcd|"}), "|a|bcd|\n");
   EXPECT_EQ(Table({"|a|bb| junk", "|cccc|d|"}), "| a  |bb|\n|cccc|d |\n");
   EXPECT_EQ(Table({"|@la|@Lb|@rc|@Cd| e|", "|----|----|----|----|----|"}),
             "|a   |b   |   c| d  |  e |\n|----|----|----|----|----|\n")

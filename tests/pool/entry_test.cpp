@@ -135,12 +135,13 @@ TEST_F(EntryLayoutTest, EveryTypeComesBackInItsLayout) {
 
 TEST_F(EntryLayoutTest, PartsCommentsAndLongKeysStandInOrder) {
   const std::string key(40, 'k');
-  POOL(path.c_str()).Write(key.c_str(), ARRAY<char>(3, 0));
-  POOL(path.c_str()).Write("key_a", COMPLEX<float>{1, 2}, ARRAY<STRING>(" one", "two"));
+  POOL(path.c_str()).Write(key.c_str(), ARRAY<char>(3, 0), ARRAY<STRING>(" one", "two"));
+  POOL(path.c_str()).Write("key_a", COMPLEX<float>{1, 2});
   POOL(path.c_str()).Change("key_b", TUPLE<STRING>("a\\", "b"));
+  const std::string pad(55, ' ');
   EXPECT_EQ(ReadFile(path),
-            key + " INT_8_V         3\t0\n" + std::string(55, ' ') + "{\n" + std::string(55, ' ') +
-                "}\n\n# one\n#two\n" + Entry("CPL_6", "1.000000E+00\t2.000000E+00") +
+            "# one\n#two\n" + key + " INT_8_V         3\t0\n" + pad + "{\n" + pad + "}\n\n" +
+                Entry("CPL_6", "1.000000E+00\t2.000000E+00") +
                 "key_b                            STR_STR         \"a\\\" \"b\"\n\n");
 }
 

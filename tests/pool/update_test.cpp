@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "pool/parameter_pool_read_write_change.hpp"
+#include "pool/time_entries.hpp"
 #include "support/log_capture.hpp"
 
 namespace varnoth::test {
@@ -136,6 +137,31 @@ TEST_F(PoolUpdateTest, AnUnwindingExceptionUpdatesAndIsNeverReplaced) {
   EXPECT_EQ(ThrownText([&] { Unwind(false, true); }), "first");
   EXPECT_EQ(ReadFile(path), Entry("k", 5));
   EXPECT_EQ(ThrownText([&] { Unwind(true, true); }), "first");
+}
+
+TEST_F(PoolUpdateTest, TimesAreEntriesOfTheirOwnForm) {
+  ARRAY<UNIVERSAL_TIME> times(3, 2);
+  times.GetBase()[3] = UNIVERSAL_TIME("2004-01-14T10:11:12.123456");
+  times.GetBase()[4] = UNIVERSAL_TIME("01-JAN-1999/00:00:00.5");
+  {
+    auto pool = Pool();
+    WriteTime(pool, {"scene", "", "start"}, times.GetBase()[3], 6, true);
+    WriteTimes(pool, {"epochs"}, times, 6);
+  }
+  PARAMETER_POOL pool(path.c_str());
+  STRING text;
+  int microseconds = 0;
+  pool.Read("scene_start", text);
+  pool.Read("scene_start_usecs", microseconds);
+  EXPECT_EQ(text, "2004-01-14T10:11:12.12345");
+  EXPECT_EQ(microseconds, 123456);
+  UNIVERSAL_TIME start;
+  ReadTime(pool, {"scene", "start"}, start);
+  EXPECT_STREQ(start.c_str(), "14-JAN-2004/10:11:12.123450");
+  ARRAY<UNIVERSAL_TIME> read;
+  ReadTimes(pool, {"epochs"}, read);
+  EXPECT_EQ(read.GetFirstIndex(), 3);
+  EXPECT_EQ(read.GetBase()[4], times.GetBase()[4]);
 }
 
 }  // namespace

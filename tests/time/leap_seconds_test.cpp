@@ -35,6 +35,8 @@ TEST_F(LeapSecondsTest, CountsRowsStrictlyBetween) {
 TEST_F(LeapSecondsTest, FractionsShrinkTheInterval) {
   EXPECT_EQ(Between("31-DEC-1998/23:59:59.5", "01-JAN-1999/00:00:00"), 0)
       << "up to the inserted second itself";
+  EXPECT_EQ(Between("31-DEC-1998/23:59:59.000001", "01-JAN-1999/00:00:00"), 0);
+  EXPECT_EQ(Between("31-DEC-1998/23:59:58", "31-DEC-1998/23:59:60.000001"), 0);
   EXPECT_EQ(Between("31-DEC-1998/23:59:58.000001", "01-JAN-1999/00:00:00.9"), -1);
   EXPECT_EQ(Between("31-DEC-1998/23:59:58", "31-DEC-1998/23:59:60.9"), 0);
 }

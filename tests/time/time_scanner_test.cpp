@@ -1,6 +1,7 @@
 #include "foundation/errors.hpp"
 #include "support/log_capture.hpp"
 #include "time/met_scanner.hpp"
+#include "time/mission_elapsed_time.hpp"
 #include "time/universal_time.hpp"
 #include "time/utc_scanner.hpp"
 
@@ -60,6 +61,7 @@ constexpr FAULT_CASE FAULTS[] = {
     {"14-JAN-2004/23:59:63", "UTC_SCANNER: invalid second: 63\n"},
     {"14-JAN-2004/23:59:99999999999", "UTC_SCANNER: invalid second: 2147483647\n"},
     {"14-JAN-2004/12:59:60.0", "UTC_SCANNER: invalid leap second: 60\n"},
+    {"14-JAN-2004/23:58:60", "UTC_SCANNER: invalid leap second: 60\n"},
     {"14-JUX-2004/10:11:12", "TIME_SCANNER: can not convert >> JU << to month\n"},
     {"14-jan-2004/10:11:12", "", "TIME: scanner: unhandled character"},
     {"14-JAN-2004/10:11:", "", "TIME: scanner: unexpected end of string"},
@@ -141,6 +143,17 @@ TEST_F(TimeScannerTest, AMetTextFillsTheFieldsUpToTheFault) {
     const std::string last = std::string("MET_SCANNER: ") + fault + "\n";
     EXPECT_TRUE(sound ? log.empty() : log.ends_with(last)) << log;
   }
+}
+
+TEST(UtcScanner, KnowsTheTwelveNames) {
+  int month = 0;
+  for (const char* name :
+       {"JAN", "FEB", "MAR", "APR", "MAY", "JUN", "JUL", "AUG", "SEP", "OCT", "NOV", "DEC"}) {
+    const std::string text = std::string("14-") + name + "-2004/10:11:12.000000";
+    EXPECT_EQ(UNIVERSAL_TIME(text.c_str()).Month(), ++month);
+    EXPECT_EQ(UNIVERSAL_TIME(text.c_str()).c_str(), text);
+  }
+  EXPECT_STREQ(MISSION_ELAPSED_TIME("1\\2\\3T4").c_str(), "+0001/02:03:04.000000");
 }
 
 }  // namespace

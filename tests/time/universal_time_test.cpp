@@ -104,6 +104,9 @@ TEST(UniversalTime, StepsNextToAnInsertedSecond) {
            STEP{"30-JUN-2012/23:59:59.000000", 1, "30-JUN-2012/23:59:59.000000"},
            // The last minute ahead of an inserted second counts as behind it ...
            STEP{"31-DEC-1998/23:58:50.000000", 30, "31-DEC-1998/23:59:19.000000"},
+           STEP{"31-DEC-1998/22:59:50.000000", 30, "31-DEC-1998/23:00:19.000000"},
+           STEP{"30-JUN-1997/23:58:50.000000", 30, "30-JUN-1997/23:59:19.000000"},
+           STEP{"01-JUL-1997/00:00:00.000000", -2, "30-JUN-1997/23:59:58.000000"},
            // ... and the inserted second itself as ahead of no other.
            STEP{"31-DEC-1998/23:59:60.000000", 1, "01-JAN-1999/00:00:01.000000"},
            STEP{"01-JAN-1999/00:00:00.000000", -1, "31-DEC-1998/23:59:59.000000"},
