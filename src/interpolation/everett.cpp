@@ -85,7 +85,8 @@ void EVERETT<T>::CreateQuiet(const ARRAY<POINT<T>>& series) {
                          << order << ".\n";
     throw INVALID_PARAMETER_VALUE();
   }
-  if (!IsEquidistant(series)) {
+  // Equal abscissae, or ones that are no numbers, make no grid either.
+  if (!IsEquidistant(series) || !std::isgreater(std::fabs(dx), T(0))) {
     RefuseSeries("EVERETT::Create: Everett interpolation only possible on equidistant grid.\n");
   }
 

@@ -15,9 +15,9 @@ class POLYNOM : public INTERPOLATION<T, POINT<T>> {
   void CreateQuiet(const ARRAY<POINT<T>>& series) override;
   T GetY(T x) const override;
   T GetDerivedY(T x) const override;
-  /// The second derivative of a polynomial of degree 2; from degree 3 on the nodes of this
-  /// recurrence are the first three throughout, and the value is another one. Results in use have
-  /// been made with it.
+  /// The second derivative up to degree 3; from degree 4 on the value is another one, since the
+  /// nodes of this recurrence are the first three throughout. Results in use have been made with
+  /// it.
   T GetDerived2Y(T x) const override;
   /// The degree + 1 coefficients of the Newton form.
   const T* GetCoeffs() const override { return coefficients.GetElementBase(0); }
