@@ -42,11 +42,8 @@ float average_longitude(float first, float second, float third, float fourth) {
     }
   }
   auto mean = static_cast<float>(0.25 * sum);
-  if (mean >= 360.0) {
-    mean = static_cast<float>(mean - 360.0);
-  } else if (mean < 0.0) {
-    mean = static_cast<float>(mean + 360.0);
-  }
+  if (mean < 0.0) mean = static_cast<float>(mean + 360.0);
+  if (mean >= 360.0) mean = static_cast<float>(mean - 360.0);  // a tiny negative one rounds to 360
   return mean;
 }
 

@@ -24,13 +24,9 @@ float Radians(float degrees) {
 
 /// Plain distance in degrees, without a weight on the longitude, between the mid point of the scene
 /// on one side of the track and the stated centre.
-double DistanceFromCentre(const GEOMETRY_STATE& state, GEOLOCATION_WORK& work, double side) {
+double DistanceFromCentre(const GEOMETRY_STATE& state, GEOLOCATION_WORK& work,
+                          const double position[3], const double velocity[3], double side) {
   const double range_time = 0.5 * (state.master_first_rg_time + state.master_last_rg_time);
-  const double azimuth_time = 0.5 * (state.master_first_az_time + state.master_last_az_time);
-  double position[3] = {};
-  double velocity[3] = {};
-  GetPosition(state.master_orbit, azimuth_time, position);
-  GetVelocity(state.master_orbit, azimuth_time, velocity);
   double target[3] = {};
   double heading = 0.0;
   double latitude = 0.0;
@@ -62,8 +58,13 @@ void settle_look_direction(GEOMETRY_STATE& state, GEOLOCATION_WORK& work,
     read_scene_centers(state, master_pool, slave_pool);
     state.center_latitude[MASTER] = Radians(state.center_latitude[MASTER]);
     state.center_longitude[MASTER] = Radians(state.center_longitude[MASTER]);
-    const double left = DistanceFromCentre(state, work, LEFT);
-    const double right = DistanceFromCentre(state, work, RIGHT);
+    const double azimuth_time = 0.5 * (state.master_first_az_time + state.master_last_az_time);
+    double position[3] = {};
+    double velocity[3] = {};
+    GetPosition(state.master_orbit, azimuth_time, position);
+    GetVelocity(state.master_orbit, azimuth_time, velocity);
+    const double left = DistanceFromCentre(state, work, position, velocity, LEFT);
+    const double right = DistanceFromCentre(state, work, position, velocity, RIGHT);
     state.sensor_look_direction = left > right ? RIGHT : LEFT;
   }
   log_look_direction(INFO, "Sensor look direction is: ", state.sensor_look_direction);

@@ -1,6 +1,7 @@
 #include "driver/scene_enumerations.hpp"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <iterator>
 
@@ -59,7 +60,7 @@ const char* look_direction_text(double value) {
     if (row.value == value) return row.text;
   }
   // What no int holds, a NaN too, is shown as 0.
-  const bool shown = std::abs(value) <= 2147483647.0;
+  const bool shown = std::islessequal(std::fabs(value), 2147483647.0);
   GlobalLog.printf_line(ALARM, "can not convert >>%d<< to look direction",
                         shown ? static_cast<int>(value) : 0);
   throw ERROR_ARGUMENT();

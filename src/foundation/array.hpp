@@ -25,9 +25,14 @@ class ARRAY {
   ARRAY(int first, int count) {
     if (Make(RANGE<int>(first, count), false) != ARRAY_OK) throw "ARRAY : can not copy array";
   }
-  ARRAY(const ARRAY& other) { CopyFrom(other); }
+  ARRAY(const ARRAY& other) {
+    if (Make(other.range, false) != ARRAY_OK) throw "ARRAY : can not copy array";
+    std::copy_n(other.data, other.range.Count(), data);
+  }
   ARRAY& operator=(const ARRAY& other) {
-    if (this != &other) CopyFrom(other);
+    if (this == &other) return *this;
+    if (Resize(other.range) != ARRAY_OK) throw "ARRAY : can not copy array";
+    std::copy_n(other.data, other.range.Count(), data);
     return *this;
   }
 
@@ -120,10 +125,6 @@ class ARRAY {
       for (int i = range.Count(); i-- > 0;) std::destroy_at(data + i);
     }
     ::operator delete(data);
-  }
-  void CopyFrom(const ARRAY& other) {
-    if (ARRAY::Resize(other.range) != ARRAY_OK) throw "ARRAY : can not copy array";
-    std::copy_n(other.data, other.range.Count(), data);
   }
 };
 

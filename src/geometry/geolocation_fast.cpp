@@ -186,7 +186,8 @@ void geolocation_fast(GEOLOCATION_WORK& work, const double sat_pos[3], const dou
     earth_vect[i] = work.earth_vect[i];
   }
 
-  const double turn = std::acos(nu);
+  // On a track due north the product of two unit vectors may round to above 1.
+  const double turn = std::acos(std::clamp(nu, -1.0, 1.0));
   heading = (std::isgreaterequal(eu, 0.0) ? turn : TWO_PI - turn) * DEGREES;
 
   // Target: geodetic latitude from the geocentric one, both on the raised ellipsoid.

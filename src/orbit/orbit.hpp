@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+
 #include "foundation/errors.hpp"
 #include "orbit/sampled_orbit.hpp"
 
@@ -16,7 +18,7 @@ class ORBIT : public SAMPLED_ORBIT<T, S> {
   /// Gives every interpolator its order, its count of support points and its series. Throws what
   /// the interpolator throws.
   void Create() override {
-    const int count = this->GetCoordinateCount();
+    const int count = std::min(this->GetCoordinateCount(), samples.GetLength());
     if (interpolators.Resize(RANGE<int>(0, count)) != ARRAY_OK) throw ERROR_NO_MEMORY();
     for (int c = 0; c < count; ++c) {
       I& interpolator = interpolators.GetElementBase(0)[c];

@@ -30,7 +30,7 @@ void write_entry(const PARAMETER_POOL_ITEM& item, POOL_STREAM& pool) {
 
 PARAMETER_POOL_READ_WRITE_CHANGE::PARAMETER_POOL_READ_WRITE_CHANGE(const char* path,
                                                                    unsigned option_value)
-    : PARAMETER_POOL(path, option_value), exceptions_at_start(std::uncaught_exceptions()) {
+    : PARAMETER_POOL(path, option_value) {
   if (!writable) {
     GlobalLog.set(ALARM) << "can not open pool file for update " << path << "\n";
     throw CAN_NOT_OPEN_POOL();
@@ -85,6 +85,7 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::update() {
     ::close(descriptor);
   }
   {
+    GlobalLog.set(DEBUG) << "open pool: " << temporary_name << "\n";
     POOL_STREAM temporary;
     // Without mkstemp's file there is nothing that could be opened without following what somebody
     // else put there.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <exception>
+
 #include "pool/parameter_pool.hpp"
 #include "pool/parameter_pool_list.hpp"
 
@@ -76,7 +78,7 @@ class PARAMETER_POOL_READ_WRITE_CHANGE : public PARAMETER_POOL {
   void TakeOver(const std::string& temporary_name);
 
   PARAMETER_POOL_LIST list;
-  int exceptions_at_start;
+  int exceptions_at_start = std::uncaught_exceptions();
 };
 
 /// Writes an item's entry to a pool's file and flushes it. Throws ERROR_UNHANDLED_CASE for an item

@@ -44,7 +44,7 @@ def test_stop_file_leaves_everything_alone(ready):
 def test_log_that_can_not_be_opened(ready):
     done = run(ready, arguments(lfn="no/such/place"))
     assert (done.status, done.marks) == (255, {})
-    assert done.screen.endswith("ALARM : varnoth :   can not open logging file: no/such/place\n")
+    assert done.screen.endswith("ALARM : varnoth :  :   can not open logging file: no/such/place\n")
 
 
 def test_status_path_and_process_name(ready):

@@ -26,14 +26,6 @@ def test_lines_per_sample(traced):
                          "corresponding az_time in slave = 1005.250000")  # parallel orbits
 
 
-def test_results_are_written_in_their_order(traced):
-    keys = [t.split()[2:] for t in traced.levels("TRACE") if t.startswith("PP.Change insar.pool")]
-    assert len(keys) == 39
-    assert keys[0] == ["early_az_near_rg_longitude", "FLT_6"]
-    assert keys[15] == ["flat_phase_poly_early_az", "FLT_15_V"]
-    assert keys[38] == ["slave_late_az_incidence_angle", "FLT_15_V"]
-
-
 def test_second_run_appends(ready):
     first = run(ready).log
     second = run(ready).log

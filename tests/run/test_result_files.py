@@ -53,14 +53,3 @@ def test_one_pool_for_results_and_software(ready):
         texts = done.levels("DEBUG")
         assert f"construct pool_rwc: {name}" in texts
     assert sum(t.startswith("construct") for t in texts) == 3
-
-
-def test_log_pool_keeps_other_steps_and_a_flagged_warning(ready):
-    other = "".join(f"software_{column} STR_V 3 1\n {{\n  \"earlier\"\n }}\n\n"
-                    for column in ("names", "versions", "dates", "start_times", "end_times"))
-    (ready / "log.pool").write_text(other + "software_execution_times INT_32_V 3 1\n {\n  7\n }\n\n"
-                                    "QA_WARNING_FLAG BOL TRUE\n\n")
-    pool = run(ready).pool("log.pool")
-    assert pool["software_names"] == ["earlier", "varnoth"]
-    assert pool["software_execution_times"] in ([7, 0], [7, 1])
-    assert pool["QA_WARNING_FLAG"] == "TRUE"

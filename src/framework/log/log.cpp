@@ -51,7 +51,7 @@ std::string HostName() {
 }
 
 void ScreenFailure(const std::string& prefix, const char* text, const std::string& name) {
-  std::printf("ALARM : %s :  %s%s\n", prefix.c_str(), text, name.c_str());
+  std::printf("ALARM : %s :  :  %s%s\n", prefix.c_str(), text, name.c_str());
   std::fflush(stdout);
 }
 
@@ -210,6 +210,7 @@ bool LOG::open_file(const char* path, const char* prefix_word, int screen, int f
 
 void LOG::change_file(const char* path) {
   const std::lock_guard lock(mutex);
+  if (file != nullptr && file_path == path) return;  // it would be copied into itself
   const bool had_file = file != nullptr;
   const std::string old_path = file_path;
   file.reset();

@@ -19,11 +19,6 @@ constexpr int CELL_LIMIT = 255;
 /// Adds a cell, padded to its column's width.
 void AppendCell(std::string& line, const std::string& text, char alignment, int width) {
   const int length = static_cast<int>(text.size());
-  if (std::max(length, width) > CELL_LIMIT) {
-    GlobalLog.set(ALARM) << "LOG_TABLE: cell is longer than " << CELL_LIMIT
-                         << " characters: " << text << "\n";
-    throw ERROR_ARGUMENT();
-  }
   const int pad = std::max(width - length, 0);
   int left = pad;
   if (alignment == 'c' || alignment == 'C') left = pad / 2;
@@ -146,6 +141,11 @@ void LOG_TABLE::MeasureColumns(int count) {
   int length = -1;
   for (int c = std::fgetc(reader.get()); c != EOF; c = std::fgetc(reader.get())) {
     if (MarkOf(c) >= 0) {
+      if (length > CELL_LIMIT) {
+        GlobalLog.set(ALARM) << "LOG_TABLE: cell of " << length << " characters is longer than "
+                             << CELL_LIMIT << "\n";
+        throw ERROR_ARGUMENT();
+      }
       if (column >= 0) width[column] = std::max(width[column], length);
       if (++column == count) column = -1;
       length = -1;

@@ -1,0 +1,134 @@
+#include <sstream>
+
+#include "driver/annotation.hpp"
+#include "driver/look_direction.hpp"
+#include "driver/scene_parameters.hpp"
+#include "foundation/constants.hpp"
+#include "foundation/errors.hpp"
+#include "orbit/circular_orbit.hpp"
+#include "support/log_capture.hpp"
+
+namespace varnoth::test {
+namespace {
+
+class SceneTest : public LoggedTest {
+ protected:
+  ~SceneTest() noexcept override {}  // the pools' own may throw
+  void Open(PARAMETER_POOL& pool, const std::string& text) {
+    const std::string path = directory.Path(&pool == &master ? "m" : &pool == &slave ? "s" : "i");
+    WriteFile(path, text);
+    pool.open(path.c_str());
+  }
+  GEOMETRY_STATE state;
+  PARAMETER_POOL master, slave, insar;
+};
+
+TEST_F(SceneTest, ParametersComeFromTheirPoolsAndGiveTheEndTimes) {
+  Open(master,
+       "prf FLT_15 10\naz_bandwidth FLT_15 12\nrange_sampling_frequency FLT_15 "
+       "20\n"
+       "radar_frequency FLT_15 14\nantenna_look_direction STR \" l e\tft \"\n"
+       "orbit_interpolation STR \"everett\"\n"
+       "ellipsoid_parameters FLT_15_V 2\t9\n{\n0\n0\n0\n0\n0\n0\n0\n8\n7\n}\n");
+  Open(slave,
+       "prf FLT_15 40\naz_bandwidth FLT_15 22\nrange_sampling_frequency FLT_15 "
+       "50\n"
+       "radar_frequency FLT_15 24\nantenna_look_direction STR \"right\"\n");
+  Open(insar,
+       "n_samples INT_32 11\nn_lines INT_32 21\nmaster_first_az_time FLT_15 3\n"
+       "slave_first_az_time FLT_15 4\nmaster_first_rg_time FLT_15 5\n"
+       "slave_first_rg_time FLT_15 6\nobservation_mode STR \"single_pass\"\n");
+  read_scene_parameters(state, master, slave, insar);
+  take_ellipsoid_radii(state);
+  work_out_end_times(state);
+  EXPECT_TRUE(state.IsSinglePass());
+  EXPECT_EQ(state.look_direction[MASTER] * 10 + state.look_direction[SLAVE], -9);
+  EXPECT_EQ(state.az_bandwidth[SLAVE] * 100 + state.radar_frequency[MASTER], 2214);
+  EXPECT_EQ(state.requator * 10 + state.rpole, 87);
+  EXPECT_EQ(state.master_last_az_time, 3 + 2.0);
+  EXPECT_EQ(state.slave_last_az_time, 4 + 0.5);
+  EXPECT_EQ(state.master_last_rg_time, 5 + 0.5);
+  EXPECT_EQ(state.slave_last_rg_time, 6 + 0.2);
+  master.close();
+  EXPECT_THROW(read_scene_parameters(state, master, slave, insar), std::out_of_range);
+}
+
+TEST_F(SceneTest, WhatNoTableHoldsIsTold) {
+  const auto expect_told = [&](auto action, const std::string& line) {
+    TakeLog();
+    EXPECT_THROW(action(), ERROR_ARGUMENT);
+    EXPECT_EQ(TakeLog(), "can not convert " + line + "\n");
+  };
+  expect_told([] { look_direction_from_text("LEFT"); }, ">>LEFT<< to look direction");
+  expect_told([] { observation_mode_from_text(" dual"); }, ">> dual<< to observation mode");
+  expect_told([] { geolocation_mode_from_text("dem"); }, ">>dem<< to geolocation mode");
+  expect_told([] { look_direction_text(-2.5); }, ">>-2<< to look direction");
+  expect_told([] { look_direction_text(NAN); }, ">>0<< to look direction");
+}
+
+// A polar orbit northwards over the equator at 180 degrees: east is right.
+TEST_F(SceneTest, ScenesThatDifferTakeTheSideOfTheCentre) {
+  GEOLOCATION_WORK work{};
+  Follow(state.master_orbit, CIRCLE{.inclination = M_PI_2, .node = M_PI, .phase = 0});
+  state.requator = 6378137;
+  state.rpole = 6356752;
+  state.master_first_rg_time = state.master_last_rg_time = 5e-3;
+  for (const auto& [longitude, side] : std::initializer_list<std::pair<std::string, double>>{
+           {"179", -1}, {"-179", 1}, {"181", 1}, {"1e30", -1}}) {  // the last: as far from both
+    state.look_direction[MASTER] = longitude == "179" ? 1 : -1;
+    state.look_direction[SLAVE] = -state.look_direction[MASTER];
+    const std::string centre = "center_longitude FLT_6 " + longitude + "\ncenter_latitude FLT_6 1";
+    Open(master, centre + "\n");
+    Open(slave, centre + "\n");
+    settle_look_direction(state, work, master, slave);
+    EXPECT_EQ(state.sensor_look_direction, side) << longitude;
+    EXPECT_FLOAT_EQ(state.center_latitude[MASTER], static_cast<float>(PI / 180));
+  }
+  state.look_direction[MASTER] = state.look_direction[SLAVE];
+  master.close();  // scenes that agree are not asked for their centres
+  settle_look_direction(state, work, master, slave);
+  EXPECT_EQ(state.sensor_look_direction, state.look_direction[SLAVE]);
+  EXPECT_EQ(state.center_latitude[MASTER], 0.0F);
+}
+
+// Every result has its place in the order of writing as its value. The update
+// writes the last one first.
+TEST_F(LoggedTest, AnnotationGivesEachKeyItsOwnValue) {
+  GEOMETRY_STATE s;
+  int place = 1;
+  const auto number = [&](auto&... values) { ((values = static_cast<float>(place++)), ...); };
+  const auto number_lines = [&](auto&... pairs) {
+    for (ARRAY<double>* line : {&pairs[FIRST_LINE]..., &pairs[LAST_LINE]...}) line->Create({0, 1});
+    ((number(*pairs[FIRST_LINE].GetBase(), *pairs[LAST_LINE].GetBase())), ...);
+  };
+  number(s.early_az_near_rg_longitude, s.early_az_near_rg_latitude, s.early_az_far_rg_longitude,
+         s.early_az_far_rg_latitude, s.late_az_near_rg_longitude, s.late_az_near_rg_latitude,
+         s.late_az_far_rg_longitude, s.late_az_far_rg_latitude, s.fringe_frequency_range,
+         s.scene_center_longitude, s.scene_center_latitude, s.fringe_frequency_azimuth,
+         s.height_conversion_factor, s.eff_baseline, s.delta_r);
+  number_lines(s.flat_phase_poly);
+  number(s.incidence_angle_near_range, s.incidence_angle_mid_range, s.incidence_angle_far_range,
+         s.ssc_pixel_spacing_azimuth, s.ssc_pixel_spacing_ground_range, s.heading_angle);
+  s.equator_crossing_direction = "descending";
+  s.sensor_look_direction = 1;
+  place = 26;
+  number_lines(s.phase_to_height_conv, s.master_look_angle, s.slave_look_angle,
+               s.master_range_distance, s.slave_range_distance, s.master_incidence_angle,
+               s.slave_incidence_angle);
+  {
+    PARAMETER_POOL_READ_WRITE_CHANGE pool(directory.Path("pool").c_str());
+    annotate_results(s, pool);
+  }
+  std::istringstream words(ReadFile(directory.Path("pool")));
+  int next = 39;
+  for (std::string word; words >> word;) {
+    if (word == (next == 25 ? "\"right\"" : "\"descending\"")) --next;
+    if (word.find(".0") != std::string::npos || word.find("E+") != std::string::npos) {
+      EXPECT_EQ(std::stod(word), next--);
+    }
+  }
+  EXPECT_EQ(next, 0);
+}
+
+}  // namespace
+}  // namespace varnoth::test
