@@ -88,7 +88,8 @@ TEST_F(LogTableTest, CellsHoldUpTo255Characters) {
   const std::string row = "|" + std::string(255, 'x');
   EXPECT_EQ(Table({(row + "|").c_str()}), row + "|\n");
   EXPECT_THROW(Table({(row + "x|").c_str()}), ERROR_ARGUMENT);
-  EXPECT_TRUE(Log().starts_with("ALARM : log : LOG_TABLE: cell of 256 characters is longer than 255"));
+  EXPECT_TRUE(
+      Log().starts_with("ALARM : log : LOG_TABLE: cell of 256 characters is longer than 255"));
 }
 
 }  // namespace
