@@ -1,9 +1,9 @@
 #include "orbit/sampled_orbit.hpp"
 
 #include <cstdio>
-#include <memory>
 
 #include "foundation/errors.hpp"
+#include "framework/log/owned_file.hpp"
 #include "framework/tables/log_table.hpp"
 
 namespace varnoth {
@@ -28,10 +28,7 @@ class CURVE_FILE {
   void Line(double x, double y) const { std::fprintf(file.get(), "%.15e %.15e\n", x, y); }
 
  private:
-  struct FILE_CLOSER {
-    void operator()(std::FILE* stream) const { std::fclose(stream); }
-  };
-  std::unique_ptr<std::FILE, FILE_CLOSER> file;
+  OWNED_FILE file;
 };
 
 }  // namespace
@@ -52,7 +49,7 @@ T SAMPLED_ORBIT<T, S>::SecondsOf(const TIME& time) const {
   if constexpr (std::is_floating_point_v<TIME>) {
     return static_cast<T>(static_cast<double>(time));
   } else if constexpr (std::is_same_v<TIME, S>) {
-    return static_cast<T>((time - reference_time).ToSeconds());
+    return static_cast<T>(SecondsFromReference(time));
   } else {
     throw "time operation not permitted";
   }

@@ -222,7 +222,7 @@ void LOG::change_file(const char* path) {
   file_path = path;
   if (!had_file) return;
 
-  const std::unique_ptr<std::FILE, FILE_CLOSER> old(std::fopen(old_path.c_str(), "re"));
+  const OWNED_FILE old(std::fopen(old_path.c_str(), "re"));
   if (old == nullptr || !AppendContent(old.get(), file.get())) {
     ScreenFailure(prefix, " can not reopen tmp logging file: ", old_path);
     return;

@@ -4,10 +4,10 @@
 #include <cstdio>
 #include <ctime>
 #include <list>
-#include <memory>
 #include <mutex>
 #include <string>
 
+#include "framework/log/owned_file.hpp"
 #include "framework/log/static_object.hpp"
 
 namespace varnoth {
@@ -123,10 +123,6 @@ class LOG {
   void Capture(const char* text);
 
  private:
-  struct FILE_CLOSER {
-    void operator()(std::FILE* stream) const { std::fclose(stream); }
-  };
-
   template <class VALUE>
   LOG& Piece(const char* file_format, const char* screen_format, VALUE value) {
     if (current_level >= lowest_level) WritePiece(file_format, screen_format, value);
@@ -140,7 +136,7 @@ class LOG {
   bool ShownOnScreen() const { return current_level >= screen_level; }
   bool ShownInFile() const { return file != nullptr && current_level >= file_level; }
 
-  std::unique_ptr<std::FILE, FILE_CLOSER> file;
+  OWNED_FILE file;
   int screen_level = DEBUG;
   int file_level = DEBUG;
   int lowest_level = DEBUG;  ///< the lower one of the two: below it nothing is formatted

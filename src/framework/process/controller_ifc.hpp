@@ -1,9 +1,7 @@
 #pragma once
 
-#include <cstdio>
-#include <memory>
-
 #include "foundation/string.hpp"
+#include "framework/log/owned_file.hpp"
 
 namespace varnoth {
 
@@ -60,10 +58,6 @@ class CONTROLLER_IFC {
   bool is_supervised() const { return supervised; }
 
  private:
-  struct FILE_CLOSER {
-    void operator()(std::FILE* stream) const { std::fclose(stream); }
-  };
-
   bool FindInArguments(const char* key, STRING& value) const;
   bool FindInConfigFile(const char* key, STRING& value);
   static bool FindInEnvironment(const char* key, STRING& value);
@@ -79,7 +73,7 @@ class CONTROLLER_IFC {
   STRING binary_name;
   STRING base_name;
   STRING status_path;  ///< with a "/" at its end, or empty
-  std::unique_ptr<std::FILE, FILE_CLOSER> config_file;
+  OWNED_FILE config_file;
   STRING ok_file;
   STRING stop_file;
   STRING error_file;

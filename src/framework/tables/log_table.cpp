@@ -96,7 +96,7 @@ void LOG_TABLE::set_second_rule(char fill, char cross) {
   second_rule_cross = cross;
 }
 
-LOG_TABLE::OWNED_FILE LOG_TABLE::Reopen() const {
+OWNED_FILE LOG_TABLE::Reopen() const {
   OWNED_FILE reader(std::fopen(file_name.c_str(), "re"));
   if (reader == nullptr) {
     GlobalLog.set(EXCEPTION) << "LOG_TABLE: can not open tmp file: " << file_name << "\n";

@@ -1,12 +1,11 @@
 #pragma once
 
-#include <cstdio>
-#include <memory>
 #include <string>
 
 #include "foundation/array.hpp"
 #include "foundation/string.hpp"
 #include "framework/log/log.hpp"
+#include "framework/log/owned_file.hpp"
 
 namespace varnoth {
 
@@ -48,11 +47,6 @@ class LOG_TABLE {
   void flush(int level);
 
  private:
-  struct FILE_CLOSER {
-    void operator()(std::FILE* stream) const { std::fclose(stream); }
-  };
-  using OWNED_FILE = std::unique_ptr<std::FILE, FILE_CLOSER>;
-
   OWNED_FILE Reopen() const;
   int CountColumns() const;
   void MeasureColumns(int count);
