@@ -5,8 +5,11 @@
 #include <memory>
 #include <new>
 #include <type_traits>
+#include <utility>
 
+#include "foundation/errors.hpp"
 #include "foundation/pairs.hpp"
+#include "framework/log/log.hpp"
 
 namespace varnoth {
 
@@ -25,7 +28,7 @@ class ARRAY {
   ARRAY(int first, int count) {
     if (Make(RANGE<int>(first, count), false) != ARRAY_OK) throw "ARRAY : can not copy array";
   }
-  ARRAY(const ARRAY& other) {
+  ARRAY(const ARRAY& other) : ARRAY() {
     if (Make(other.range, false) != ARRAY_OK) throw "ARRAY : can not copy array";
     std::copy_n(other.data, other.range.Count(), data);
   }
@@ -77,14 +80,13 @@ class ARRAY {
   /// The same range is no work at all.
   virtual int Resize(const RANGE<int>& wanted) {
     if (wanted == range) return ARRAY_OK;
-    if (wanted.Count() < 0) return ARRAY_BAD_RANGE;
-    X* memory = Allocate(wanted.Count(), false);
-    if (memory == nullptr && wanted.Count() != 0) return ARRAY_NO_MEMORY;
-    std::copy_n(data, std::min(range.Count(), wanted.Count()), memory);
-    Free();
-    range = wanted;
-    data = memory;
-    raw = false;
+    ARRAY resized;
+    const int result = resized.Make(wanted, false);
+    if (result != ARRAY_OK) return result;
+    std::copy_n(data, std::min(range.Count(), wanted.Count()), resized.data);
+    std::swap(range, resized.range);
+    std::swap(data, resized.data);
+    std::swap(raw, resized.raw);
     return ARRAY_OK;
   }
 
@@ -134,11 +136,15 @@ class SUB_ARRAY : public ARRAY<X> {
  public:
   SUB_ARRAY() = default;
   /// Another view on the same elements.
-  SUB_ARRAY(const SUB_ARRAY& other) : ARRAY<X>() { *this = other; }
-  SUB_ARRAY& operator=(const SUB_ARRAY& other) {
+  SUB_ARRAY(const SUB_ARRAY& other) : ARRAY<X>() {
     this->data = other.data;
     this->range = other.range;
-    return *this;
+  }
+  /// Not to be called, since it could mean the view or its elements: logs at ALARM and throws
+  /// ERROR_NOT_IMPLEMENTED. Use `Attach`.
+  SUB_ARRAY& operator=(const SUB_ARRAY& /*other*/) {
+    GlobalLog.set(ALARM) << "never call: SUB_ARRAY<T>::operator=( const SUB_ARRAY< T >& )\n";
+    throw ERROR_NOT_IMPLEMENTED();
   }
   ~SUB_ARRAY() override { this->data = nullptr; }
 

@@ -8,11 +8,6 @@ namespace varnoth {
 
 namespace {
 
-[[noreturn]] void RefuseSeries(const char* text) {
-  GlobalLog.set(ALARM) << text;
-  throw INVALID_PARAMETER_VALUE();
-}
-
 /// One end's running product c of Everett's coefficient of order 2k + 1,
 ///
 ///     c = r · Π (r² - j²) / (2j (2j + 1)),  j = 1 … k,
@@ -75,7 +70,7 @@ template <class T>
 void EVERETT<T>::CreateQuiet(const ARRAY<POINT<T>>& series) {
   first = series.GetFirstIndex();
   last = series.GetLastIndex();
-  if (last <= first) RefuseSeries("EVERETT::Create: more than 1 value needed.\n");
+  if (last <= first) RefuseSeries("EVERETT::Create", "more than 1 value needed.");
   const POINT<T>* const p = series.GetBase();
   x0 = p[first].x;
   dx = (p[last].x - x0) / static_cast<T>(last - first);
@@ -87,7 +82,7 @@ void EVERETT<T>::CreateQuiet(const ARRAY<POINT<T>>& series) {
   }
   // Equal abscissae, or ones that are no numbers, make no grid either.
   if (!IsEquidistant(series) || !std::isgreater(std::fabs(dx), T(0))) {
-    RefuseSeries("EVERETT::Create: Everett interpolation only possible on equidistant grid.\n");
+    RefuseSeries("EVERETT::Create", "Everett interpolation only possible on equidistant grid.");
   }
 
   const RANGE<int> rows(0, order / 2 + 1);

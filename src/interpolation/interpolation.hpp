@@ -6,6 +6,13 @@
 
 namespace varnoth {
 
+/// Throws INVALID_PARAMETER_VALUE, behind a line at ALARM, for a series that can not be
+/// interpolated.
+[[noreturn]] inline void RefuseSeries(const char* name, const char* reason) {
+  GlobalLog.set(ALARM) << name << ": " << reason << "\n";
+  throw INVALID_PARAMETER_VALUE();
+}
+
 /// What all interpolators have in common: built once from a series of samples P (abscissa x,
 /// ordinate y), they are evaluated many times. T is the type of the arithmetic. A series' index
 /// range need not start at 0.
@@ -41,9 +48,7 @@ class INTERPOLATION {
  protected:
   /// Throws INVALID_PARAMETER_VALUE, behind a line at ALARM, for a series without samples.
   static void NeedSamples(const ARRAY<P>& series, const char* name) {
-    if (series.GetLength() > 0) return;
-    GlobalLog.set(ALARM) << name << ": there are no samples.\n";
-    throw INVALID_PARAMETER_VALUE();
+    if (series.GetLength() <= 0) RefuseSeries(name, "there are no samples.");
   }
 
  private:

@@ -19,7 +19,10 @@ class ORBIT : public SAMPLED_ORBIT<T, S> {
   /// the interpolator throws.
   void Create() override {
     const int count = std::min(this->GetCoordinateCount(), samples.GetLength());
-    if (interpolators.Resize(RANGE<int>(0, count)) != ARRAY_OK) throw ERROR_NO_MEMORY();
+    if (interpolators.GetLength() != count &&
+        interpolators.Create(RANGE<int>(0, count)) != ARRAY_OK) {
+      throw ERROR_NO_MEMORY();
+    }
     for (int c = 0; c < count; ++c) {
       I& interpolator = interpolators.GetElementBase(0)[c];
       interpolator.SetOrder(this->poly_fit_order);
