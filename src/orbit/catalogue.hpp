@@ -21,8 +21,7 @@ struct ORBIT_TYPE {
 };
 inline constexpr int ORBIT_TYPE_COUNT = 9;
 
-/// An interpolation with a factory per orbit type, in the order of the types; null where there is
-/// no such class.
+/// An interpolation with a factory per orbit type, in the order of the types.
 struct INTERPOLATION_TYPE {
   int id;
   const char* text;
@@ -52,7 +51,7 @@ enum INTERPOLATION_ID : int {
 std::span<const ORBIT_TYPE> OrbitTypes();
 std::span<const INTERPOLATION_TYPE* const> Interpolations();
 
-/// Factory of a pair of ids; null if the catalogue has none.
+/// Factory of a pair of ids; null for ids that are in no row.
 ORBIT_FACTORY FindOrbitFactory(int orbit_type_id, int interpolation_id);
 
 }  // namespace varnoth

@@ -4,6 +4,6 @@
 namespace varnoth {
 
 constinit const INTERPOLATION_TYPE CHEBYSHEV_ORBITS = {CHEBYSHEV_ID, "chebyshev",
-                                                       PoolOrbitFactories<CHEBY_POLY, POINT>(true)};
+                                                       PoolOrbitFactories<CHEBY_POLY, POINT>()};
 
 }  // namespace varnoth

@@ -4,6 +4,6 @@
 namespace varnoth {
 
 constinit const INTERPOLATION_TYPE EVERETT_ORBITS = {EVERETT_ID, "everett",
-                                                     PoolOrbitFactories<EVERETT, POINT>(false)};
+                                                     PoolAndRecordOrbitFactories<EVERETT>()};
 
 }  // namespace varnoth

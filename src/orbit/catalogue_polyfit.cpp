@@ -4,6 +4,6 @@
 namespace varnoth {
 
 constinit const INTERPOLATION_TYPE POLYFIT_ORBITS = {POLYFIT_ID, "polyfit",
-                                                     PoolOrbitFactories<POLYNOM_FIT, POINT>(false)};
+                                                     PoolAndRecordOrbitFactories<POLYNOM_FIT>()};
 
 }  // namespace varnoth

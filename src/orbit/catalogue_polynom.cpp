@@ -4,6 +4,6 @@
 namespace varnoth {
 
 constinit const INTERPOLATION_TYPE POLYNOM_ORBITS = {POLYNOM_ID, "polynom",
-                                                     PoolOrbitFactories<POLYNOM, POINT>(false)};
+                                                     PoolAndRecordOrbitFactories<POLYNOM>()};
 
 }  // namespace varnoth

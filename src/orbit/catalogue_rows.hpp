@@ -1,20 +1,22 @@
 #pragma once
 
 #include "orbit/catalogue.hpp"
+#include "orbit/mdb_orbit_definitions.hpp"
 #include "orbit/pool_orbit_definitions.hpp"
 
 namespace varnoth {
+
+using ORBIT_FACTORIES = std::array<ORBIT_FACTORY, ORBIT_TYPE_COUNT>;
 
 template <class CONCRETE_ORBIT>
 std::unique_ptr<ORBIT_BASE> MakeOrbit() {
   return std::make_unique<CONCRETE_ORBIT>();
 }
 
-/// Factories of an interpolation over the six pool orbit types. For the three record-file types
-/// there is a pool orbit of the same kind of time where `record_files_are_pools`, else nothing.
+/// Factories of an interpolation whose nine orbit types all are pool orbits: a record file holds no
+/// velocities, nor has anybody asked for Chebyshev series from one.
 template <template <class> class INTERPOLATOR, template <class> class SUPPORT_POINT>
-constexpr std::array<ORBIT_FACTORY, ORBIT_TYPE_COUNT> PoolOrbitFactories(
-    bool record_files_are_pools) {
+constexpr ORBIT_FACTORIES PoolOrbitFactories() {
   using IF = INTERPOLATOR<float>;
   using ID = INTERPOLATOR<double>;
   using PF = SUPPORT_POINT<float>;
@@ -28,14 +30,32 @@ constexpr std::array<ORBIT_FACTORY, ORBIT_TYPE_COUNT> PoolOrbitFactories(
           SECONDS,
           UTC,
           MET,
-          record_files_are_pools ? SECONDS : nullptr,
-          record_files_are_pools ? UTC : nullptr,
-          record_files_are_pools ? MET : nullptr};
+          SECONDS,
+          UTC,
+          MET};
+}
+
+/// Factories of an interpolation with six pool orbits and three of record files.
+template <template <class> class INTERPOLATOR>
+constexpr ORBIT_FACTORIES PoolAndRecordOrbitFactories() {
+  using I = INTERPOLATOR<double>;
+  using P = POINT<double>;
+  ORBIT_FACTORIES factories = PoolOrbitFactories<INTERPOLATOR, POINT>();
+  factories[ORBIT_TYPE_COUNT - 3] = MakeOrbit<MDB_ORBIT<double, double, I, P>>;
+  factories[ORBIT_TYPE_COUNT - 2] = MakeOrbit<MDB_ORBIT<double, UNIVERSAL_TIME, I, P>>;
+  factories[ORBIT_TYPE_COUNT - 1] = MakeOrbit<MDB_ORBIT<double, MISSION_ELAPSED_TIME, I, P>>;
+  return factories;
 }
 
 extern const INTERPOLATION_TYPE POLYNOM_ORBITS;
 extern const INTERPOLATION_TYPE POLYFIT_ORBITS;
+extern const INTERPOLATION_TYPE SPLINE_ORBITS;
+extern const INTERPOLATION_TYPE LOCALPOLYNOM_ORBITS;
+extern const INTERPOLATION_TYPE LOCALPOLYFIT_ORBITS;
 extern const INTERPOLATION_TYPE CHEBYSHEV_ORBITS;
+extern const INTERPOLATION_TYPE LOCALCHEBYSHEV_ORBITS;
+extern const INTERPOLATION_TYPE HERMITE_ORBITS;
+extern const INTERPOLATION_TYPE LOCALHERMITE_ORBITS;
 extern const INTERPOLATION_TYPE EVERETT_ORBITS;
 
 }  // namespace varnoth

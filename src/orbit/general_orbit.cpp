@@ -8,7 +8,7 @@
 #include "foundation/held_traps.hpp"
 #include "foundation/split.hpp"
 #include "orbit/catalogue.hpp"
-#include "orbit/record_identifiers.hpp"
+#include "records/place_words.hpp"
 
 namespace varnoth {
 

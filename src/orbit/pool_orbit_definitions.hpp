@@ -2,7 +2,6 @@
 
 #include "foundation/errors.hpp"
 #include "orbit/pool_orbit.hpp"
-#include "time/met_scanner.hpp"
 
 namespace varnoth {
 
@@ -30,9 +29,7 @@ ARRAY<S> POOL_ORBIT<T, S, I, P>::ReadEpochs(PARAMETER_POOL& pool) const {
         epochs.GetElementBase(0)[k] = UNIVERSAL_TIME(text);
       } else {
         // A wrong epoch must end the run; the time's own constructor would swallow it.
-        MET_SCANNER scanner;
-        scanner.Parse(text);
-        epochs.GetElementBase(0)[k] = MISSION_ELAPSED_TIME(scanner.values);
+        epochs.GetElementBase(0)[k] = MISSION_ELAPSED_TIME::Parse(text);
       }
     }
     return epochs;
@@ -65,6 +62,10 @@ void POOL_ORBIT<T, S, I, P>::read(PARAMETER_POOL& pool) {
     throw "POOL_ORBIT::ReadFromParameterPool::Number of coordinates in position and velocity "
           "disagree.";
   }
+  ARRAY<T> seconds(0, count);
+  for (int k = 0; k < count; ++k) {
+    seconds.GetElementBase(0)[k] = static_cast<T>(this->SecondsFromReference(epoch[k]));
+  }
 
   for (int c = 0; c < coordinates; ++c) {
     const ARRAY<T> values = ReadValues(pool, this->value_keys.GetElementBase(0)[c], count);
@@ -75,14 +76,8 @@ void POOL_ORBIT<T, S, I, P>::read(PARAMETER_POOL& pool) {
     ARRAY<P>& series = this->samples.GetElementBase(0)[c];
     if (series.Resize(RANGE<int>(0, count)) != ARRAY_OK) throw ERROR_NO_MEMORY();
     for (int k = 0; k < count; ++k) {
-      double seconds = 0.0;
-      if constexpr (std::is_same_v<S, double>) {
-        seconds = epoch[k] - this->reference_time;
-      } else {
-        seconds = (epoch[k] - this->reference_time).ToSeconds();
-      }
       P& sample = series.GetElementBase(0)[k];
-      sample.x = static_cast<T>(seconds);
+      sample.x = seconds.GetElementBase(0)[k];
       sample.y = values.GetElementBase(0)[k];
       if constexpr (HAS_VELOCITY) sample.dy = velocities.GetElementBase(0)[k];
     }

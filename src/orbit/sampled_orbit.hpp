@@ -80,6 +80,15 @@ class SAMPLED_ORBIT : public ORBIT_BASE {
     if constexpr (std::is_same_v<TIME, S>) reference_time = time;
   }
 
+  /// An epoch's way from the reference time, in seconds.
+  double SecondsFromReference(const S& epoch) const {
+    if constexpr (std::is_same_v<S, double>) {
+      return epoch - reference_time;
+    } else {
+      return (epoch - reference_time).ToSeconds();
+    }
+  }
+
   S reference_time{};
 
  private:

@@ -36,6 +36,12 @@ MISSION_ELAPSED_TIME::MISSION_ELAPSED_TIME(const char* source) {
   Format(scanner.values);
 }
 
+MISSION_ELAPSED_TIME MISSION_ELAPSED_TIME::Parse(const char* source) {
+  MET_SCANNER scanner;
+  scanner.Parse(source);
+  return MISSION_ELAPSED_TIME(scanner.values);
+}
+
 MET_VALUES MISSION_ELAPSED_TIME::Split() const {
   MET_VALUES values;
   values.sign = text[0] == '-' ? -1 : 1;

@@ -22,6 +22,8 @@ class MISSION_ELAPSED_TIME {
   /// What MET_SCANNER reads; of a faulty text the fields up to the fault, which is logged.
   explicit MISSION_ELAPSED_TIME(const char* source);
   explicit MISSION_ELAPSED_TIME(const MET_VALUES& values) { Format(values); }
+  /// The same for a text that must be whole: throws the scanner's text for a faulty one.
+  static MISSION_ELAPSED_TIME Parse(const char* source);
 
   const char* c_str() const { return text; }
   bool IsEmpty() const { return text[0] == '\0'; }

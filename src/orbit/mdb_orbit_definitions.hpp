@@ -1,0 +1,83 @@
+#pragma once
+
+#include "foundation/errors.hpp"
+#include "orbit/mdb_orbit.hpp"
+
+namespace varnoth {
+
+template <class T, class S, class I, class P>
+ORBIT_BASE& MDB_ORBIT<T, S, I, P>::operator=(const ORBIT_BASE& source) {
+  GlobalLog.set(DEBUG) << "virtual MDB_ORBIT<T,S,I,P>& operator=( const ORBIT_BASE& amdb_orbit )\n";
+  ORBIT<T, S, I, P>::operator=(source);
+  return *this;
+}
+
+template <class T, class S, class I, class P>
+int MDB_ORBIT<T, S, I, P>::CountRecords() {
+  int count = 0;
+  while (Read()) ++count;
+  Rewind();
+  return count;
+}
+
+template <class T, class S, class I, class P>
+double MDB_ORBIT<T, S, I, P>::ValueOf(const RECORD_ITEM& item) {
+  switch (item.type) {
+    case RECORD_INT:
+      return item.integer;
+    case RECORD_DOUBLE:
+      return item.number;
+    case RECORD_MET:
+      throw "can not cast from MET to double";
+    case RECORD_UTC:
+      throw "can not cast from UTC to double";
+    case RECORD_DURATION:
+      return item.duration.ToSeconds();
+    default:
+      throw "MDB: RECORD_ITEM: unknown type";
+  }
+}
+
+template <class T, class S, class I, class P>
+S MDB_ORBIT<T, S, I, P>::EpochOf(const RECORD_ITEM& item) const {
+  if constexpr (std::is_same_v<S, double>) {
+    return ValueOf(item);
+  } else if constexpr (std::is_same_v<S, UNIVERSAL_TIME>) {
+    return item.utc;
+  } else {
+    return item.met;
+  }
+}
+
+template <class T, class S, class I, class P>
+void MDB_ORBIT<T, S, I, P>::read(const STRING& root_path, int mission, int tape, int source,
+                                 int major, int minor, int channel, const STRING& file) {
+  GlobalLog.set(INFO) << "mdb_orbit compiled without: TYPE_IS_STRING_VECTOR\n";
+  SetPathAndFile(root_path, mission, tape, source, major, minor, channel, file);
+  Open(std::ios::in);
+  const int count = CountRecords();
+
+  const int coordinates = this->GetCoordinateCount();
+  if (this->samples.Resize(RANGE<int>(0, coordinates)) != ARRAY_OK) throw ERROR_NO_MEMORY();
+  ARRAY<P>* const series = this->samples.GetElementBase(0);
+  for (int c = 0; c < coordinates; ++c) {
+    if (series[c].Resize(RANGE<int>(0, count)) != ARRAY_OK) throw ERROR_NO_MEMORY();
+  }
+  for (int k = 0; k < count; ++k) {
+    if (!Read()) {
+      GlobalLog.set(ALARM) << "ORBIT: mdb file was changed between open() and read()\n";
+      throw ERROR_DATA();
+    }
+    const S epoch = EpochOf(FindItem(this->param_key));
+    if (k == 0) this->TakeReferenceTime(epoch);
+    const auto seconds = static_cast<T>(this->SecondsFromReference(epoch));
+    for (int c = 0; c < coordinates; ++c) {
+      const RECORD_ITEM& item = FindItem(this->value_keys.GetElementBase(0)[c]);
+      series[c].GetElementBase(0)[k] = P(seconds, static_cast<T>(ValueOf(item)));
+    }
+  }
+  this->Create();
+  Close();
+}
+
+}  // namespace varnoth
