@@ -61,7 +61,8 @@ void EVERETT<T>::Create(const ARRAY<POINT<T>>& series) {
   CreateQuiet(series);
   for (int i = first; i <= last; ++i) {
     GlobalLog.set(TRACE) << i;
-    for (int k = 0; k <= order / 2; ++k) GlobalLog << " " << differences.Rows()[k][i];
+    for (int k = 0; k < differences.GetRowRange().Count(); ++k)
+      GlobalLog << " " << differences.Rows()[k][i];
     GlobalLog << "\n";
   }
 }
@@ -85,14 +86,16 @@ void EVERETT<T>::CreateQuiet(const ARRAY<POINT<T>>& series) {
     RefuseSeries("EVERETT::Create", "Everett interpolation only possible on equidistant grid.");
   }
 
-  const RANGE<int> rows(0, order / 2 + 1);
+  half = order / 2;
+  // More differences than samples are all zero, and GetXi refuses to use them.
+  const RANGE<int> rows(0, std::min(half, last - first) + 1);
   if (!(differences.GetRowRange() == rows && differences.GetColumnRange() == series.GetRange()) &&
       !differences.Create(rows, series.GetRange())) {
     throw ERROR_NO_MEMORY();
   }
   T* const* const row = differences.Rows();
   for (int i = first; i <= last; ++i) row[0][i] = p[i].y;
-  for (int k = 1; k <= order / 2; ++k) {
+  for (int k = 1; k < rows.Count(); ++k) {
     const T* const below = row[k - 1];
     for (int i = first; i <= last; ++i) {
       const bool has_neighbours = i - first >= k && last - i >= k;
@@ -111,15 +114,14 @@ bool EVERETT<T>::IsEquidistant(const ARRAY<POINT<T>>& series) const {
   const T d = p[begin + 1].x - p[begin].x;
   const T tolerance = static_cast<T>(1e-8) * d;
   for (int i = begin + 1; i < end; ++i) {
-    if (std::fabs(p[i + 1].x - p[i].x - d) > tolerance) return false;
+    if (!std::islessequal(std::fabs(p[i + 1].x - p[i].x - d), tolerance)) return false;
   }
-  return !(std::fabs(d - dx) > tolerance);
+  return std::islessequal(std::fabs(d - dx), tolerance);
 }
 
 template <class T>
 int EVERETT<T>::GetXi(T x, T& r, T& s) const {
   const T steps = (x - x0) / dx;
-  const int half = order / 2;
   // An index that no int holds, and a NaN, are taken as far outside.
   constexpr T FAR = 1e9F;
   const T bounded = std::isless(steps, FAR) ? (std::isgreater(steps, -FAR) ? steps : -FAR) : FAR;
@@ -136,7 +138,7 @@ int EVERETT<T>::GetXi(T x, T& r, T& s) const {
   }
   if (i < first) {
     GlobalLog.set(ALARM) << "EVERETT::GetXi: " << last - first + 1
-                         << " samples are too few for order " << order << ".\n";
+                         << " samples are too few for order " << 2 * half << ".\n";
     throw INVALID_PARAMETER_VALUE();
   }
   r = steps - static_cast<T>(i);
@@ -149,19 +151,28 @@ int EVERETT<T>::GetXi(T x, T& r, T& s) const {
 }
 
 template <class T>
+template <class TERM, class ADD>
+void EVERETT<T>::ForEachDifference(T r, T s, int i, ADD add) const {
+  const T* const* const row = differences.Rows();
+  TERM right(r);
+  TERM left(s);
+  for (int k = 1; k <= half; ++k) {
+    right.Raise(static_cast<T>(k));
+    left.Raise(static_cast<T>(k));
+    add(right, row[k][i + 1], left, row[k][i]);
+  }
+}
+
+template <class T>
 T EVERETT<T>::GetY(T x) const {
   T r;
   T s;
   const int i = GetXi(x, r, s);
-  const T* const* const row = differences.Rows();
-  T y = row[0][i + 1] * r + row[0][i] * s;
-  EVERETT_TERM<T> right(r);
-  EVERETT_TERM<T> left(s);
-  for (int k = 1; k <= order / 2; ++k) {
-    right.Raise(static_cast<T>(k));
-    left.Raise(static_cast<T>(k));
-    y += row[k][i + 1] * right.Coefficient() + row[k][i] * left.Coefficient();
-  }
+  const T* const values = differences.Rows()[0];
+  T y = values[i + 1] * r + values[i] * s;
+  ForEachDifference<EVERETT_TERM<T>>(r, s, i, [&](auto& right, T b, auto& left, T a) {
+    y += b * right.Coefficient() + a * left.Coefficient();
+  });
   return y;
 }
 
@@ -170,16 +181,12 @@ T EVERETT<T>::GetDerivedY(T x) const {
   T r;
   T s;
   const int i = GetXi(x, r, s);
-  const T* const* const row = differences.Rows();
-  T dy = row[0][i + 1] - row[0][i];
-  if (order < 2) return dy / dx;
-  EVERETT_DERIVATIVES<T> right(r);
-  EVERETT_DERIVATIVES<T> left(s);
-  for (int k = 1; k <= order / 2; ++k) {
-    right.Raise(static_cast<T>(k));
-    left.Raise(static_cast<T>(k));
-    dy += right.First() * row[k][i + 1] - left.First() * row[k][i];
-  }
+  const T* const values = differences.Rows()[0];
+  T dy = values[i + 1] - values[i];
+  if (half == 0) return dy / dx;
+  ForEachDifference<EVERETT_DERIVATIVES<T>>(r, s, i, [&](auto& right, T b, auto& left, T a) {
+    dy += right.First() * b - left.First() * a;
+  });
   return dy / dx;
 }
 
@@ -188,16 +195,11 @@ T EVERETT<T>::GetDerived2Y(T x) const {
   T r;
   T s;
   const int i = GetXi(x, r, s);
-  if (order < 2) return 0 / (dx * dx);
-  const T* const* const row = differences.Rows();
-  EVERETT_DERIVATIVES<T> right(r);
-  EVERETT_DERIVATIVES<T> left(s);
   T v = 0;
-  for (int k = 1; k <= order / 2; ++k) {
-    right.Raise(static_cast<T>(k));
-    left.Raise(static_cast<T>(k));
-    v += right.Second() * row[k][i + 1] + left.Second() * row[k][i];
-  }
+  if (half == 0) return v / (dx * dx);
+  ForEachDifference<EVERETT_DERIVATIVES<T>>(r, s, i, [&](auto& right, T b, auto& left, T a) {
+    v += right.Second() * b + left.Second() * a;
+  });
   return v / (dx * dx);
 }
 

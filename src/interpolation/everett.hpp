@@ -41,10 +41,16 @@ class EVERETT : public INTERPOLATION<T, POINT<T>> {
   virtual int GetXi(T x, T& r, T& s) const;
 
  private:
+  /// Calls add(right, b, left, a) for every order of differences: the terms of the interval's ends,
+  /// TERM objects, with the differences b and a there.
+  template <class TERM, class ADD>
+  void ForEachDifference(T r, T s, int i, ADD add) const;
+
   MATRIX<T> differences;  ///< row k: central differences of order 2k, over the series' indices
   T x0 = 0;
   T dx = 0;
-  int order = -1;
+  int order = -1;  ///< for the next Create
+  int half = 0;    ///< half the order of the table
   int first = 0;
   int last = 0;
 };

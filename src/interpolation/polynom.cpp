@@ -6,7 +6,6 @@ namespace varnoth {
 
 template <class T>
 void POLYNOM<T>::CreateQuiet(const ARRAY<POINT<T>>& series) {
-  this->NeedSamples(series, "POLYNOM::Create");
   degree = series.GetLength() - 1;
   points = series.GetElementBase(0);
   if (coefficients.Resize(RANGE<int>(0, degree + 1)) != ARRAY_OK)
@@ -19,8 +18,14 @@ void POLYNOM<T>::CreateQuiet(const ARRAY<POINT<T>>& series) {
 }
 
 template <class T>
+const T* POLYNOM<T>::NeedCoefficients() const {
+  if (degree < 0) RefuseSeries("POLYNOM", "there are no samples.");
+  return coefficients.GetElementBase(0);
+}
+
+template <class T>
 T POLYNOM<T>::GetY(T x) const {
-  const T* const c = coefficients.GetElementBase(0);
+  const T* const c = NeedCoefficients();
   T p = c[degree];
   for (int i = degree - 1; i >= 0; --i) p = p * (x - points[i].x) + c[i];
   return p;
@@ -28,7 +33,7 @@ T POLYNOM<T>::GetY(T x) const {
 
 template <class T>
 T POLYNOM<T>::GetDerivedY(T x) const {
-  const T* const c = coefficients.GetElementBase(0);
+  const T* const c = NeedCoefficients();
   T d = 0;
   T p = c[degree];
   for (int i = degree - 1; i >= 0; --i) {
@@ -41,7 +46,7 @@ T POLYNOM<T>::GetDerivedY(T x) const {
 
 template <class T>
 T POLYNOM<T>::GetDerived2Y(T x) const {
-  const T* const c = coefficients.GetElementBase(0);
+  const T* const c = NeedCoefficients();
   T a[3] = {c[degree], 0, 0};
   for (int j = 1; j <= degree; ++j) {
     for (int m = std::min(j, 2); m >= 1; --m) a[m] = (x - points[m].x) * a[m] + a[m - 1];

@@ -11,7 +11,8 @@ template <class T>
 class POLYNOM : public INTERPOLATION<T, POINT<T>> {
  public:
   void Create(const ARRAY<POINT<T>>& series) override { CreateQuiet(series); }
-  /// Throws INVALID_PARAMETER_VALUE for a series without samples.
+  /// Of a series without samples an evaluation throws INVALID_PARAMETER_VALUE, behind a line at
+  /// ALARM.
   void CreateQuiet(const ARRAY<POINT<T>>& series) override;
   T GetY(T x) const override;
   T GetDerivedY(T x) const override;
@@ -23,6 +24,8 @@ class POLYNOM : public INTERPOLATION<T, POINT<T>> {
   const T* GetCoeffs() const override { return coefficients.GetElementBase(0); }
 
  private:
+  const T* NeedCoefficients() const;
+
   int degree = -1;
   ARRAY<T> coefficients;
   const POINT<T>* points = nullptr;  ///< first element of the series; not owned

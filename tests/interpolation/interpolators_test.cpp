@@ -174,7 +174,7 @@ TYPED_TEST(PolynomialBy, ReproducesACubicAndLowerOrdersOverFewSamples) {
       EXPECT_LT(Roundings(polynomial.GetDerived2Y(x), Known(degree, 2, x)), 306) << x;
     }
   }
-  EXPECT_THROW(TypeParam().Create({}), INVALID_PARAMETER_VALUE);
+  EXPECT_THROW(Built<TypeParam>(3, {}).GetY(0), INVALID_PARAMETER_VALUE);
 }
 
 // Through 0, 1, 2, 3, 4 the coefficients of x⁴ are 0, 1, 7, 6, 1. With the nodes 0, 1, 2 in each

@@ -82,8 +82,8 @@ void polcoe(int n, const double* x, const double* y, double* coefficients) {
   ARRAY<int> swaps(1, n);
   long double* const* const rows = vandermonde.Rows();
   for (int i = 1; i <= n; ++i) {
-    long double power = 1.0L;
-    for (int j = 1; j <= n; ++j, power *= x[i]) rows[i][j] = power;
+    rows[i][1] = 1.0L;
+    for (int j = 2; j <= n; ++j) rows[i][j] = rows[i][j - 1] * x[i];
     solution.GetBase()[i] = y[i];
   }
   long double parity = 1.0L;
