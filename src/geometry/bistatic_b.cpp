@@ -1,5 +1,6 @@
 #include "geometry/bistatic_b.hpp"
 
+#include <algorithm>
 #include <cmath>
 
 #include "foundation/constants.hpp"
@@ -37,13 +38,13 @@ BISTATIC_B::~BISTATIC_B() {
   }
 }
 
-double BISTATIC_B::OneWayDelay(const double position[3], const double target[3], const double up[3],
-                               double zenith_delay) const {
+double BISTATIC_B::AddOneWayDelay(double delay, const double position[3], const double target[3],
+                                  const double up[3], double zenith_delay) const {
   double d[3] = {};
   Subtract(d, position, target);
   const double distance = Length(d);
   // The fraction is the slant factor of the zenith delay.
-  return inverse_speed_of_light * distance +
+  return delay + inverse_speed_of_light * distance +
          (distance / std::fabs(DotProduct(d, up))) * zenith_delay;
 }
 
@@ -70,13 +71,13 @@ void BISTATIC_B::Evaluate(double& velocity_squared, double& closest_time, double
     const double receive_time = tau + centre;
     double position[3] = {};
     GetPosition(receive_orbit, receive_time, position);
-    const double a = OneWayDelay(position, target, up, zenith_delay);
+    const double a = AddOneWayDelay(0.0, position, target, up, zenith_delay);
     double g = 2.0 * a + (warm_start != nullptr ? warm_start[i] : 0.0);
     double next;
     int k = 0;
     for (;;) {
       GetPosition(transmit_orbit, receive_time - g, position);
-      next = a + OneWayDelay(position, target, up, zenith_delay);
+      next = AddOneWayDelay(a, position, target, up, zenith_delay);
       // A NaN never stops the search before its limit.
       if (std::isgreater(accuracy, std::fabs(next / g - 1.0))) break;
       if (++k == STEP_LIMIT) break;

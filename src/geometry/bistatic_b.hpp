@@ -50,9 +50,10 @@ class BISTATIC_B {
  private:
   static constexpr int STEP_LIMIT = 100;
 
-  /// One-way travel time (s) from a satellite position to the target with unit direction `up`.
-  double OneWayDelay(const double position[3], const double target[3], const double up[3],
-                     double zenith_delay) const;
+  /// A delay (s) with the one-way travel time from a satellite position to the target, whose unit
+  /// direction is `up`, added.
+  double AddOneWayDelay(double delay, const double position[3], const double target[3],
+                        const double up[3], double zenith_delay) const;
 
   double speed_of_light;
   double inverse_speed_of_light;

@@ -99,11 +99,12 @@ void SAMPLED_ORBIT<T, S>::CheckSample(int coordinate, int index) const {
 template <class T, class S>
 template <class TIME>
 void SAMPLED_ORBIT<T, S>::GetSampleTimeInto(int index, TIME& time) const {
-  if constexpr (std::is_same_v<TIME, S> || (std::is_same_v<S, double> && std::is_same_v<TIME, T>)) {
+  constexpr bool IN_SECONDS = std::is_same_v<S, double>;
+  if constexpr (std::is_same_v<TIME, std::conditional_t<IN_SECONDS, T, S>>) {
     CheckSample(0, index);
     const auto seconds = static_cast<double>(SampleX(0, index));
-    if constexpr (std::is_same_v<S, double>) {
-      if constexpr (std::is_same_v<TIME, T>) time = static_cast<T>(seconds + reference_time);
+    if constexpr (IN_SECONDS) {
+      time = static_cast<T>(seconds + reference_time);
     } else {
       time = reference_time;
       time += seconds;
@@ -139,7 +140,7 @@ void SAMPLED_ORBIT<T, S>::GetSampleInto(int index, VECTOR<E>& result) const {
 template <class T, class S>
 template <class E>
 void SAMPLED_ORBIT<T, S>::GetSampleInto(int index, E* result) const {
-  FillSample(index, POSITION_SIZE, result);
+  FillSample(index, GetCoordinateCount(), result);
 }
 
 namespace {
@@ -172,14 +173,14 @@ void SAMPLED_ORBIT<T, S>::GetSampleAccelerationInto(int index, OUTPUT&& result) 
 template <class T, class S>
 void SAMPLED_ORBIT<T, S>::SavePolynomial(const char* file, int coordinate, int count, double start,
                                          double end) const {
+  CheckSample(coordinate, 0);
   const CURVE_FILE curve(file);
   const CURVE_FILE points(STRING(file) + ".pkt");
-  CheckSample(coordinate, 0);
   for (int i = 0; i < GetSampleCount(); ++i) {
     const auto t = static_cast<double>(SampleX(coordinate, i));
     if (start <= t && t <= end) points.Line(t, static_cast<double>(SampleY(coordinate, i)));
   }
-  const double step = (end - start) / (count - 1);
+  const double step = (end - start) / (static_cast<double>(count) - 1);
   double t = start;
   for (int i = 0; i < count; ++i, t += step) {
     T value{};

@@ -37,8 +37,9 @@ class SAMPLED_ORBIT : public ORBIT_BASE {
 #undef VARNOTH_DEFINE
 
   /// What stands at a sample: its absolute time, its seconds from the reference time, its values,
-  /// and the derivatives there. Of each three element types only that of T has an effect. Throws
-  /// ERROR_ARGUMENT for an index that is no sample's.
+  /// and the derivatives there. Of each three element types only that of T has an effect. Values
+  /// take GetCoordinateCount() elements, derivatives in a raw array three. Throws ERROR_ARGUMENT
+  /// for an index that is no sample's.
   void GetSampleTime(int index, UNIVERSAL_TIME& time) const override {
     GetSampleTimeInto(index, time);
   }
