@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <climits>
 #include <cstddef>
 #include <memory>
 #include <new>
@@ -40,14 +41,16 @@ class ARRAY {
   }
 
   /// A list of up to 21 texts from index 0. Null texts at the end don't count, others are empty.
+  /// Throws ERROR_NO_MEMORY.
   template <class... TEXTS>
   requires(std::is_same_v<X, STRING> && sizeof...(TEXTS) > 0 &&
-           (std::is_convertible_v<TEXTS, const char*> && ...)) explicit ARRAY(TEXTS... texts) {
+           (std::is_convertible_v<TEXTS, const char*> && ...)) explicit ARRAY(TEXTS... texts)
+      : ARRAY() {
     static_assert(sizeof...(TEXTS) <= 21, "a comment list has at most 21 texts");
     const char* const list[] = {texts...};
     int count = sizeof...(TEXTS);
     while (count > 0 && list[count - 1] == nullptr) --count;
-    if (Make(RANGE<int>(0, count), false) != ARRAY_OK) throw "ARRAY : can not copy array";
+    if (Make(RANGE<int>(0, count), false) != ARRAY_OK) throw ERROR_NO_MEMORY();
     std::copy_n(list, count, data);
   }
 
@@ -59,7 +62,7 @@ class ARRAY {
     raw = false;
   }
   /// Takes memory for the range and constructs its elements; the former content is released. A
-  /// negative count leaves the array as it was.
+  /// negative count, and a range beyond the last int, leave the array as it was.
   virtual int Create(const RANGE<int>& wanted) { return Make(wanted, false); }
   /// The same without constructing the elements; they will not be destroyed either.
   virtual int CreateRaw(const RANGE<int>& wanted) { return Make(wanted, true); }
@@ -80,6 +83,7 @@ class ARRAY {
   /// The same range is no work at all.
   virtual int Resize(const RANGE<int>& wanted) {
     if (wanted == range) return ARRAY_OK;
+    if (!IsValid(wanted)) return ARRAY_BAD_RANGE;
     ARRAY resized;
     const int result = resized.Make(wanted, false);
     if (result != ARRAY_OK) return result;
@@ -96,6 +100,11 @@ class ARRAY {
   bool raw = false;
 
  private:
+  /// Whether a count is one and the last index fits its type, so that loops may count up to it.
+  static bool IsValid(const RANGE<int>& wanted) {
+    const long long last = static_cast<long long>(wanted.First()) + wanted.Count() - 1;
+    return wanted.Count() >= 0 && last < INT_MAX && last >= INT_MIN;
+  }
   // Elements of plain types stay undefined.
   static X* Allocate(int count, bool without_elements) {
     if (count == 0) return nullptr;
@@ -112,7 +121,7 @@ class ARRAY {
     return elements;
   }
   int Make(const RANGE<int>& wanted, bool without_elements) {
-    if (wanted.Count() < 0) return ARRAY_BAD_RANGE;
+    if (!IsValid(wanted)) return ARRAY_BAD_RANGE;
     X* memory = Allocate(wanted.Count(), without_elements);
     if (memory == nullptr && wanted.Count() != 0) return ARRAY_NO_MEMORY;
     Free();
@@ -148,6 +157,9 @@ class SUB_ARRAY : public ARRAY<X> {
   }
   ~SUB_ARRAY() override { this->data = nullptr; }
 
+  /// A view makes no elements: both give ARRAY_BAD_RANGE and leave it as it was.
+  int Create(const RANGE<int>& /*wanted*/) override { return ARRAY_BAD_RANGE; }
+  int CreateRaw(const RANGE<int>& /*wanted*/) override { return ARRAY_BAD_RANGE; }
   /// Drops the view.
   void Delete() override { this->Reset(); }
   /// Takes the range for the elements from the view's first one on; allocates nothing. The caller

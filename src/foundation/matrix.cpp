@@ -54,6 +54,15 @@ void MATRIX<T>::Delete() {
 }
 
 template <class T>
+std::shared_ptr<T* []> MATRIX<T>::MakePointers(int count) {
+  try {
+    return std::make_shared<T*[]>(static_cast<std::size_t>(count));
+  } catch (const std::bad_alloc&) {
+    throw ERROR_NO_MEMORY();
+  }
+}
+
+template <class T>
 T* const* MATRIX<T>::Rows(int first_column) const {
   T* const first = GetBlock();
   if (first == nullptr) return nullptr;
@@ -62,13 +71,12 @@ T* const* MATRIX<T>::Rows(int first_column) const {
     const POINTER_VECTOR_LINK_T& link = row_tables.GetElementBase(0)[i];
     if (link.first_column == first_column) return link.row_pointers.get() - rows.First();
   }
-  if (row_tables.Resize(RANGE<int>(0, links + 1)) != ARRAY_OK) throw ERROR_NO_MEMORY();
-  POINTER_VECTOR_LINK_T& link = row_tables.GetElementBase(0)[links];
-  link.first_column = first_column;
-  link.row_pointers = std::make_shared<T*[]>(static_cast<std::size_t>(rows.Count()));
+  const POINTER_VECTOR_LINK_T link{first_column, MakePointers(rows.Count())};
   for (int r = 0; r < rows.Count(); ++r) {
     link.row_pointers[r] = first + static_cast<std::ptrdiff_t>(r) * columns.Count() - first_column;
   }
+  if (row_tables.Resize(RANGE<int>(0, links + 1)) != ARRAY_OK) throw ERROR_NO_MEMORY();
+  row_tables.GetElementBase(0)[links] = link;
   return link.row_pointers.get() - rows.First();
 }
 

@@ -46,6 +46,8 @@ class MATRIX {
     std::shared_ptr<T*[]> row_pointers;  ///< shared only while the link array grows
   };
 
+  static std::shared_ptr<T*[]> MakePointers(int count);
+
   RANGE<int> columns;
   RANGE<int> rows;
   ARRAY<T> block;
