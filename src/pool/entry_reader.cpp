@@ -276,11 +276,20 @@ void ENTRY_READER::ParseBlock(X* elements, const RANGE<int>& range) {
   CloseBlock(row.closer, row.name);
 }
 
+bool ENTRY_READER::CanHold(long long count) const {
+  constexpr long long ALWAYS = 65536;
+  return count <= ALWAYS || count <= stream.Size();
+}
+
 template <class X>
 void ENTRY_READER::Parse(ARRAY<X>& value) {
   const RANGE<int> range = ParseRange();
-  if (value.Resize(range) != ARRAY_OK) {
+  if (!CanHold(range.Count()) || value.Resize(range) != ARRAY_OK) {
     Fail<ERROR_NO_MEMORY>(" << not enough memory to create ARRAY\n");
+  }
+  // A view takes any range, with memory or not.
+  if (range.Count() > 0 && value.GetElementBase(0) == nullptr) {
+    Fail<ERROR_NO_MEMORY>(" << not enough memory\n");
   }
   ParseBlock(value.GetElementBase(0), range);
 }
@@ -290,8 +299,9 @@ void ENTRY_READER::Parse(MATRIX<X>& value) {
   const RANGE<int> rows = ParseRange();
   NeedToken<INVALID_PARAMETER_VALUE>(" << no correct range for MATRIX\n");
   const RANGE<int> columns = ParseRange();
-  if (!(rows == value.GetRowRange() && columns == value.GetColumnRange()) &&
-      !value.Create(rows, columns)) {
+  const bool fits = rows == value.GetRowRange() && columns == value.GetColumnRange();
+  const bool can_hold = CanHold(static_cast<long long>(rows.Count()) * columns.Count());
+  if (!can_hold || (!fits && !value.Create(rows, columns))) {
     Fail<ERROR_NO_MEMORY>(std::is_same_v<X, STRING> ? " << not enough memory to create MATRIX\n"
                                                     : " << not enough memory to create ARRAY\n");
   }

@@ -88,6 +88,9 @@ class ENTRY_READER {
   template <class T>
   void ParseSecond(T& first, T& second);
   RANGE<int> ParseRange();
+  /// Whether the file can hold that many elements, each of which takes a byte or more: no count of
+  /// a broken pool takes memory that its content does not need.
+  bool CanHold(long long count) const;
   /// The line that opens a block; the words name the type where the opening is wrong.
   void OpenBlock(const char* missing_word, const char* wrong_word);
   void CloseBlock(CLOSER closer, const char* type_name);

@@ -79,13 +79,16 @@ bool PARAMETER_POOL::find_key(const char* key) {
   while (entry.NextKeyLine()) {
     if (std::strcmp(entry.TakeKey(), key) == 0) return true;
   }
-  if (stream.HasError()) {
-    // Not to be taken for a key that isn't there: the caller would go on with a default.
-    GlobalLog.set(ALARM) << "can not read parameter file " << file_name << ": "
-                         << std::strerror(errno) << "\n";
-    throw ERROR_CAN_NOT_READ_FILE();
-  }
+  // Not to be taken for a key that isn't there: the caller would go on with a default.
+  CheckRead();
   return false;
+}
+
+void PARAMETER_POOL::CheckRead() const {
+  if (!stream.HasError()) return;
+  GlobalLog.set(ALARM) << "can not read parameter file " << file_name << ": "
+                       << std::strerror(errno) << "\n";
+  throw ERROR_CAN_NOT_READ_FILE();
 }
 
 void PARAMETER_POOL::NeedKey(const char* key) {
@@ -122,6 +125,7 @@ template <class V>
 void PARAMETER_POOL::ReadEntry(const char* key, V& value) {
   BeginEntry(key, POOL_TYPE<V>);
   entry.Parse(value);
+  CheckRead();
   LogOperation(READ, key, POOL_TYPE<V>);
 }
 

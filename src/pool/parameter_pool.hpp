@@ -44,7 +44,9 @@ class PARAMETER_POOL {
   ///  - ERROR_NO_MEMORY.
   template <POOL_SCALAR X>
   void Read(const char* key, X& value) {
-    ReadEntry(key, value);
+    X found = value;  // a pair may fail at its second part
+    ReadEntry(key, found);
+    value = found;
   }
   template <class X>
   void Read(const char* key, ARRAY<X>& value) {
@@ -79,6 +81,8 @@ class PARAMETER_POOL {
   void ReadEntry(const char* key, V& value);
   void Init();
   void NeedKey(const char* key);
+  /// Throws ERROR_CAN_NOT_READ_FILE, behind a line at ALARM, if what was read is not to be trusted.
+  void CheckRead() const;
   TYPE_CODE TakeType();
   /// Finds the entry, checks its type and takes the first token of its value.
   void BeginEntry(const char* key, TYPE_CODE type);

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "foundation/errors.hpp"
+#include "pool/join_key.hpp"
 
 namespace varnoth {
 
@@ -23,13 +24,8 @@ PARAMETER_POOL_ITEM& PARAMETER_POOL_ITEM::operator=(const PARAMETER_POOL_ITEM& o
 }
 
 void PARAMETER_POOL_ITEM::TakeKey(const char* item_key) {
-  const std::size_t length = std::strlen(item_key);
-  if (length >= sizeof key) {
-    GlobalLog.set(ALARM) << "parameter pool: parameter key >> " << item_key << " << is longer than "
-                         << ENTRY_READER::KEY_LIMIT << " characters\n";
-    throw PARAMETER_KEY_TOO_LONG();
-  }
-  std::memcpy(key, item_key, length + 1);
+  CheckKeyLength(item_key);
+  std::memcpy(key, item_key, std::strlen(item_key) + 1);
 }
 
 ENTRY_TEXT PARAMETER_POOL_ITEM::Text() const {

@@ -54,8 +54,22 @@ class PARAMETER_POOL_LIST : public LIST<PARAMETER_POOL_ITEM> {
   }
   /// Copies the value of a key out. Throws PARAMETER_KEY_NOT_FOUND, WRONG_PARAMETER_TYPE if the
   /// item holds another in-memory type, and what the copy throws.
+  template <POOL_SCALAR X>
+  void get(const char* key, X& value) {
+    Copy(key, value);
+  }
+  template <class X>
+  void get(const char* key, ARRAY<X>& value) {
+    Copy(key, value);
+  }
+  template <class X>
+  void get(const char* key, MATRIX<X>& value) {
+    Copy(key, value);
+  }
+
+ private:
   template <class V>
-  void get(const char* key, V& value) {
+  void Copy(const char* key, V& value) {
     if (find(key) == 0) throw PARAMETER_KEY_NOT_FOUND();
     const auto* held = dynamic_cast<const POOL_VALUE_OF<V>*>(current().value.get());
     if (held == nullptr) throw WRONG_PARAMETER_TYPE();

@@ -90,6 +90,7 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::update() {
     // Without mkstemp's file there is nothing that could be opened without following what somebody
     // else put there.
     if (descriptor < 0 || !temporary.Open(temporary_name.c_str(), POOL_STREAM::MODE::READ_WRITE)) {
+      GlobalLog.set(ALARM) << "can not open parameter file " << temporary_name << "\n";
       GlobalLog.set(ALARM) << "no permission to change pool file: " << file_name << "\n";
       throw NO_UPDATE_PERMISSION_FOR_POOL();
     }

@@ -1,6 +1,7 @@
 #include "pool/pool_stream.hpp"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -27,7 +28,7 @@ bool POOL_STREAM::Open(const char* path, MODE mode) {
                     : mode == MODE::CREATE ? O_RDWR | O_CREAT
                                            : O_RDWR;
   descriptor = Restarted([&] { return ::open(path, flags | O_CLOEXEC, 0666); });
-  has_error = false;
+  write_failed = false;
   Rewind();
   return IsOpen();
 }
@@ -36,13 +37,14 @@ bool POOL_STREAM::Close() {
   if (!IsOpen()) return true;
   Flush();
   // The descriptor is gone whatever close says, so it is not repeated.
-  if (::close(descriptor) != 0 && errno != EINTR) has_error = true;
+  if (::close(descriptor) != 0 && errno != EINTR) write_failed = true;
   descriptor = -1;
-  return !has_error;
+  return !write_failed;
 }
 
 void POOL_STREAM::Rewind() {
   at_end = false;
+  read_failed = false;
   block_length = 0;
   block_position = 0;
   read_offset = 0;
@@ -54,7 +56,7 @@ unsigned char POOL_STREAM::Fetch() {
     const long count =
         Restarted([&] { return ::pread(descriptor, block, sizeof block, read_offset); });
     if (count <= 0) {
-      if (count < 0) has_error = true;
+      if (count < 0) read_failed = true;
       at_end = true;
       return END_BYTE;
     }
@@ -63,6 +65,11 @@ unsigned char POOL_STREAM::Fetch() {
     block_position = 0;
   }
   return static_cast<unsigned char>(block[block_position++]);
+}
+
+long long POOL_STREAM::Size() const {
+  struct stat status {};
+  return ::fstat(descriptor, &status) == 0 ? status.st_size : 0;
 }
 
 void POOL_STREAM::Write(std::string_view bytes) { unwritten += bytes; }
@@ -74,7 +81,7 @@ bool POOL_STREAM::Flush() {
     const long count = Restarted([&] { return ::pwrite(descriptor, next, left, write_offset); });
     if (count <= 0) {
       if (count == 0) errno = EIO;
-      has_error = true;
+      write_failed = true;
       break;
     }
     next += count;
@@ -82,7 +89,7 @@ bool POOL_STREAM::Flush() {
     write_offset += count;
   }
   unwritten.clear();
-  return !has_error;
+  return !write_failed;
 }
 
 bool POOL_STREAM::Truncate() {

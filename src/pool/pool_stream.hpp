@@ -33,8 +33,10 @@ class POOL_STREAM {
   unsigned char Fetch();
   /// Whether `Fetch` has met the end since the last `Rewind`.
   bool AtEnd() const { return at_end; }
-  /// Whether an operation on the open file failed.
-  bool HasError() const { return has_error; }
+  /// Whether a read since the last `Rewind`, or a write since the opening, failed.
+  bool HasError() const { return read_failed || write_failed; }
+  /// Bytes in the file.
+  long long Size() const;
 
   /// Adds bytes at the write position; they reach the file with `Flush`.
   void Write(std::string_view bytes);
@@ -45,7 +47,8 @@ class POOL_STREAM {
  private:
   int descriptor = -1;
   bool at_end = false;
-  bool has_error = false;
+  bool read_failed = false;  ///< since the last `Rewind`
+  bool write_failed = false;
   char block[16384];
   long block_length = 0;
   long block_position = 0;

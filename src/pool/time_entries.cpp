@@ -6,25 +6,15 @@
 
 namespace varnoth {
 
-namespace {
-
-STRING KeyOf(KEY_PARTS parts) {
-  STRING key;
-  join_key(key, parts);
-  return key;
-}
-
-}  // namespace
-
 void ReadTime(PARAMETER_POOL& pool, KEY_PARTS key_parts, UNIVERSAL_TIME& time) {
   STRING text;
-  pool.Read(KeyOf(key_parts).c_str(), text);
+  pool.Read(join_key(key_parts).c_str(), text);
   time = UNIVERSAL_TIME(text.c_str());
 }
 
 void ReadTimes(PARAMETER_POOL& pool, KEY_PARTS key_parts, ARRAY<UNIVERSAL_TIME>& times) {
   ARRAY<STRING> texts;
-  pool.Read(KeyOf(key_parts).c_str(), texts);
+  pool.Read(join_key(key_parts).c_str(), texts);
   if (times.Resize(texts.GetRange()) != ARRAY_OK) throw ERROR_NO_MEMORY();
   std::transform(texts.GetElementBase(0), texts.GetElementBase(0) + texts.GetLength(),
                  times.GetElementBase(0),
@@ -33,9 +23,9 @@ void ReadTimes(PARAMETER_POOL& pool, KEY_PARTS key_parts, ARRAY<UNIVERSAL_TIME>&
 
 void WriteTime(PARAMETER_POOL_READ_WRITE_CHANGE& pool, KEY_PARTS key_parts,
                const UNIVERSAL_TIME& time, int digits, bool usecs, const ARRAY<STRING>& comments) {
-  const STRING key = KeyOf(key_parts);
+  const STRING key = join_key(key_parts);
   pool.Change(key.c_str(), ToPoolText(time, usecs ? std::min(digits, 5) : digits, false), comments);
-  if (usecs) pool.Change(KeyOf({key.c_str(), "usecs"}).c_str(), time.Fraction());
+  if (usecs) pool.Change(join_key({key.c_str(), "usecs"}).c_str(), time.Fraction());
 }
 
 void WriteTimes(PARAMETER_POOL_READ_WRITE_CHANGE& pool, KEY_PARTS key_parts,
@@ -44,7 +34,7 @@ void WriteTimes(PARAMETER_POOL_READ_WRITE_CHANGE& pool, KEY_PARTS key_parts,
   std::transform(times.GetElementBase(0), times.GetElementBase(0) + times.GetLength(),
                  texts.GetElementBase(0),
                  [&](const UNIVERSAL_TIME& time) { return ToPoolText(time, digits, false); });
-  pool.Change(KeyOf(key_parts).c_str(), texts, comments);
+  pool.Change(join_key(key_parts).c_str(), texts, comments);
 }
 
 }  // namespace varnoth

@@ -10,6 +10,7 @@
 #include "foundation/errors.hpp"
 #include "foundation/split.hpp"
 #include "framework/log/log.hpp"
+#include "pool/join_key.hpp"
 #include "pool/parameter_pool.hpp"
 #include "records/place_words.hpp"
 
@@ -74,12 +75,7 @@ void MDB::Reset() {
 
 void MDB::ReadRecordType() {
   if (!status.path_set || !status.file_set) return;
-  constexpr std::size_t LONGEST_KEY = 100;
-  if (path_info.file.Length() > LONGEST_KEY) {
-    GlobalLog.set(ALARM) << "MDB: record type " << path_info.file << " is longer than "
-                         << static_cast<int>(LONGEST_KEY) << " characters\n";
-    throw PARAMETER_KEY_TOO_LONG();
-  }
+  CheckKeyLength(path_info.file.c_str());
   GlobalLog.set(INFO) << "mdb compiled with: TYPE_IS_STRING_VECTOR\n";
   PARAMETER_POOL pool((path_info.root + "/format.dat").c_str());
   ARRAY<STRING> definitions;

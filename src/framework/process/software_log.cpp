@@ -9,11 +9,7 @@ namespace varnoth {
 namespace {
 
 /// Key of a column; no prefix stands ahead of the software keys of a log pool.
-STRING ColumnKey(const char* column) {
-  STRING key;
-  join_key(key, {"", "software", column});
-  return key;
-}
+STRING ColumnKey(const char* column) { return join_key({"", "software", column}); }
 
 }  // namespace
 
@@ -54,6 +50,8 @@ void SoftwareLog::update_pool(PARAMETER_POOL_READ_WRITE_CHANGE& pool, SoftwareId
     pool.Read(ColumnKey("start_times").c_str(), start_times);
     pool.Read(ColumnKey("end_times").c_str(), end_times);
     pool.Read(ColumnKey("execution_times").c_str(), execution_times);
+  } else {
+    *this = SoftwareLog();
   }
   identity.TakeEnd();
   add(identity);
