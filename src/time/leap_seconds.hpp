@@ -29,10 +29,10 @@ static const STATIC_OBJECT<LEAP_SECOND_TABLE> leap_second_table_user;
 /// Whether a row of the table equals the time in all eight fields.
 bool IsLeapSecond(const UTC_VALUES& time);
 
-/// Minus the number of rows strictly between two times, whichever is the later one's sign: negative
-/// when `from` is the earlier time. It is what to add to a label that was moved from `from` to `to`
-/// by days of 86400 s. A fraction is cut off at the later time, and the earlier one is taken up to
-/// its next whole second. The result is logged unless the table's years are out of reach.
+/// The number of rows strictly between two times, negative when `from` is the earlier one and
+/// positive when it is the later one. It is what to add to a label that was moved from `from` to
+/// `to` by days of 86400 s. A fraction is cut off at the later time, and the earlier one is taken
+/// up to its next whole second. The result is logged unless the table's years are out of reach.
 int LeapSecondsBetween(const UTC_VALUES& from, const UTC_VALUES& to);
 
 /// The table becomes the built-in rows, or a table without leap seconds.

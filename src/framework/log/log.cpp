@@ -1,6 +1,7 @@
 #include "framework/log/log.hpp"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -61,6 +62,14 @@ void OccupyStandardDescriptors() {
   for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (fcntl(descriptor, F_GETFD) < 0) ::open("/dev/null", O_RDWR);
   }
+}
+
+/// Whether an open stream and a path are one file, by whatever name.
+bool IsFile(std::FILE* stream, const char* path) {
+  struct stat of_stream {};
+  struct stat of_path {};
+  return ::fstat(fileno(stream), &of_stream) == 0 && ::stat(path, &of_path) == 0 &&
+         of_stream.st_dev == of_path.st_dev && of_stream.st_ino == of_path.st_ino;
 }
 
 bool AppendContent(std::FILE* from, std::FILE* to) {
@@ -210,8 +219,8 @@ bool LOG::open_file(const char* path, const char* prefix_word, int screen, int f
 
 void LOG::change_file(const char* path) {
   const std::lock_guard lock(mutex);
-  if (file != nullptr && file_path == path) return;  // it would be copied into itself
   const bool had_file = file != nullptr;
+  if (had_file && IsFile(file.get(), path)) return;  // it would be copied into itself
   const std::string old_path = file_path;
   file.reset();
   file.reset(std::fopen(path, "ae"));
@@ -287,11 +296,7 @@ void LOG::start_banner(const char* title) {
   WriteStartLine();
 }
 
-void LOG::end_banner() {
-  const std::lock_guard lock(mutex);
-  const int saved_level = current_level;
-  const std::time_t now = std::time(nullptr);
-  const auto seconds = static_cast<long>(std::difftime(now, start_time));
+std::string ExecutionTimeText(long seconds) {
   std::string text = "execution time:";
   const auto add = [&text](long count, const char* unit) {
     if (count > 0) text.append(" ").append(std::to_string(count)).append(unit);
@@ -300,8 +305,17 @@ void LOG::end_banner() {
   add(seconds / 3600 % 24, " hour(s)");
   add(seconds / 60 % 60, " minute(s)");
   add(seconds % 60, " second(s)");
+  // A clock that was set back gives no time either.
   if (seconds <= 0) text += " less than 1 second";
-  WriteLine(INFO, "%s", text.c_str());
+  return text;
+}
+
+void LOG::end_banner() {
+  const std::lock_guard lock(mutex);
+  const int saved_level = current_level;
+  const std::time_t now = std::time(nullptr);
+  WriteLine(INFO, "%s",
+            ExecutionTimeText(static_cast<long>(std::difftime(now, start_time))).c_str());
   WriteLine(INFO, "end time: %s", TimeText(now).c_str());
   WriteLine(INFO, "%s", ASTERISKS);
   current_level = saved_level;

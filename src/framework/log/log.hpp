@@ -28,6 +28,9 @@ enum LOG_LEVEL : int {
 /// Level of a long name ("TRACE" … "ALARM", exact), or NO_LEVEL for any other text.
 LOG_LEVEL LogLevelFromName(const char* name);
 
+/// "execution time:" and how many days, hours, minutes and seconds that is.
+std::string ExecutionTimeText(long seconds);
+
 /// What `LOG::banner` prints about the program.
 struct BANNER_INFO {
   std::string name;

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cctype>
+#include <cerrno>
 #include <cfenv>
 #include <cstdlib>
 #include <cstring>
@@ -36,9 +37,10 @@ void WriteStatusFile(const STRING& path, int status) {
   if (path.IsEmpty()) return;  // the name of the program itself was refused
   const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
   const char digit = static_cast<char>('0' + status);
-  const bool written = descriptor >= 0 && ::write(descriptor, &digit, 1) == 1;
+  bool written = descriptor >= 0 && ::write(descriptor, &digit, 1) == 1;
   if (descriptor >= 0) {
-    if (written && ::ftruncate(descriptor, 1) != 0) errno = 0;  // a mark that is a device
+    // A mark that is a device or a pipe has no length to be cut.
+    written = written && (::ftruncate(descriptor, 1) == 0 || errno == EINVAL);
     ::close(descriptor);
   }
   if (!written) GlobalLog.set(WARNING) << "Can not create file " << path << "!\n";

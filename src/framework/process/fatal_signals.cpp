@@ -50,9 +50,14 @@ constexpr int CAUGHT[] = {SIGHUP, SIGINT,  SIGQUIT, SIGILL,  SIGABRT, SIGABRT, S
 
 CONTROLLER_IFC* controller_in_use = nullptr;
 
+/// Text of a signal number; empty for one without a text.
+const char* SignalText(int number) {
+  const char* const text = number >= 1 && number <= 31 ? TEXTS[number - 1] : nullptr;
+  return text != nullptr ? text : "";
+}
+
 void HandleFatalSignal(int number) {
-  const char* const known = SignalText(number);
-  const char* const text = known != nullptr ? known : "";
+  const char* const text = SignalText(number);
   GlobalLog.set(ALARM) << "got fatal signal " << number << ": " << text << "\n";
   if (controller_in_use == nullptr) std::exit(-1);
   if (controller_in_use->is_supervised()) {
@@ -63,10 +68,6 @@ void HandleFatalSignal(int number) {
 }
 
 }  // namespace
-
-const char* SignalText(int number) {
-  return number >= 1 && number <= 31 ? TEXTS[number - 1] : nullptr;
-}
 
 void install_signal_handlers(CONTROLLER_IFC* controller) {
   controller_in_use = controller;

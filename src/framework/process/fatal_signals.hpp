@@ -13,7 +13,4 @@ class CONTROLLER_IFC;
 /// The handler uses the log and stdio, which no handler safely may: the process is lost anyway.
 void install_signal_handlers(CONTROLLER_IFC* controller);
 
-/// Text of a signal number from 1 to 31; null for others.
-const char* SignalText(int number);
-
 }  // namespace varnoth

@@ -6,18 +6,16 @@
 
 #include "foundation/errors.hpp"
 #include "framework/log/log.hpp"
+#include "framework/log/owned_file.hpp"
 
 namespace varnoth {
 
 namespace {
 
 void WriteId(const char* name, pid_t id) {
-  std::FILE* const file = std::fopen(name, "we");
-  bool written = file != nullptr;
-  if (file != nullptr) {
-    written = std::fprintf(file, "%d\n", id) > 0;
-    written = std::fclose(file) == 0 && written;
-  }
+  OWNED_FILE file(std::fopen(name, "we"));
+  bool written = file != nullptr && std::fprintf(file.get(), "%d\n", id) > 0;
+  if (file != nullptr) written = std::fclose(file.release()) == 0 && written;
   if (!written) {
     GlobalLog.set(ALARM) << "Error opening file " << name << "\n";
     throw ERROR_CAN_NOT_OPEN_FILE();

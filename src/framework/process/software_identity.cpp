@@ -21,7 +21,9 @@ STRING IsoText(std::time_t time) {
 /// Cuts a "$" and the character before it.
 void CutKeywordEnd(std::string& text) {
   const std::size_t end = text.find('$');
-  if (end != text.npos) text.erase(end > 0 ? end - 1 : 0, end > 0 ? 2 : 1);
+  if (end == text.npos) return;
+  const std::size_t first = end > 0 ? end - 1 : 0;
+  text.erase(first, end + 1 - first);
 }
 
 }  // namespace

@@ -141,7 +141,7 @@ void LOG_TABLE::MeasureColumns(int count) {
   int length = -1;
   for (int c = std::fgetc(reader.get()); c != EOF; c = std::fgetc(reader.get())) {
     if (MarkOf(c) >= 0) {
-      if (length > CELL_LIMIT) {
+      if (column >= 0 && length > CELL_LIMIT) {
         GlobalLog.set(ALARM) << "LOG_TABLE: cell of " << length << " characters is longer than "
                              << CELL_LIMIT << "\n";
         throw ERROR_ARGUMENT();
