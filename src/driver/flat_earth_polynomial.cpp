@@ -16,12 +16,13 @@ namespace {
 /// The abscissae are raw samples, neither scaled nor centred.
 ARRAY<double> Fit(const ARRAY<double>& spl, const ARRAY<double>& phase, int count) {
   ARRAY<double> polynomial(0, count);
+  // The largest ahead of the others: a degree out of reach fails before any memory is written.
+  const MATRIX<double> covariance(RANGE<int>(1, count), RANGE<int>(1, count));
   // The kernel takes one-based arrays.
   ARRAY<double> sigma(1, SWEEP_SAMPLES);
   std::fill_n(sigma.GetElementBase(0), SWEEP_SAMPLES, 1.0);
   ARRAY<int> fitted(1, count);
   std::fill_n(fitted.GetElementBase(0), count, 1);
-  const MATRIX<double> covariance(RANGE<int>(1, count), RANGE<int>(1, count));
   double chi_square = 0.0;
   lfit(spl.GetElementBase(1), phase.GetElementBase(1), sigma.GetBase(), SWEEP_SAMPLES,
        polynomial.GetElementBase(1), fitted.GetBase(), count, covariance.Rows(), &chi_square,

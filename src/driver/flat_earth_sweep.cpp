@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "driver/scene_geometry.hpp"
 #include "foundation/constants.hpp"
 #include "framework/log/log.hpp"
 #include "framework/tables/log_table.hpp"
-#include "geometry/geolocation_fast.hpp"
 #include "geometry/slave_time.hpp"
 
 namespace varnoth {
@@ -14,21 +14,6 @@ namespace varnoth {
 namespace {
 
 constexpr double C = SPEED_OF_LIGHT;
-
-/// A target on the ground as the geolocation gives it; angles in degrees.
-struct GROUND_POINT {
-  double position[3] = {};
-  double heading;
-  double latitude;
-  double longitude;
-  double incidence;
-};
-
-double Distance(const double a[3], const double b[3]) {
-  double difference[3] = {};
-  Subtract(difference, a, b);
-  return Length(difference);
-}
 
 /// Angle in degrees at a satellite between the directions to the Earth's centre and to a target.
 double LookAngle(const double satellite[3], const double target[3]) {
@@ -69,12 +54,10 @@ class LINE_SWEEP {
 
  private:
   void Sample(int i, LOG_TABLE& table);
-  GROUND_POINT Locate(double range_time, double height);
   void KeepCorner(int i, const GROUND_POINT& point);
   SLAVE_VIEW DualPass(const double target[3], const double higher[3]);
   SLAVE_VIEW SinglePass(const double target[3], const double higher[3]);
   double BistaticDelay(const double target[3], double& closest_time);
-  double SlaveTime(const double target[3]) const;
 
   GEOMETRY_STATE& state;
   SWEEP& sweep;
@@ -107,14 +90,6 @@ void LINE_SWEEP::Run() {
   const auto [least, largest] = std::minmax_element(phase, phase + SWEEP_SAMPLES);
   GlobalLog.printf_line(INFO, "Phase variation due to geometry     [cycles] : %f",
                         std::fabs(*largest - *least));
-}
-
-GROUND_POINT LINE_SWEEP::Locate(double range_time, double height) {
-  GROUND_POINT point{};
-  geolocation_fast(work, position, velocity, point.position, point.heading, point.latitude,
-                   point.longitude, point.incidence, state.sensor_look_direction, height,
-                   state.rpole, state.requator, range_time, 0.0);
-  return point;
 }
 
 void LINE_SWEEP::KeepCorner(int i, const GROUND_POINT& point) {
@@ -151,8 +126,11 @@ void LINE_SWEEP::Sample(int i, LOG_TABLE& table) {
   double& spl = sweep.spl.GetElementBase(0)[i];
   spl = i * (range_duration / 10.0) * state.range_sampling_frequency[MASTER];
 
-  const GROUND_POINT higher = Locate(range_time, HEIGHT_STEP + state.local_height);
-  const GROUND_POINT point = Locate(range_time, state.local_height);
+  const auto locate = [&](double height) {
+    return Locate(state, work, position, velocity, state.sensor_look_direction, height, range_time);
+  };
+  const GROUND_POINT higher = locate(HEIGHT_STEP + state.local_height);
+  const GROUND_POINT point = locate(state.local_height);
   const double* const target = point.position;
   KeepCorner(i, point);
   GlobalLog.printf_line(DEBUG, "   Earth vector : (%6.2lf %6.2lf %6.2lf)", target[0], target[1],
@@ -176,7 +154,7 @@ void LINE_SWEEP::Sample(int i, LOG_TABLE& table) {
 
   const double baseline = Distance(position, slave.position);
   const double delta_r = master_range - slave_range;
-  double effective = std::sqrt(baseline * baseline - delta_r * delta_r);
+  double effective = EffectiveBaseline(baseline, delta_r);
   if (state.IsSinglePass()) effective *= 0.5;
   state.eff_baseline += effective;
   state.delta_r += delta_r;
@@ -200,14 +178,9 @@ void LINE_SWEEP::Sample(int i, LOG_TABLE& table) {
   sweep.metres_per_cycle = metres_per_cycle;
 }
 
-double LINE_SWEEP::SlaveTime(const double target[3]) const {
-  double range = 0.0;
-  return CalcSlaveTime(state.slave_orbit, target, range, state.slave_first_az_time);
-}
-
 SLAVE_VIEW LINE_SWEEP::DualPass(const double target[3], const double higher[3]) {
   SLAVE_VIEW view{};
-  const double time = SlaveTime(target);
+  const double time = SlaveTime(state, target);
   GetPosition(state.slave_orbit, time, view.position);
   GlobalLog.printf_line(DEBUG, "corresponding az_time in slave = %f", time);
   const auto path_cycles = [&](const double point[3]) {
@@ -245,7 +218,7 @@ SLAVE_VIEW LINE_SWEEP::SinglePass(const double target[3], const double higher[3]
   double higher_time = 0.0;
   const double higher_delay = BistaticDelay(higher, higher_time);
   // The baseline is measured at the slave's own zero-Doppler time, not at the bistatic time.
-  GetPosition(state.slave_orbit, SlaveTime(target), view.position);
+  GetPosition(state.slave_orbit, SlaveTime(state, target), view.position);
   view.phase_difference = path_cycles(higher, higher_delay) - path_cycles(target, delay);
   return view;
 }

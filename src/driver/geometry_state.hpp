@@ -62,7 +62,7 @@ struct GEOMETRY_STATE {
   float ssc_pixel_spacing_ground_range = 0.0F;
   float ssc_pixel_spacing_azimuth = 0.0F;
   STRING equator_crossing_direction;      ///< "ascending" or "descending"
-  double fringe_frequency_azimuth = 0.0;  ///< cycles per line
+  double fringe_frequency_azimuth = 0.0;  ///< cycles per line, whatever its comment says
   double fringe_frequency_range = 0.0;    ///< cycles per sample
   double height_conversion_factor = 0.0;  ///< metres per cycle
   double eff_baseline = 0.0;

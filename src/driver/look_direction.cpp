@@ -2,10 +2,10 @@
 
 #include <cmath>
 
+#include "driver/scene_geometry.hpp"
 #include "driver/scene_parameters.hpp"
 #include "foundation/constants.hpp"
 #include "framework/log/log.hpp"
-#include "geometry/geolocation_fast.hpp"
 #include "geometry/slave_time.hpp"
 
 namespace varnoth {
@@ -27,15 +27,11 @@ float Radians(float degrees) {
 double DistanceFromCentre(const GEOMETRY_STATE& state, GEOLOCATION_WORK& work,
                           const double position[3], const double velocity[3], double side) {
   const double range_time = 0.5 * (state.master_first_rg_time + state.master_last_rg_time);
-  double target[3] = {};
-  double heading = 0.0;
-  double latitude = 0.0;
-  double longitude = 0.0;
-  double incidence = 0.0;
-  geolocation_fast(work, position, velocity, target, heading, latitude, longitude, incidence, side,
-                   state.local_height, state.rpole, state.requator, range_time, 0.0);
-  const double north = latitude - static_cast<double>(state.center_latitude[MASTER]) * 180.0 / PI;
-  double east = longitude - static_cast<double>(state.center_longitude[MASTER]) * 180.0 / PI;
+  const GROUND_POINT point =
+      Locate(state, work, position, velocity, side, state.local_height, range_time);
+  const double north =
+      point.latitude - static_cast<double>(state.center_latitude[MASTER]) * 180.0 / PI;
+  double east = point.longitude - static_cast<double>(state.center_longitude[MASTER]) * 180.0 / PI;
   if (east > 180.0) east -= 360.0;
   if (-180.0 > east) east += 360.0;
   return std::sqrt(north * north + east * east);

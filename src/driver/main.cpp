@@ -1,3 +1,5 @@
+#include <new>
+
 #include "driver/annotation.hpp"
 #include "driver/configuration.hpp"
 #include "driver/flat_earth_polynomial.hpp"
@@ -46,8 +48,7 @@ void read_orbit(const char* name, SCENE_ORBIT& orbit, PARAMETER_POOL& pool) {
 void run(CONTROLLER_IFC& controller, SoftwareIdentity& identity, SoftwareLog& information,
          bool& results_stand) {
   GEOMETRY_STATE& state = geometry_state;
-  identity.set(controller.get_binary_name(), identity.title, BUILD_VERSION, SOURCE_DATE, BUILD,
-               COMPILER);
+  identity.set(controller.get_binary_name(), TITLE, BUILD_VERSION, SOURCE_DATE, BUILD, COMPILER);
   write_process_ids(identity, COMPILER, controller.get_config_file_name());
 
   GlobalLog.printf_line(TRACE, "Reading configuration");
@@ -107,6 +108,8 @@ int main(int argc, char** argv) {
     GlobalLog.set(ALARM) << error.what() << "\n";
   } catch (const char* text) {
     GlobalLog.set(ALARM) << text << "\n";
+  } catch (const std::bad_alloc&) {
+    GlobalLog.set(ALARM) << ERROR_NO_MEMORY().what() << "\n";
   } catch (...) {
     GlobalLog.set(ALARM) << "program aborted due to FATAL ERROR\n";
   }

@@ -1,10 +1,8 @@
 #include "driver/nine_point_grids.hpp"
 
-#include <cmath>
-
+#include "driver/scene_geometry.hpp"
 #include "framework/log/log.hpp"
 #include "framework/tables/log_table.hpp"
-#include "geometry/geolocation_fast.hpp"
 #include "geometry/slave_time.hpp"
 
 namespace varnoth {
@@ -62,29 +60,14 @@ void print_nine_point_grids(const GEOMETRY_STATE& state, GEOLOCATION_WORK& work)
     for (int m = 0; m < POINTS; ++m) {
       const double range_time =
           s[m] / state.range_sampling_frequency[MASTER] + state.master_first_rg_time;
-      double target[3] = {};
-      double heading = 0.0;
-      double latitude = 0.0;
-      double longitude = 0.0;
-      double incidence = 0.0;
-      geolocation_fast(work, master, velocity, target, heading, latitude, longitude, incidence,
-                       state.sensor_look_direction, state.local_height, state.rpole, state.requator,
-                       range_time, 0.0);
-      double range = 0.0;
-      const double slave_time =
-          CalcSlaveTime(state.slave_orbit, target, range, state.slave_first_az_time);
+      const GROUND_POINT point = Locate(state, work, master, velocity, state.sensor_look_direction,
+                                        state.local_height, range_time);
       double slave[3] = {};
-      GetPosition(state.slave_orbit, slave_time, slave);
-      double across[3] = {};
-      double master_ray[3] = {};
-      double slave_ray[3] = {};
-      Subtract(across, master, slave);
-      Subtract(master_ray, master, target);
-      Subtract(slave_ray, slave, target);
-      const double baseline = Length(across);
-      const double delta_r = Length(master_ray) - Length(slave_ray);
+      GetPosition(state.slave_orbit, SlaveTime(state, point.position), slave);
+      const double baseline = Distance(master, slave);
+      const double delta_r = Distance(master, point.position) - Distance(slave, point.position);
       baselines.GetElementBase(0)[m] = baseline;
-      effectives.GetElementBase(0)[m] = std::sqrt(baseline * baseline - delta_r * delta_r) * factor;
+      effectives.GetElementBase(0)[m] = EffectiveBaseline(baseline, delta_r) * factor;
     }
     effective_table.Line(line, effectives);
     baseline_table.Line(line, baselines);

@@ -1,6 +1,5 @@
 #include "driver/scene_parameters.hpp"
 
-#include <algorithm>
 #include <stdexcept>
 #include <string>
 
