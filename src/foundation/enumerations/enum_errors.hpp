@@ -31,15 +31,18 @@ class ERROR_ENUM_BASE_INVALID_ID : public ERROR_ENUM_BASE {
 /// A text that is no value of the enumeration; the only failure that carries data.
 class ERROR_ENUM_BASE_INVALID_VALUE : public ERROR_ENUM_BASE {
  public:
-  ERROR_ENUM_BASE_INVALID_VALUE(const STRING& offending, const STRING& enumeration)
+  ERROR_ENUM_BASE_INVALID_VALUE(const STRING& offending, const STRING& enumeration,
+                                const STRING& valid)
       : value(offending),
         class_name(enumeration),
+        valid_values(valid),
         text(STRING("enumeration data type - invalid value of class ") + class_name + ": " +
              value) {}
   const char* what() const noexcept override { return text.c_str(); }
 
   STRING value;
-  STRING class_name;  ///< of the enumeration
+  STRING class_name;    ///< of the enumeration
+  STRING valid_values;  ///< "Valid values are: " and the legal values
 
  private:
   STRING text;

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "foundation/enumerations/enum_base.hpp"
+
+namespace varnoth {
+
+/// The reference ellipsoids by name, with their semi-axes in metres, for float, double and long
+/// double. The values are rounded to double first; float rows round these once more, long double
+/// rows carry no further digits. In float GRS80 and WGS84 are one figure.
+///
+/// Unlike others of the family its lookup finds the first guard, "-", whose axes are 0.
+template <class T>
+class EllipsoidType : public BASIC::TYPES::ENUM<EllipsoidType<T>> {
+ public:
+  static constexpr const char* KEY_WORD = "ellipsoid_type";
+  static constexpr bool GUARDS_MATCH = true;
+  static constexpr const char* VALUES[] = {"Airy", "Bessel", "GRS80", "WGS84"};
+
+  EllipsoidType() = default;
+  /// The row of a name. Throws ERROR_ENUM_BASE_INVALID_VALUE.
+  explicit EllipsoidType(const STRING& name, bool case_sensitive = false)
+      : EllipsoidType(EllipsoidType::RowOf(name, case_sensitive)) {}
+  EllipsoidType(const EllipsoidType&) = default;
+  EllipsoidType& operator=(const EllipsoidType&) = default;
+  /// `Set` without regard to letters' case.
+  virtual EllipsoidType& operator=(const char* name);
+
+  T semi_major_axis = 0;
+  T semi_minor_axis = 0;
+
+ private:
+  friend BASIC::TYPES::ENUM<EllipsoidType>;
+  void CompleteRow();
+};
+
+extern template class EllipsoidType<float>;
+extern template class EllipsoidType<double>;
+extern template class EllipsoidType<long double>;
+
+}  // namespace varnoth
