@@ -218,6 +218,10 @@ TEST_F(SurfaceSearchLog, ASearchThatSwingsGoesOnFromTheMiddle) {
   EXPECT_EQ(log.find("geolocation_test: Alternating points detected in interation "), 0U);
   EXPECT_NE(log.find(". Selecting new value in the middle.\ngeolocation_test: "),
             std::string::npos);
+  // From the middle the search is not back in its swing with the next step.
+  const std::size_t first = log.find("interation ") + 11;
+  const int second = std::stoi(log.substr(log.find("interation ", first) + 11));
+  EXPECT_GT(second, std::stoi(log.substr(first)) + 1);
   const std::string end = log.substr(log.rfind("geolocation_test: ") + 18);
   EXPECT_EQ(end.substr(2), " iterations.\n");
   EXPECT_GT(std::stoi(end), 20);
