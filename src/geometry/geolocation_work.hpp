@@ -20,6 +20,12 @@ struct GEOLOCATION_WORK {
   double rotation[9];        ///< satellite frame to Earth-fixed frame, row by row
   double rotated_offset[3];  ///< rotation × offset, m
   double offset_copy[3];     ///< second copy of offset
+
+  // Of the solvers with a surface function, set by their caller.
+  void* context;            ///< handed on to the surface function
+  double tolerance_factor;  ///< tolerance of a search in units of rounding; 0 takes the default
+
+  double surface;  ///< height that the surface function gave last, m; told in failures
 };
 
 }  // namespace varnoth

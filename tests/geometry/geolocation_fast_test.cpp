@@ -6,17 +6,11 @@
 #include "foundation/constants.hpp"
 #include "foundation/errors.hpp"
 #include "foundation/vector.hpp"
+#include "geometry/satellite_passes.hpp"
 #include "support/log_capture.hpp"
 
 namespace varnoth::test {
 namespace {
-
-constexpr double EQUATOR = 6378137.0;
-constexpr double POLE = 6356752.3142;
-
-struct STATE {
-  double position[3], velocity[3];
-};
 
 struct GROUND {
   double point[3] = {-1, -1, -1};
@@ -62,23 +56,12 @@ void ExpectLaws(const STATE& state, double side, double height, double rpole, do
 }
 
 TEST(GeolocationFast, PointAndAnglesObeyTheirDefinitions) {
-  for (const STATE& state : {STATE{{3e6, 5e6, 4e6}, {-4e3, -2.1e3, 5.5e3}},  // ascending
-                             STATE{{-6e6, 2e5, 3.6e6}, {-3e3, -2e3, -5e3}},  // the date line
-                             STATE{{4e6, -4e6, -4e6}, {-4e3, -4e3, 100}},    // west
-                             STATE{{7e6, 0, 0}, {0, 7.5e3, 0}},              // due east
-                             STATE{{7e6, 0, 0}, {0, 0, -7.5e3}},             // due south
-                             STATE{{0, 7e6, 0}, {0, 50, 7.5e3}},             // north over y
-                             STATE{{0, -6.5e6, 2.5e6}, {-7.4e3, 300, 800}},  // west over -y
-                             STATE{{6e5, 3e5, 6.97e6}, {7.5e3, 100, 0}}}) {  // near the pole
-    const double* const s = state.position;
+  for (const STATE& state : PASSES) {
     for (int i = 0; i < 2 * 2 * 2 * 3 * 4; ++i) {
       const double rpole = (i & 4) != 0 ? POLE : EQUATOR;
       const double incidence = std::array{0.17, 0.7, 1.2}[static_cast<std::size_t>(i / 8 % 3)];
       const double height = std::array{-430, 0, 100, 8848}[static_cast<std::size_t>(i / 24)];
-      const double r = Length(s);
-      const double ground = height + r / std::hypot(s[0] / EQUATOR, s[1] / EQUATOR, s[2] / rpole);
-      const double range = std::sqrt(r * r - std::pow(ground * std::sin(incidence), 2)) -
-                           ground * std::cos(incidence);
+      const double range = SlantRange(state, height, rpole, incidence);
       ExpectLaws(state, (i & 1) != 0 ? 1 : -1, height, rpole, range, (i & 2) != 0 ? 300 : 0);
     }
   }
