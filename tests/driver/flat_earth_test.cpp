@@ -26,6 +26,9 @@ struct PAIR : GEOMETRY_STATE {
       radar_frequency[scene] = 5.4e9;
       az_bandwidth[scene] = 1e3;
     }
+    // Nothing of a sweep on the master's grid may depend on them.
+    prf[SLAVE] = 3e3;
+    range_sampling_frequency[SLAVE] = 7e8;
     master_first_rg_time = 5e-3;
   }
   void Sweep() {
@@ -43,6 +46,7 @@ struct PAIR : GEOMETRY_STATE {
 TEST_F(LoggedTest, TheLastSampleIsTheTriangleOfItsPoints) {
   const CIRCLE slave{.radius = 7.0001e6, .node = 0.40001};
   PAIR pair(OBSERVATION_MODE::DUAL_PASS, slave);
+  pair.radar_frequency[SLAVE] = 5.5e9;
   pair.Sweep();
   const double* const p = pair.sweep.target;
   const TRIPLE u = slave(-slave.phase / slave.rate);
@@ -57,9 +61,23 @@ TEST_F(LoggedTest, TheLastSampleIsTheTriangleOfItsPoints) {
   // The stop criteria of the two searches, 1e-9 m and 1e-9 s, and rounding.
   EXPECT_NEAR(pair.master_range_distance[LAST_LINE].GetBase()[10], rm, 1e-8);
   EXPECT_NEAR(pair.slave_range_distance[LAST_LINE].GetBase()[10], rs, 1e-8);
-  EXPECT_NEAR(pair.Phase(LAST_LINE, 10), 2 * (rm - rs) * 5.4e9 / SPEED_OF_LIGHT, 1e-6);
+  EXPECT_NEAR(pair.Phase(LAST_LINE, 10), 2 * (rm * 5.4e9 - rs * 5.5e9) / SPEED_OF_LIGHT, 1e-6);
+  EXPECT_NEAR(pair.sweep.spl.GetBase()[10], 4000, 1e-9);  // rounding
+  EXPECT_EQ(pair.sweep.metres_per_cycle, pair.phase_to_height_conv[LAST_LINE].GetBase()[10]);
   EXPECT_NEAR(pair.master_look_angle[LAST_LINE].GetBase()[10], look(7e6, rm), 1e-10);
   EXPECT_NEAR(pair.slave_look_angle[LAST_LINE].GetBase()[10], look(slave.radius, rs), 1e-10);
+  // The scene's angles are those of the first line, but for mid range.
+  const auto angle_at = [&](int line, int i) {
+    return static_cast<float>(pair.master_incidence_angle[line].GetBase()[i]);
+  };
+  EXPECT_NE(angle_at(0, 0), angle_at(1, 0));
+  EXPECT_EQ(pair.incidence_angle_near_range, angle_at(0, 0));
+  EXPECT_EQ(pair.incidence_angle_mid_range, angle_at(1, 5));
+  EXPECT_EQ(pair.incidence_angle_far_range, angle_at(0, 10));
+  char variation[64];
+  std::snprintf(variation, sizeof variation, "[cycles] : %f\n",
+                pair.Phase(LAST_LINE, 0) - pair.Phase(LAST_LINE, 10));
+  EXPECT_NE(TakeLog().find(variation), std::string::npos);
 }
 
 TEST_F(LoggedTest, SwappingTurnsTheSignsAndASinglePassHalvesTheBaseline) {
@@ -69,6 +87,7 @@ TEST_F(LoggedTest, SwappingTurnsTheSignsAndASinglePassHalvesTheBaseline) {
   PAIR single(OBSERVATION_MODE::SINGLE_PASS);
   for (PAIR* p : {&pair, &swapped, &single}) p->Sweep();
   EXPECT_EQ(single.eff_baseline * 2, pair.eff_baseline);
+  EXPECT_NEAR(single.height_conversion_factor / pair.height_conversion_factor, 2, 1e-3);
   // The targets of both lie a baseline apart, 1e-4 of the range.
   EXPECT_NEAR(swapped.delta_r / pair.delta_r, -1, 1e-3);
   EXPECT_NEAR(swapped.Phase(0, 3) / pair.Phase(0, 3), -1, 1e-3);

@@ -72,7 +72,11 @@ TEST_F(SceneTest, ScenesThatDifferTakeTheSideOfTheCentre) {
   Follow(state.master_orbit, CIRCLE{.inclination = M_PI_2, .node = M_PI, .phase = 0});
   state.requator = 6378137;
   state.rpole = 6356752;
-  state.master_first_rg_time = state.master_last_rg_time = 5e-3;
+  // The mid point counts: its time is 0, its range time 5e-3 s.
+  state.master_first_az_time = -400;
+  state.master_last_az_time = 400;
+  state.master_first_rg_time = 3e-3;
+  state.master_last_rg_time = 7e-3;
   for (const auto& [longitude, side] : std::initializer_list<std::pair<std::string, double>>{
            {"179", -1}, {"-179", 1}, {"181", 1}, {"1e30", -1}}) {  // the last: as far from both
     state.look_direction[MASTER] = longitude == "179" ? 1 : -1;

@@ -16,7 +16,8 @@ TEST(AverageLongitude, UnwrapsRelativeToTheFirst) {
                                                            {{0.5, 359.5, 0.5, 358.5}, 359.75},
                                                            {{359, 1, 2, 0}, 0.5},
                                                            {{181, 1, 1, 1}, 46},
-                                                           {{1, 181, 181, 181}, 136}}) {
+                                                           {{1, 181, 181, 181}, 136},
+                                                           {{0, 0, 0, -1e-6F}, 0}}) {
     EXPECT_EQ(average_longitude(c[0], c[1], c[2], c[3]), mean) << c[0];
   }
 }
@@ -34,6 +35,7 @@ struct SCENE_SUMS : GEOMETRY_STATE {
     incidence_angle_mid_range = 30;
     early_az_near_rg_latitude = early_az_far_rg_latitude = 10;
     late_az_near_rg_latitude = late_az_far_rg_latitude = 11;
+    late_az_near_rg_longitude = 358;
     prf[MASTER] = 1000;
     range_sampling_frequency[MASTER] = 29979245.8;
     sweep.lambda_m = 0.05;
@@ -53,6 +55,7 @@ TEST_F(StatisticsTest, TheReportedBaselineIsThePrediction) {
   EXPECT_NEAR(sums.eff_baseline, -200, 1e-11);  // rounding
   EXPECT_EQ(sums.delta_r, -3.5);
   EXPECT_EQ(sums.scene_center_latitude, 10.5F);
+  EXPECT_EQ(sums.scene_center_longitude, 359.5F);
   EXPECT_FLOAT_EQ(sums.ssc_pixel_spacing_azimuth, 6.0F);
   EXPECT_FLOAT_EQ(sums.ssc_pixel_spacing_ground_range, 10.0F);
   SCENE_SUMS single(OBSERVATION_MODE::SINGLE_PASS);
@@ -70,7 +73,8 @@ TEST_F(StatisticsTest, APolynomialOfTheDegreeComesBackConstantTermFirst) {
   sweep.master_velocity[2] = 1e-9;
   for (int i = 0; i < SWEEP_SAMPLES; ++i) {
     const double x = sweep.spl.GetBase()[i] = 20 * i;
-    for (const int k : {0, 1}) sweep.phase[k].GetBase()[i] = 3 + 4 * k - 0.5 * x + 0.01 * x * x;
+    for (const int k : {0, 1})
+      sweep.phase[k].GetBase()[i] = 3 + 4 * k - 0.5 * (1 + k) * x + 0.01 * x * x;
   }
   fit_flat_earth_polynomials(state, sweep, 2);
   for (const int k : {0, 1}) {
@@ -78,17 +82,17 @@ TEST_F(StatisticsTest, APolynomialOfTheDegreeComesBackConstantTermFirst) {
     const double* const p = state.flat_phase_poly[k].GetBase();
     // The normal equations over 200 samples have a condition of 1e9.
     EXPECT_NEAR(p[0], 3 + 4 * k, 1e-7);
-    EXPECT_NEAR(p[1], -0.5, 1e-9);
+    EXPECT_NEAR(p[1], -0.5 * (1 + k), 1e-9);
     EXPECT_NEAR(p[2], 0.01, 1e-11);
   }
-  EXPECT_DOUBLE_EQ(state.fringe_frequency_range,
-                   1.5);  // 300 cycles over 200 samples
-  EXPECT_DOUBLE_EQ(state.fringe_frequency_azimuth,
-                   0.04);  // 4 cycles over the number of lines
+  EXPECT_DOUBLE_EQ(state.fringe_frequency_range, 1.25);     // 300 and 200 cycles over 200 samples
+  EXPECT_DOUBLE_EQ(state.fringe_frequency_azimuth, -0.46);  // -46 at the middle over all lines
   EXPECT_STREQ(state.equator_crossing_direction.c_str(), "ascending");
   // Of degree zero it is the mean; those of x and its square are 100 and 14000.
+  sweep.master_velocity[2] = 0.0;
   fit_flat_earth_polynomials(state, sweep, 0);
-  EXPECT_DOUBLE_EQ(state.flat_phase_poly[1].GetBase()[0], 7 - 50 + 140);
+  EXPECT_DOUBLE_EQ(state.flat_phase_poly[1].GetBase()[0], 7 - 100 + 140);
+  EXPECT_STREQ(state.equator_crossing_direction.c_str(), "descending");
   EXPECT_NE(TakeLog().find("[cycl] : 210.0000\n                                         [m] : "
                            "10500.0000\n"),
             std::string::npos);

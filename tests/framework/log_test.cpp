@@ -60,6 +60,16 @@ TEST_F(LogTest, ChangingTheFileAppendsWhatWasWritten) {
   EXPECT_FALSE(std::filesystem::exists(directory.Path("log")));
 }
 
+TEST(ExecutionTime, IsToldInItsUnits) {
+  for (const auto& [seconds, text] : std::initializer_list<std::pair<long, const char*>>{
+           {0, " less than 1 second"},
+           {59, " 59 second(s)"},
+           {86400, " 1 day(s)"},
+           {90061, " 1 day(s) 1 hour(s) 1 minute(s) 1 second(s)"}}) {
+    EXPECT_EQ(ExecutionTimeText(seconds), std::string("execution time:") + text);
+  }
+}
+
 class LogTableTest : public LoggedTest {
  protected:
   /// The printed table of lines of mark-up; "-" is a rule.
@@ -87,6 +97,7 @@ TEST_F(LogTableTest, RulesFollowTheSeparatorsOfTheFirstRow) {
 TEST_F(LogTableTest, CellsHoldUpTo255Characters) {
   const std::string row = "|" + std::string(255, 'x');
   EXPECT_EQ(Table({(row + "|").c_str()}), row + "|\n");
+  EXPECT_EQ(Table({("|a|" + std::string(300, 'j')).c_str(), "|c|"}), "|a|\n|c|\n");
   EXPECT_THROW(Table({(row + "x|").c_str()}), ERROR_ARGUMENT);
   EXPECT_TRUE(
       Log().starts_with("ALARM : log : LOG_TABLE: cell of 256 characters is longer than 255"));

@@ -1,3 +1,4 @@
+#include "pool/join_key.hpp"
 #include "pool/parameter_pool.hpp"
 #include "support/log_capture.hpp"
 
@@ -89,6 +90,33 @@ TEST_F(PoolRefusalTest, OfAnIncompleteKeyLine) {
   Fails<ARRAY<int>, ERROR_NO_MEMORY>("k INT_32_V 0 -1\n", "not enough memory to create ARRAY");
   Fails<MATRIX<STRING>, ERROR_NO_MEMORY>("k STR_M 0 -1 0 1\n",
                                          "not enough memory to create MATRIX");
+}
+
+TEST_F(PoolRefusalTest, LeavesAPairAsItWas) {
+  WriteFile(directory.Path("pool"), "k INT_32_INT_32 5 x\n");
+  PARAMETER_POOL pool(directory.Path("pool").c_str());
+  POINT<int> value(1, 2);
+  EXPECT_THROW(pool.Read("k", value), INVALID_PARAMETER_VALUE);
+  EXPECT_EQ(value.x * 10 + value.y, 12);
+}
+
+// A count that the file can not hold takes no memory.
+TEST_F(PoolRefusalTest, OfABlockLongerThanItsFile) {
+  Fails<ARRAY<STRING>, ERROR_NO_MEMORY>("k STR_V 0 2000000000\n{\n",
+                                        "not enough memory to create ARRAY");
+  SUB_ARRAY<POINT<float>> view;
+  WriteFile(directory.Path("pool"), "k FLT_6_FLT_6_V 0 1\n{\n1 2\n}\n");
+  PARAMETER_POOL pool(directory.Path("pool").c_str());
+  EXPECT_THROW(pool.Read("k", static_cast<ARRAY<POINT<float>>&>(view)), ERROR_NO_MEMORY);
+}
+
+TEST_F(PoolRefusalTest, OfAKeyThatIsTooLong) {
+  const std::string part(49, 'k');
+  STRING key("old");
+  EXPECT_THROW(join_key(key, {part.c_str(), "", part.c_str(), "x"}), PARAMETER_KEY_TOO_LONG);
+  EXPECT_EQ(key, "old");
+  join_key(key, {nullptr, part.c_str(), (part + "x").c_str(), ""});
+  EXPECT_EQ(key, (part + "_" + part + "x").c_str());
 }
 
 TEST_F(PoolRefusalTest, OfABrokenBlock) {

@@ -47,9 +47,10 @@ def test_log_that_can_not_be_opened(ready):
     assert done.screen.endswith("ALARM : varnoth :  :   can not open logging file: no/such/place\n")
 
 
-def test_status_path_and_process_name(ready):
+@pytest.mark.parametrize("path", ["state", "state/"])
+def test_status_path_and_process_name(ready, path):
     (ready / "state").mkdir()
-    done = subprocess.run([BINARY, *arguments(pid="7", status="state")], cwd=ready, timeout=60,
+    done = subprocess.run([BINARY, *arguments(pid="7", status=path)], cwd=ready, timeout=60,
                           stdin=subprocess.DEVNULL, capture_output=True, check=False)
     assert done.returncode == 0
     assert [p.name for p in (ready / "state").iterdir()] == ["OK.7"]
@@ -64,6 +65,13 @@ def test_configuration_file_and_environment(ready):
     found = [t for t in done.levels("DEBUG") if t.startswith("Found parameter")]
     assert "Found parameter MasterPar=master.pool" in found
     assert "Found parameter in UNIX environment log_pp=log.pool" in found
+
+
+def test_configuration_file_names_the_log_but_not_the_process(ready):
+    words = [f"{key} {value}\n" for key, value in {"lfn": "own.log", "lfl": "TRACE", "pid": "7"}.items()]
+    (ready / "own.cfg").write_text("".join(words))
+    assert run(ready, [*arguments(), "-pcf", "own.cfg"]).marks == {"OK": "0"}
+    assert "TRACE : varnoth : " in (ready / "own.log").read_text()
 
 
 @pytest.mark.parametrize("words, shown", [

@@ -36,8 +36,8 @@ ARRAY<STRING> Epochs(PARAMETER_POOL& pool, bool are_numbers) {
 void WriteRecords(const char* pool_name, const char* root, const char* file, const char* type) {
   {
     PARAMETER_POOL_READ_WRITE_CHANGE format((STRING(root) + "/format.dat").c_str());
-    format.Change(file, ARRAY<STRING>((STRING("orbit_epoch : ") + type).c_str(),
-                                      "orbit_x : double", "orbit_y:double", " orbit_z\t: double"));
+    format.Change(file, ARRAY<STRING>((STRING("orbit_epoch : ") + type).c_str(), "orbit_x : double",
+                                      "orbit_y:double", " orbit_z\t: double"));
   }
   PARAMETER_POOL pool(pool_name);
   const ARRAY<STRING> epochs = Epochs(pool, std::strcmp(type, "double") == 0);
