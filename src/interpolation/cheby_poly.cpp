@@ -41,16 +41,6 @@ void CHEBY_POLY<T>::Build(const ARRAY<POINT<T>>& series, bool quiet) {
 }
 
 template <class T>
-void CHEBY_POLY<T>::Create(const ARRAY<POINT<T>>& series) {
-  Build(series, false);
-}
-
-template <class T>
-void CHEBY_POLY<T>::CreateQuiet(const ARRAY<POINT<T>>& series) {
-  Build(series, true);
-}
-
-template <class T>
 T CHEBY_POLY<T>::Sum(const ARRAY<T>& series_coefficients, T at) const {
   const T* const c = series_coefficients.GetElementBase(0);
   const T s = Scale(at);

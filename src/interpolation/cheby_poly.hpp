@@ -9,10 +9,6 @@ namespace varnoth {
 template <class T>
 class CHEBY_POLY : public LEAST_SQUARES_FIT<T, CHEBY_POLY_FUNCTION<T>> {
  public:
-  /// Logs chi² at PARAMETER.
-  void Create(const ARRAY<POINT<T>>& series) override;
-  /// Throws INVALID_PARAMETER_VALUE, behind a line at ALARM, for no samples or a negative order.
-  void CreateQuiet(const ARRAY<POINT<T>>& series) override;
   T GetY(T at) const override;
   T GetDerivedY(T at) const override;
   T GetDerived2Y(T at) const override;
@@ -23,7 +19,7 @@ class CHEBY_POLY : public LEAST_SQUARES_FIT<T, CHEBY_POLY_FUNCTION<T>> {
   virtual T Scale(T at) const { return (at - x_min) / half_range - 1; }
 
  private:
-  void Build(const ARRAY<POINT<T>>& series, bool quiet);
+  void Build(const ARRAY<POINT<T>>& series, bool quiet) override;
   T Sum(const ARRAY<T>& series_coefficients, T at) const;
 
   ARRAY<T> coefficients;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cmath>
 
 #include "interpolation/interpolation.hpp"
 #include "interpolation/numerics/svdfit.hpp"
@@ -13,10 +14,17 @@ template <class T, class F>
 class LEAST_SQUARES_FIT : public INTERPOLATION<T, POINT<T>> {
  public:
   void SetOrder(int wanted) override { order = wanted; }
+  /// Logs chi², and what the interpolator adds to it, at PARAMETER.
+  void Create(const ARRAY<POINT<T>>& series) override { Build(series, false); }
+  /// Throws INVALID_PARAMETER_VALUE, behind a line at ALARM, for no samples, a negative order, and
+  /// an abscissa that is no number.
+  void CreateQuiet(const ARRAY<POINT<T>>& series) override { Build(series, true); }
 
  protected:
-  /// Takes the series and lowers the order to what it allows, with a line at WARNING. Throws
-  /// INVALID_PARAMETER_VALUE, behind a line at ALARM, for no samples or a negative order.
+  virtual void Build(const ARRAY<POINT<T>>& series, bool quiet) = 0;
+
+  /// Takes the series and lowers the order to what it allows, with a line at WARNING. Throws as
+  /// CreateQuiet says.
   void TakeSeries(const ARRAY<POINT<T>>& series, const char* name, const char* arrow) {
     this->NeedSamples(series, name);
     if (order < 0) {
@@ -25,6 +33,9 @@ class LEAST_SQUARES_FIT : public INTERPOLATION<T, POINT<T>> {
     }
     count = series.GetLength();
     points = series.GetElementBase(0);
+    if (std::any_of(points, points + count, [](const POINT<T>& p) { return std::isnan(p.x); })) {
+      RefuseSeries(name, "an abscissa is no number.");
+    }
     if (count <= order) {
       GlobalLog.set(WARNING) << name << ": reduce polynomial fit order " << order << arrow
                              << count - 1 << "\n";

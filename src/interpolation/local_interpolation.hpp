@@ -52,4 +52,11 @@ class LOCAL_INTERPOLATION : public INTERPOLATION<T, P> {
   ARRAY<POLY_REF<T, I, P>> pieces;
 };
 
+/// The local form of an interpolator, as a template of the type of its arithmetic alone.
+template <template <class> class INTERPOLATOR, template <class> class SUPPORT_POINT>
+struct LOCAL {
+  template <class T>
+  using OF = LOCAL_INTERPOLATION<T, INTERPOLATOR<T>, SUPPORT_POINT<T>>;
+};
+
 }  // namespace varnoth

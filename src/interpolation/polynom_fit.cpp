@@ -18,16 +18,6 @@ void POLYNOM_FIT<T>::Build(const ARRAY<POINT<T>>& series, bool quiet) {
 }
 
 template <class T>
-void POLYNOM_FIT<T>::Create(const ARRAY<POINT<T>>& series) {
-  Build(series, false);
-}
-
-template <class T>
-void POLYNOM_FIT<T>::CreateQuiet(const ARRAY<POINT<T>>& series) {
-  Build(series, true);
-}
-
-template <class T>
 T POLYNOM_FIT<T>::GetY(T at) const {
   const T* const c = coefficients.GetElementBase(0);
   T p = c[this->order + 1];

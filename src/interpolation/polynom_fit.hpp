@@ -10,10 +10,6 @@ namespace varnoth {
 template <class T>
 class POLYNOM_FIT : public LEAST_SQUARES_FIT<T, POLYNOM_FUNCTION<T>> {
  public:
-  /// Logs the order and chi² at PARAMETER.
-  void Create(const ARRAY<POINT<T>>& series) override;
-  /// Throws INVALID_PARAMETER_VALUE, behind a line at ALARM, for no samples or a negative order.
-  void CreateQuiet(const ARRAY<POINT<T>>& series) override;
   T GetY(T at) const override;
   T GetDerivedY(T at) const override;
   T GetDerived2Y(T at) const override;
@@ -21,7 +17,7 @@ class POLYNOM_FIT : public LEAST_SQUARES_FIT<T, POLYNOM_FUNCTION<T>> {
   const T* GetCoeffs() const override { return coefficients.GetElementBase(0) + 1; }
 
  private:
-  void Build(const ARRAY<POINT<T>>& series, bool quiet);
+  void Build(const ARRAY<POINT<T>>& series, bool quiet) override;
 
   ARRAY<T> coefficients;  ///< from index 1
 };

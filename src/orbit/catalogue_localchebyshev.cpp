@@ -4,14 +4,7 @@
 
 namespace varnoth {
 
-namespace {
-
-template <class T>
-using LOCAL_CHEBY_POLY = LOCAL_INTERPOLATION<T, CHEBY_POLY<T>, POINT<T>>;
-
-}  // namespace
-
 constinit const INTERPOLATION_TYPE LOCALCHEBYSHEV_ORBITS = {
-    LOCALCHEBYSHEV_ID, "localchebyshev", PoolOrbitFactories<LOCAL_CHEBY_POLY, POINT>()};
+    LOCALCHEBYSHEV_ID, "localchebyshev", PoolOrbitFactories<LOCAL<CHEBY_POLY, POINT>::OF, POINT>()};
 
 }  // namespace varnoth

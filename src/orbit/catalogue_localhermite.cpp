@@ -4,14 +4,7 @@
 
 namespace varnoth {
 
-namespace {
-
-template <class T>
-using LOCAL_HERMITE_POLY = LOCAL_INTERPOLATION<T, HERMITE_POLY<T>, DPOINT<T>>;
-
-}  // namespace
-
 constinit const INTERPOLATION_TYPE LOCALHERMITE_ORBITS = {
-    LOCALHERMITE_ID, "localhermite", PoolOrbitFactories<LOCAL_HERMITE_POLY, DPOINT>()};
+    LOCALHERMITE_ID, "localhermite", PoolOrbitFactories<LOCAL<HERMITE_POLY, DPOINT>::OF, DPOINT>()};
 
 }  // namespace varnoth

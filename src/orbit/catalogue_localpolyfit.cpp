@@ -4,14 +4,7 @@
 
 namespace varnoth {
 
-namespace {
-
-template <class T>
-using LOCAL_POLYNOM_FIT = LOCAL_INTERPOLATION<T, POLYNOM_FIT<T>, POINT<T>>;
-
-}  // namespace
-
 constinit const INTERPOLATION_TYPE LOCALPOLYFIT_ORBITS = {
-    LOCALPOLYFIT_ID, "localpolyfit", PoolAndRecordOrbitFactories<LOCAL_POLYNOM_FIT>()};
+    LOCALPOLYFIT_ID, "localpolyfit", PoolAndRecordOrbitFactories<LOCAL<POLYNOM_FIT, POINT>::OF>()};
 
 }  // namespace varnoth

@@ -4,14 +4,7 @@
 
 namespace varnoth {
 
-namespace {
-
-template <class T>
-using LOCAL_POLYNOM = LOCAL_INTERPOLATION<T, POLYNOM<T>, POINT<T>>;
-
-}  // namespace
-
 constinit const INTERPOLATION_TYPE LOCALPOLYNOM_ORBITS = {
-    LOCALPOLYNOM_ID, "localpolynom", PoolAndRecordOrbitFactories<LOCAL_POLYNOM>()};
+    LOCALPOLYNOM_ID, "localpolynom", PoolAndRecordOrbitFactories<LOCAL<POLYNOM, POINT>::OF>()};
 
 }  // namespace varnoth
