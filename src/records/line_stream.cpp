@@ -19,37 +19,53 @@ bool LINE_STREAM::Load(std::streamoff start, std::size_t size) {
   return buffer_fill > 0;
 }
 
+bool LINE_STREAM::GoTo(std::streamoff position) {
+  clear();
+  seekg(position);
+  return good();
+}
+
+bool LINE_STREAM::GoToEnd() {
+  clear();
+  seekg(0, end);
+  const std::streamoff size = Position();
+  const bool is_whole = size <= 0 || (Load(size - 1, 1) && buffer[0] == '\n');
+  GoTo(size);
+  return is_whole;
+}
+
 bool LINE_STREAM::StepBack(int lines) {
   const std::streamoff position = Position();
   const std::int64_t wanted = -std::int64_t{lines};
   std::int64_t ends = 0;
   for (std::streamoff block_end = position; block_end > 0; block_end = buffer_start) {
     const auto size = std::min(block_end, static_cast<std::streamoff>(buffer.size()));
-    if (!Load(block_end - size, static_cast<std::size_t>(size))) break;
+    if (!Load(block_end - size, static_cast<std::size_t>(size))) {
+      GoTo(position);
+      return false;
+    }
     for (std::size_t i = buffer_fill; i-- > 0;) {
       // One line end more than lines: the one ahead of the wanted line.
       if (buffer[i] != '\n' || ++ends <= wanted) continue;
-      seekg(buffer_start + static_cast<std::streamoff>(i) + 1);
-      return true;
+      return GoTo(buffer_start + static_cast<std::streamoff>(i) + 1);
     }
   }
   const bool is_first_line = ends == wanted;
-  seekg(is_first_line ? 0 : position);
-  return is_first_line;
+  return GoTo(is_first_line ? 0 : position) && is_first_line;
 }
 
 bool LINE_STREAM::StepForward(int lines) {
-  std::int64_t ends = 0;
-  std::streamoff position = Position();
+  const std::streamoff position = Position();
   if (lines <= 0) return true;
-  while (Load(position, buffer.size())) {
+  std::int64_t ends = 0;
+  for (std::streamoff start = position; Load(start, buffer.size());
+       start += static_cast<std::streamoff>(buffer_fill)) {
     for (std::size_t i = 0; i < buffer_fill; ++i) {
       if (buffer[i] != '\n' || ++ends < lines) continue;
-      seekg(buffer_start + static_cast<std::streamoff>(i) + 1);
-      return true;
+      return GoTo(start + static_cast<std::streamoff>(i) + 1);
     }
-    position = buffer_start + static_cast<std::streamoff>(buffer_fill);
   }
+  GoTo(position);
   return false;
 }
 

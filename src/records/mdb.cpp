@@ -3,9 +3,9 @@
 #include <sys/stat.h>
 
 #include <cerrno>
-#include <cmath>
 #include <cstdio>
 #include <string>
+#include <utility>
 
 #include "foundation/errors.hpp"
 #include "foundation/split.hpp"
@@ -19,8 +19,6 @@ namespace varnoth {
 namespace {
 
 constexpr const char* CAN_NOT_WRITE = "can not write MDB_RECORD into mdb-file";
-constexpr const char* NEAREST = "MDB::GotoRecord( mdb_stop_nearest ) : ";
-constexpr const char* FAR_AWAY = "the value you searched for can be far away .. ";
 
 /// A number in a directory's name, at least three digits.
 std::string ThreeDigits(int number) {
@@ -39,8 +37,14 @@ STRING WithoutBlanks(const STRING& text) {
   return result;
 }
 
+[[noreturn]] void RefuseDefinition(const STRING& record_type, const STRING& definition) {
+  GlobalLog.set(ALARM) << "MDB: record type " << record_type << ": >>" << definition
+                       << "<< defines no item\n";
+  throw "MDB: unknown type in record type definition";
+}
+
 /// The item of a definition such as "x : double", without a value.
-RECORD_ITEM ItemOfDefinition(const STRING& definition) {
+RECORD_ITEM ItemOfDefinition(const STRING& record_type, const STRING& definition) {
   const ARRAY<STRING> words = Split(definition.c_str(), ":");
   const STRING* const word = words.GetElementBase(0);
   RECORD_ITEM item;
@@ -48,10 +52,8 @@ RECORD_ITEM ItemOfDefinition(const STRING& definition) {
     item.key_name = WithoutBlanks(word[0]);
     item.type = RecordItemType(WithoutBlanks(word[1]));
   }
-  if (item.type == 0) {
-    GlobalLog.set(ALARM) << "MDB: >>" << definition << "<< defines no item\n";
-    throw "MDB: unknown type in record type definition";
-  }
+  // Without a name no line of the item could be read back.
+  if (item.type == 0 || item.key_name.IsEmpty()) RefuseDefinition(record_type, definition);
   return item;
 }
 
@@ -84,11 +86,11 @@ void MDB::ReadRecordType() {
 
   const STRING* const definition = definitions.GetElementBase(0);
   const int count = definitions.GetLength();
-  if (count == 0) throw "MDB: unknown type in record type definition";
-  RECORD_ITEM new_key = ItemOfDefinition(definition[0]);
+  if (count == 0) RefuseDefinition(path_info.file, "");
+  const RECORD_ITEM new_key = ItemOfDefinition(path_info.file, definition[0]);
   ARRAY<RECORD_ITEM> new_items(0, count - 1);
   for (int i = 1; i < count; ++i) {
-    new_items.GetElementBase(1)[i] = ItemOfDefinition(definition[i]);
+    new_items.GetElementBase(1)[i] = ItemOfDefinition(path_info.file, definition[i]);
   }
   SetRecord(new_items, new_key);
   status.record_valid = false;
@@ -101,8 +103,9 @@ void MDB::SetRecord(const ARRAY<RECORD_ITEM>& record) {
 }
 
 void MDB::SetRecord(const ARRAY<RECORD_ITEM>& record, const RECORD_ITEM& key_item) {
+  RECORD_ITEM new_key = key_item;  // which may be an item of the record that goes
   SetRecord(record);
-  key = key_item;
+  std::swap(key, new_key);
 }
 
 const MDB_PATH_INFO& MDB::GetPathInfo() const {
@@ -120,15 +123,22 @@ void MDB::SetFile(const STRING& name) {
 
 void MDB::SetPath(const STRING& root, int mission, int segment, int source, int first_take,
                   int second_take, int channel) {
-  SetPathAndFile(root, mission, segment, source, first_take, second_take, channel, path_info.file);
+  ChangePath({root, mission, segment, source, first_take, second_take, channel, path_info.file});
+  ReadRecordType();
 }
 
 void MDB::SetPathAndFile(const STRING& root, int mission, int segment, int source, int first_take,
                          int second_take, int channel, const STRING& name) {
+  ChangePath({root, mission, segment, source, first_take, second_take, channel, name});
+  status.file_set = true;
+  ReadRecordType();
+}
+
+void MDB::ChangePath(const MDB_PATH_INFO& path) {
   Close();
-  path_info = {root, mission, segment, source, first_take, second_take, channel, name};
+  path_info = path;
   status.path_set = true;
-  SetFile(name);
+  status.record_valid = status.record_type_valid = false;
 }
 
 STRING MDB::GetDirectory() const {
@@ -151,13 +161,18 @@ void MDB::Open(std::ios::openmode mode) {
   }
   const STRING path = GetDirectory() + "/" + path_info.file;
   GlobalLog.set(DEBUG) << "mdb file: " << path << "\n";
-  if (writing && (mode & (std::ios::in | std::ios::app | std::ios::ate)) == 0) {
+  if (!writing) {
+    // With the output that is added below these would empty or make a file.
+    mode &= ~(std::ios::trunc | std::ios::app);
+  } else if ((mode & (std::ios::in | std::ios::app | std::ios::ate)) == 0) {
     mode |= std::ios::trunc;
   }
   stream.clear();
   stream.open(path.c_str(), mode | std::ios::in | std::ios::out);
-  // Whoever only reads needs no permission to write.
-  if (!stream.is_open() && !writing) stream.open(path.c_str(), std::ios::in);
+  // Whoever only reads needs no permission to write. A directory too can be opened for reading.
+  if (!stream.is_open() && !writing && errno != EISDIR) {
+    stream.open(path.c_str(), mode | std::ios::in);
+  }
   status.stream_open = stream.is_open();
   if (!status.stream_open) {
     status.open_for_writing = false;
@@ -167,7 +182,7 @@ void MDB::Open(std::ios::openmode mode) {
 
 void MDB::Close() {
   const bool written = status.open_for_writing;
-  status.stream_open = status.open_for_writing = false;
+  status.stream_open = status.open_for_writing = status.at_end = false;
   if (!stream.is_open()) return;
   stream.clear();
   stream.close();
@@ -183,8 +198,7 @@ void MDB::MakeDirectory() {
 void MDB::Rewind() {
   if (!status.stream_open) throw "MDB::Rewind(): no file open";
   if (status.open_for_writing) throw "MDB::Rewind(): is opened read only";
-  stream.clear();
-  stream.seekg(0);
+  stream.GoTo(0);
 }
 
 void MDB::NeedStreamAndType(const char* no_file, const char* no_type) const {
@@ -213,6 +227,10 @@ void MDB::Write() {
     }
     text += "  " + name + " : " + item.Text().c_str() + "\n";
   }
+  if (!status.at_end) {
+    if (!stream.GoToEnd()) text.insert(0, "\n");
+    status.at_end = true;
+  }
   stream << text;
   if (!stream) throw CAN_NOT_WRITE;
 }
@@ -222,24 +240,31 @@ bool MDB::ReadItem(RECORD_ITEM& item) {
   std::string colon;
   std::string value;
   if (!(stream >> name >> colon >> value)) {
-    if (!name.empty()) {
+    if (stream.bad()) {
+      GlobalLog.set(ALARM) << "MDB::Read(): can not read file " << path_info.file << "\n";
+    } else if (!name.empty()) {
       GlobalLog.set(WARNING) << "MDB::Read(): file " << path_info.file << " ends within item "
                              << name << "\n";
     }
     return false;
   }
-  if (colon != ":") {
+  // A null byte, such as a crash leaves in a file, would hide what stands behind it.
+  const bool is_item = colon == ":" && (name + value).find('\0') == std::string::npos;
+  try {
+    if (!is_item) throw ERROR_DATA();
+    item.key_name = name.c_str();
+    item.Parse(value.c_str());
+  } catch (...) {
     GlobalLog.set(ALARM) << "MDB::Read(): >>" << name << " " << colon << " " << value
                          << "<< is no item of file " << path_info.file << "\n";
-    throw ERROR_DATA();
+    throw;
   }
-  item.key_name = name.c_str();
-  item.Parse(value.c_str());
   return true;
 }
 
 bool MDB::Read() {
   NeedStreamAndType("MDB::Read(): no file open", "MDB::Read(): no valid record type");
+  status.at_end = false;
   RECORD_ITEM new_key;
   if (!ReadItem(new_key)) return false;
   ARRAY<RECORD_ITEM> new_items(items.GetFirstIndex(), items.GetLength());
@@ -256,69 +281,10 @@ bool MDB::Read() {
 
 bool MDB::ReadStep(int lines) {
   NeedStreamAndType("MDB::Read(): no file open", "MDB::Read(): no valid record type");
+  status.at_end = false;
   if (lines < 0 && !stream.StepBack(lines)) return false;
   if (lines > 0 && !stream.StepForward(lines)) return false;
   return Read();
-}
-
-void MDB::ReadBack(int lines, const char* missing) {
-  if (!ReadStep(-lines)) throw missing;
-}
-
-void MDB::ChooseNearest(const RECORD_ITEM& search_item) {
-  const long double distance = FindItem(search_item.key_name).DistanceFrom(search_item);
-  // From the last line of this record to the first one of its predecessor.
-  if (!ReadStep(1 - 2 * LinesOfRecord())) {
-    GlobalLog.set(WARNING) << NEAREST << FAR_AWAY << "we are at the beginning of the data file "
-                           << "therefore I give you the first record "
-                           << "(its really the nearest!)\n";
-    return;
-  }
-  const long double former = FindItem(search_item.key_name).DistanceFrom(search_item);
-  if (!std::isgreater(std::fabs(distance), std::fabs(former))) Read();
-}
-
-void MDB::GotoRecord(const RECORD_ITEM& search_item, MDB_STOP stop) {
-  NeedStreamAndType("MDB::GotoRecord(): no file open", "MDB::GotoRecord(): no valid record type");
-  if (status.open_for_writing) throw "MDB::GotoRecord(): is opened read only";
-  if (stop < mdb_stop_before || stop > mdb_stop_after) throw ERROR_UNHANDLED_CASE();
-
-  Rewind();
-  std::streamoff next_start = 0;
-  std::streamoff last_start = -1;
-  while (Read()) {
-    last_start = next_start;
-    next_start = stream.Position();
-    const RECORD_ITEM& item = FindItem(search_item.key_name);
-    if (!item.IsAtOrAfter(search_item)) continue;
-    switch (stop) {
-      case mdb_stop_before:
-        ReadBack(2 * LinesOfRecord() - 1,
-                 "MDB::GotoRecord( mdb_stop_before ) : you want me to give you the record before "
-                 "the first one");
-        return;
-      case mdb_stop_exact:
-        if (!item.Equals(search_item)) {
-          throw "MDB::GotoRecord( mdb_stop_exact ) : search_value not found";
-        }
-        return;
-      case mdb_stop_nearest:
-        ChooseNearest(search_item);
-        return;
-      default:
-        if (!Read()) {
-          throw "MDB::GotoRecord( mdb_stop_after ) : you want me to give you the record after the "
-                "last one";
-        }
-        return;
-    }
-  }
-  if (stop != mdb_stop_nearest || last_start < 0) throw "search_value not found";
-  GlobalLog.set(WARNING) << NEAREST << FAR_AWAY << "we reached the end of the data file "
-                         << "therefore I give you the last record "
-                         << "(its really the nearest!) \n";
-  stream.seekg(last_start);
-  Read();
 }
 
 }  // namespace varnoth

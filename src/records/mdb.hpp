@@ -41,7 +41,8 @@ enum MDB_STOP : int {
 /// file's name as key: a list of texts such as "x : double", the key item first. The types are int,
 /// double, met (mission elapsed time) and utc.
 ///
-/// All failures are thrown as texts, but for those of the pool, the time scanners and the memory.
+/// All failures are thrown as texts, but for those of the pool, the time scanners, the memory and
+/// what is told at an operation.
 class MDB {
  public:
   MDB() = default;
@@ -57,17 +58,22 @@ class MDB {
   /// type in record type definition".
   virtual void ReadRecordType();
   /// Takes over the values of the next record to be written: the further items, and the key item.
+  /// They settle the record type too.
   virtual void SetRecord(const ARRAY<RECORD_ITEM>& record);
   virtual void SetRecord(const ARRAY<RECORD_ITEM>& record, const RECORD_ITEM& key_item);
+  /// Throws a text if no path was set.
   virtual const MDB_PATH_INFO& GetPathInfo() const;
-  /// Choose the file. Each closes what is open and reads the record type.
+  /// Choose the file. Each closes what is open and, once there are path and file, reads the record
+  /// type.
   virtual void SetFile(const STRING& name);
   virtual void SetPath(const STRING& root, int mission, int segment, int source, int first_take,
                        int second_take, int channel);
   virtual void SetPathAndFile(const STRING& root, int mission, int segment, int source,
                               int first_take, int second_take, int channel, const STRING& name);
   /// Opens the file, for writing too if the mode has std::ios::out, which also makes the last level
-  /// of the directory. Of a mode with out alone the file starts empty, as a stream's would.
+  /// of the directory. Of a mode with out alone the file starts empty, as a stream's would. Without
+  /// out the file stays as it is. Throws texts for a path, file, directory or stream that is
+  /// missing.
   virtual void Open(std::ios::openmode mode);
   /// Throws "can not write MDB_RECORD into mdb-file" if what was written did not reach the file.
   virtual void Close();
@@ -75,13 +81,15 @@ class MDB {
   /// Goes to the first record.
   virtual void Rewind();
   /// Finds the record whose item of the name, and type, of `search_item` has its value, and reads
-  /// the one that `stop` tells. Next to be read is then the one behind it.
+  /// the one that `stop` tells. Next to be read is then the one behind it. Throws a text where
+  /// there is no such record, ERROR_UNHANDLED_CASE for a mode that is none, and what Read throws.
   virtual void GotoRecord(const RECORD_ITEM& search_item, MDB_STOP stop);
-  /// Writes the record behind the last one.
+  /// Writes the record behind the last one of the file, whatever was read in between. Throws texts
+  /// without file, type or permission and for what the file does not take.
   virtual void Write();
   /// Reads the next record. False at the end of the file, also within a record, which is told at
-  /// WARNING; the record then stays as it was. Throws ERROR_DATA, behind a line at ALARM, for lines
-  /// that are no items.
+  /// WARNING, or if the file can't be read; the record then stays as it was. Throws ERROR_DATA,
+  /// behind a line at ALARM, for lines that are no items.
   virtual bool Read();
   /// The same after going forward by `lines` lines, or back if negative.
   virtual bool ReadStep(int lines);
@@ -103,14 +111,16 @@ class MDB {
     bool open_for_writing = false;
     bool record_valid = false;
     bool record_type_valid = false;
+    bool at_end = false;  ///< the stream is at the end of the last record that was written
   };
 
   void NeedStreamAndType(const char* no_file, const char* no_type) const;
   bool ReadItem(RECORD_ITEM& item);
-  /// Reads again from the start of a line; a miss throws the text.
-  void ReadBack(int lines, const char* missing);
-  void ChooseNearest(const RECORD_ITEM& search_item);
-  int LinesOfRecord() const { return items.GetLength() + 1; }
+  void ChangePath(const MDB_PATH_INFO& path);
+  /// Reads the record that was found at a place before.
+  void ReadAgain(std::streamoff start);
+  /// Of the record read last and its predecessor, by their places (-1: none).
+  void ChooseNearest(const RECORD_ITEM& wanted, std::streamoff start, std::streamoff former_start);
 
   LINE_STREAM stream;
   MDB_PATH_INFO path_info;

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <iosfwd>
-
 #include "foundation/string.hpp"
 #include "time/duration.hpp"
 #include "time/mission_elapsed_time.hpp"

@@ -1,0 +1,292 @@
+#include "records/mdb.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <random>
+
+#include "foundation/errors.hpp"
+#include "support/log_capture.hpp"
+
+namespace varnoth::test {
+namespace {
+
+using namespace std::string_literals;
+
+constexpr auto IN = std::ios::in, OUT = std::ios::out;
+
+RECORD_ITEM Item(const char* name, const std::string& value) {
+  RECORD_ITEM item;
+  item.Parse(value.c_str());
+  item.key_name = name;
+  return item;
+}
+
+class MdbTest : public LoggedTest {
+ protected:
+  /// Takes a file of records with two items and a content for the data file.
+  void Prepare(const std::string& content, const std::string& items = "t:int\"\n\"n:int") {
+    WriteFile(root + "format.dat", "f STR_V 0 2\n{\n\"" + items + "\"\n}\n");
+    std::filesystem::create_directories(path.substr(0, path.size() - 2));
+    WriteFile(path, content);
+    TakeLog();
+    mdb.SetPathAndFile(root.c_str(), 4, 12, 3, 5, 7, 1, "f");
+  }
+  void Write(const RECORD_ITEM& key, const RECORD_ITEM& item) {
+    ARRAY<RECORD_ITEM> items(0, 1);
+    items.GetBase()[0] = item;
+    mdb.SetRecord(items, key);
+    mdb.Write();
+  }
+  /// The numbers of the records from the next one on.
+  std::string Rest() {
+    std::string numbers;
+    while (mdb.Read()) numbers += mdb.FindItem("n").Text().c_str();
+    return numbers;
+  }
+
+  const std::string root = directory.Path("");
+  const std::string path = root + "/KOVA1/hddc_BRNR012/dt_005.007/pri/f";
+  MDB mdb;
+};
+
+/// A type and its values: below, first, tie of first and second, second, behind, third, above.
+using SERIES = std::array<const char*, 8>;
+class MdbSearchTest : public MdbTest, public testing::WithParamInterface<SERIES> {};
+
+TEST_P(MdbSearchTest, StopsAsTold) {
+  const std::string head = "MDB::GotoRecord( mdb_stop_", none = "search_value not found";
+  const std::string give = " ) : you want me to give you the record ";
+  const std::string far = head + "nearest ) : the value you searched for can be far away .. we ";
+  const std::string so = " of the data file therefore I give you the ";
+  const std::string before = head + "before" + give + "before the first one";
+  const std::string after = head + "after" + give + "after the last one";
+  const std::string exact = head + "exact ) : " + none;
+  const std::string first =
+      far + "are at the beginning" + so + "first record (its really the nearest!)\n1";
+  const std::string last =
+      far + "reached the end" + so + "last record (its really the nearest!) \n3";
+  const std::vector<std::string> expected[] = {
+      {before, exact, first, "2"}, {before, "1", first, "2"}, {"1", exact, "2", "3"},
+      {"1", "2", "2", "3"},        {"2", exact, "2", after},  {"2", "3", "3", after},
+      {none, none, last, none}};
+  Prepare("", "t:"s + GetParam()[0] + "\"\n\"n:int");
+  mdb.Open(OUT);
+  for (const int n : {1, 2, 3}) Write(Item("t", GetParam()[2 * n]), Item("n", std::to_string(n)));
+  mdb.Close();
+  const std::string written = ReadFile(path);
+  std::string spaced = "\n";
+  for (const char c : written) spaced += c == '\n' ? "\r\n \n\n"s : std::string(1, c);
+  for (const std::string& content : {written, spaced, written.substr(0, written.size() - 1)}) {
+    WriteFile(path, content);
+    mdb.Open(IN);
+    for (int i = 0; i < 28; ++i) {
+      const RECORD_ITEM wanted = Item("t", GetParam()[i / 4 + 1]);
+      TakeLog();
+      std::string result =
+          ThrownText([&] { mdb.GotoRecord(wanted, static_cast<MDB_STOP>(i % 4 + 1)); });
+      if (result == "nothing thrown") {
+        result = TakeLog() + mdb.FindItem("n").Text().c_str();
+        EXPECT_EQ(Rest(), "123"s.substr(result.back() - '0'));
+      }
+      EXPECT_EQ(result, expected[i / 4][i % 4]) << wanted.Text().c_str();
+    }
+    mdb.Rewind();
+    EXPECT_EQ(Rest(), "123");
+  }
+}
+
+// The mission elapsed times pass a day, the universal ones a leap second.
+INSTANTIATE_TEST_SUITE_P(
+    Types, MdbSearchTest,
+    testing::Values(SERIES{"int", "-9", "-8", "-6", "-4", "-3", "0", "7"},
+                    SERIES{"double", "-1.0", "0.5", "1.5", "2.5", "3.0", "4.5", "4.6"},
+                    SERIES{"met", "0/0:0:1", "0/0:0:9", "0/12:0:0", "0/23:59:51", "1/0:0:0",
+                           "9/0:0:0", "9/0:0:1"},
+                    SERIES{"utc", "31-DEC-2016/23:59:49", "31-DEC-2016/23:59:50",
+                           "31-DEC-2016/23:59:55", "31-DEC-2016/23:59:60", "01-JAN-2017/00:00:03",
+                           "01-JAN-2017/00:00:09", "01-JAN-2017/00:00:10"}));
+
+TEST_F(MdbTest, ValuesComeBackToTheBit) {
+  Prepare("");
+  mdb.SetNameWidth(3);
+  mdb.Open(OUT);
+  std::vector<RECORD_ITEM> items;
+  for (const char* text :
+       {"-2147483648", "+2147483647", "+9999/23:59:59.999999", "31-DEC-1998/23:59:60.999999",
+        "1.7976931348623157e308", "5.e-324", "-0.0", "0.1", "1.0000000000000002"}) {
+    items.push_back(Item("n", text));
+    Write(items.back(), items.back());
+  }
+  mdb.Open(IN);
+  for (const RECORD_ITEM& item : items) {
+    ASSERT_TRUE(mdb.Read());
+    const RECORD_ITEM& read = mdb.GetRecord().GetBase()[0];
+    EXPECT_TRUE(read.type == item.type && read.Equals(item)) << item.Text().c_str();
+    EXPECT_EQ(std::signbit(read.number), std::signbit(item.number));
+  }
+  EXPECT_NE(ReadFile(path).find("\nn :  1.0000000000000002e+00\n  n   :  1.0000000000000002e+00\n"),
+            std::string::npos);
+  EXPECT_NE(Log().find("\nDEBUG : log : mdb file: " + path + "\n"), std::string::npos);
+}
+
+TEST_F(MdbTest, DirectoriesHaveTheirWords) {
+  const auto place = [&](int mission, int segment, int source, int first, int second, int channel) {
+    mdb.SetPath("", mission, segment, source, first, second, channel);
+    return std::string(mdb.GetDirectory().c_str());
+  };
+  EXPECT_EQ(place(4, 12, 3, 5, 7, 1), "/KOVA1/hddc_BRNR012/dt_005.007/pri");
+  EXPECT_EQ(place(0, 999, 1, 0, 1000, 0), "/unknown/hddc_AQAR999/dt_000.1000/unknown");
+  EXPECT_EQ(place(1, 0, 2, 10, 100, 2), "/ZEL1/hddc_AQAV000/dt_010.100/sec");
+  EXPECT_EQ(place(2, 0, 4, 0, 0, 3), "/ZEL2/hddc_CXMR000/dt_000.000/");
+  EXPECT_EQ(place(3, 0, 5, 0, 0, -1), "/ZEL3/hddc_CXMV000/dt_000.000/");
+  EXPECT_EQ(place(5, 0, 6, 0, 0, 1), "//hddc_DTYR000/dt_000.000/pri");
+}
+
+TEST_F(MdbTest, RefusesWhatIsOutOfOrder) {
+  RECORD_ITEM wanted = Item("t", "5");
+  const auto open = [&] { mdb.Open(IN); };
+  const auto rewind = [&] { mdb.Rewind(); };
+  const auto search = [&] { mdb.GotoRecord(wanted, mdb_stop_exact); };
+  const auto read = [&] { mdb.Read(); };
+  const auto step = [&] { mdb.ReadStep(-1); };
+  const auto write = [&] { mdb.Write(); };
+  const auto refused = [](const std::string& text, const auto& action) {
+    EXPECT_EQ(ThrownText(action), text);
+  };
+  refused("MDB::GetPathInfo(): no path was set before", [&] { mdb.GetPathInfo(); });
+  refused("MDB::Open(): no path selected", open);
+  mdb.SetPath(root.c_str(), 4, 12, 3, 5, 7, 1);
+  refused("MDB::Open(): no file selected", open);
+  for (const std::string wrong : {"n", "n:", " : int", "n:INT"}) {
+    refused("MDB: unknown type in record type definition",
+            [&] { Prepare("", "t:int\"\n\"" + wrong); });
+    EXPECT_NE(Log().find("ALARM : log : MDB: record type f: >>" + wrong + "<<"), std::string::npos);
+  }
+  refused("MDB::Rewind(): no file open", rewind);
+  refused("MDB::GotoRecord(): no file open", search);
+  refused("MDB::Read(): no file open", read);
+  refused("MDB::Read(): no file open", step);
+  refused("MDB::Write(): no file open", write);
+  mdb.Open(OUT);
+  refused("MDB::GotoRecord(): no valid record type", search);
+  refused("MDB::Read(): no valid record type", read);
+  refused("MDB::Read(): no valid record type", step);
+  refused("MDB::Write(): no valid record type", write);
+  Prepare("t : 1 n : 1");
+  mdb.Open(IN);
+  refused("MDB is opened read only: can not write data record", write);
+  EXPECT_THROW(mdb.GotoRecord(wanted, mdb_stop_invalid), ERROR_UNHANDLED_CASE);
+  wanted.type = RECORD_DURATION;
+  refused("MDB: RECORD_ITEM: unknown type", search);
+  wanted.key_name = "y";
+  refused("MDB: RECORD_ITEM: can not find key_name in record", search);
+  mdb.Open(OUT);
+  refused("MDB::Rewind(): is opened read only", rewind);
+  refused("MDB::GotoRecord(): is opened read only", search);
+  refused("MDB: RECORD_ITEM: unknown type", [&] { Write(wanted, wanted); });
+  mdb.SetPath(root.c_str(), 1, 12, 3, 5, 7, 1);
+  refused("can not open mdb-file", open);
+  refused("MDB: can not create directory", [&] { mdb.Open(OUT); });
+  RECORD_ITEM later = wanted;
+  later.duration = DURATION(0, 1500, 0);
+  EXPECT_TRUE(later.IsAtOrAfter(wanted) && !wanted.IsAtOrAfter(later) && !wanted.Equals(later));
+  EXPECT_EQ(wanted.DistanceFrom(later), -1.5L);
+}
+
+TEST_F(MdbTest, DefinitionsAreFreeInBlanks) {
+  Prepare("", " \tt \t:\tutc\t: rest\"\n\"x  y: \tint");
+  EXPECT_EQ(Log().find("INFO  : log : mdb compiled with: TYPE_IS_STRING_VECTOR\n"), 0U);
+  EXPECT_TRUE(mdb.FindItem("t").type == RECORD_UTC && mdb.FindItem("xy").type == RECORD_INT);
+  EXPECT_THROW(mdb.SetFile(std::string(101, 'f').c_str()), PARAMETER_KEY_TOO_LONG);
+  EXPECT_THROW(mdb.SetFile(std::string(100, 'f').c_str()), PARAMETER_KEY_NOT_FOUND);
+}
+
+TEST_F(MdbTest, FaultyFilesAreTold) {
+  const auto read = [&](const std::string& content) {
+    Prepare(content);
+    mdb.Open(IN);
+    TakeLog();
+    return mdb.Read();
+  };
+  EXPECT_FALSE(read(""));
+  const auto search = [&] { mdb.GotoRecord(Item("t", "1"), mdb_stop_nearest); };
+  EXPECT_EQ(ThrownText(search) + Log(), "search_value not found") << "no last record to give";
+  EXPECT_FALSE(read("t : 1\n  n :"));
+  EXPECT_EQ(Log(),
+            "WARN  : log : MDB::Read(): file f ends within item n\n"
+            "WARN  : log : MDB::Read(): file f ends within record 1\n");
+  for (const std::string& value : {"= 1"s, ": 1x"s, ": 2147483648"s, ": 1.0e999"s, ": 1:x"s,
+                                   ": -1/0:0:0"s, ": " + std::string(100000, '1'), ": 1\0x"s}) {
+    EXPECT_ANY_THROW(read("t " + value + "\n  n : 1\n"));
+    EXPECT_NE(Log().find("ALARM : log : MDB::Read(): >>t "s + value.c_str()), std::string::npos);
+  }
+  std::filesystem::remove(path);
+  std::filesystem::create_directory(path);
+  EXPECT_EQ(ThrownText([&] { mdb.Open(IN); }), "can not open mdb-file");
+}
+
+TEST_F(MdbTest, RecordsGoBehindTheLastOneOrAreTold) {
+  Prepare("t : 1\n  n : 1\nt : 2\n  n : 2");
+  mdb.Open(IN | std::ios::trunc);
+  EXPECT_EQ(Rest(), "12") << "reading empties no file";
+  EXPECT_FALSE(mdb.ReadStep(1));
+  EXPECT_TRUE(mdb.ReadStep(-1));
+  mdb.GotoRecord(mdb.GetKeyItem(), mdb_stop_before);
+  EXPECT_EQ(Rest(), "2");
+  mdb.Open(IN | OUT);
+  EXPECT_TRUE(mdb.Read());
+  Write(Item("t", "3"), Item("n", "3"));
+  EXPECT_TRUE(mdb.ReadStep(-4));
+  EXPECT_EQ(Rest(), "3");
+  Write(Item("t", "4"), Item("n", "4"));
+  mdb.Open(IN | OUT);
+  Write(Item("t", "5"), Item("n", "5"));
+  mdb.Close();
+  EXPECT_EQ(ReadFile(path),
+            "t : 1\n  n : 1\nt : 2\n  n : 2\nt : 3\n  n : 3\nt : 4\n  n : 4\nt : 5\n  n : 5\n");
+  std::filesystem::remove(path);
+  std::filesystem::create_symlink("/dev/full", path);
+  for (const int width : {-1, 100000}) {  // within the stream's buffer and above it
+    mdb.SetNameWidth(width);
+    mdb.Open(OUT);
+    const auto write = [&] { mdb.Write(), mdb.Close(); };
+    EXPECT_EQ(ThrownText(write), "can not write MDB_RECORD into mdb-file");
+  }
+}
+
+class LineStreamTest : public LoggedTest, public testing::WithParamInterface<std::size_t> {};
+
+TEST_P(LineStreamTest, StepsAgreeWithACount) {
+  std::mt19937 random(7);
+  const auto below = [&](std::size_t bound) { return static_cast<int>(random() % bound); };
+  for (int file = 0; file < 40; ++file) {
+    std::string content;
+    std::vector<int> starts = {0};
+    for (int count = below(9); count >= 0; --count) {
+      content.append(below(2) * below(3 * GetParam()), 'x');
+      if (count == 0) break;
+      content += '\n';
+      starts.push_back(static_cast<int>(content.size()));
+    }
+    WriteFile(directory.Path("lines"), content);
+    LINE_STREAM stream(GetParam());
+    stream.open(directory.Path("lines"), IN);
+    for (int trial = 0; trial < 50; ++trial) {
+      const int position = below(content.size() + 1);
+      const int lines = below(19) - 9;
+      const auto line = std::upper_bound(starts.begin(), starts.end(), position) - 1;
+      const bool is_there =
+          lines < 0 ? line - starts.begin() >= -lines : starts.end() - line > lines;
+      stream.ignore(position + 2);  // at times beyond the end
+      stream.GoTo(position);
+      ASSERT_EQ(lines > 0 ? stream.StepForward(lines) : stream.StepBack(lines), is_there);
+      ASSERT_EQ(stream.tellg(), is_there ? line[lines] : position);
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Blocks, LineStreamTest, testing::Values(1, 7, 512));
+
+}  // namespace
+}  // namespace varnoth::test
