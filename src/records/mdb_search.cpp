@@ -39,8 +39,7 @@ void MDB::GotoRecord(const RECORD_ITEM& search_item, MDB_STOP stop) {
   if (status.open_for_writing) throw "MDB::GotoRecord(): is opened read only";
   if (stop < mdb_stop_before || stop > mdb_stop_after) throw ERROR_UNHANDLED_CASE();
 
-  RECORD_ITEM wanted;
-  wanted = search_item;  // which may be an item of the record that goes
+  const RECORD_ITEM wanted = search_item;  // which may be an item of the record that goes
   Rewind();
   // Where the record that was read last and the one ahead of it start. Unlike a count of lines that
   // holds beside blank lines too.
