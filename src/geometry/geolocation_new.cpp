@@ -32,7 +32,10 @@ double LowestPoint(const SURFACE_SEARCH& search, double los_velocity) {
 /// Height of the point with the nadir component `dz` above the surface, m.
 double HeightError(SURFACE_SEARCH& search, double dz, double los_velocity, double squint) {
   const double rest = search.Take(dz, los_velocity);
-  // Between the two ends it is below 0 by rounding alone.
+  // At the lowest point it is 0 but for rounding. Further off no point has the range and the
+  // velocity, which a velocity above the along-track speed can ask for.
+  constexpr double ROUNDING = 1e-9;
+  if (std::isless(rest, -ROUNDING * search.range * search.range)) FailInitialValue(search);
   const double square = std::isless(rest, 0.0) ? 0.0 : rest;
   if (search.doppler_mode) {
     search.dy = squint == START_POINTS ? 0.0 : std::sqrt(square);

@@ -42,12 +42,13 @@ void CHEBY_POLY<T>::Build(const ARRAY<POINT<T>>& series, bool quiet) {
 
 template <class T>
 T CHEBY_POLY<T>::Sum(const ARRAY<T>& series_coefficients, T at) const {
+  const int n = this->Degree();
   const T* const c = series_coefficients.GetElementBase(0);
   const T s = Scale(at);
   T below = 1;
   T current = s;
   T sum = c[0];
-  for (int j = 1; j <= this->order; ++j) {
+  for (int j = 1; j <= n; ++j) {
     sum += c[j] * current;
     const T above = 2 * s * current - below;
     below = current;

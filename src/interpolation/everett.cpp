@@ -70,11 +70,12 @@ void EVERETT<T>::Create(const ARRAY<POINT<T>>& series) {
 template <class T>
 void EVERETT<T>::CreateQuiet(const ARRAY<POINT<T>>& series) {
   first = series.GetFirstIndex();
-  last = series.GetLastIndex();
-  if (last <= first) RefuseSeries("EVERETT::Create", "more than 1 value needed.");
+  last = first - 1;  // none, until the table stands
+  const int end = series.GetLastIndex();
+  if (end <= first) RefuseSeries("EVERETT::Create", "more than 1 value needed.");
   const POINT<T>* const p = series.GetBase();
   x0 = p[first].x;
-  dx = (p[last].x - x0) / static_cast<T>(last - first);
+  dx = (p[end].x - x0) / static_cast<T>(end - first);
   if (order % 2 != 0 || order < 0) {
     GlobalLog.set(ALARM) << "EVERETT::Create: Everett interpolation only possible with even order, "
                             "not for given order "
@@ -88,21 +89,22 @@ void EVERETT<T>::CreateQuiet(const ARRAY<POINT<T>>& series) {
 
   half = order / 2;
   // More differences than samples are all zero, and GetXi refuses to use them.
-  const RANGE<int> rows(0, std::min(half, last - first) + 1);
+  const RANGE<int> rows(0, std::min(half, end - first) + 1);
   if (!(differences.GetRowRange() == rows && differences.GetColumnRange() == series.GetRange()) &&
       !differences.Create(rows, series.GetRange())) {
     throw ERROR_NO_MEMORY();
   }
   T* const* const row = differences.Rows();
-  for (int i = first; i <= last; ++i) row[0][i] = p[i].y;
+  for (int i = first; i <= end; ++i) row[0][i] = p[i].y;
   for (int k = 1; k < rows.Count(); ++k) {
     const T* const below = row[k - 1];
-    for (int i = first; i <= last; ++i) {
-      const bool has_neighbours = i - first >= k && last - i >= k;
+    for (int i = first; i <= end; ++i) {
+      const bool has_neighbours = i - first >= k && end - i >= k;
       row[k][i] =
           has_neighbours ? below[i - 1] - (below[i] + below[i]) + below[i + 1] : static_cast<T>(0);
     }
   }
+  last = end;
 }
 
 template <class T>

@@ -64,6 +64,7 @@ void HERMITE_POLY<T>::CreateQuiet(const ARRAY<DPOINT<T>>& series) {
 
 template <class T>
 void HERMITE_POLY<T>::Evaluate(int n, int order, T& value, T& first, T& second, T abscissa) const {
+  if (count == 0) RefuseSeries("HERMITE_POLY", "there are no samples.");
   value = first = second = 0;
   const T* const nodes = x.GetBase();
   if (std::isless(abscissa, nodes[0]) || std::isgreater(abscissa, nodes[n - 1])) {

@@ -15,13 +15,20 @@ class LEAST_SQUARES_FIT : public INTERPOLATION<T, POINT<T>> {
  public:
   void SetOrder(int wanted) override { order = wanted; }
   /// Logs chi², and what the interpolator adds to it, at PARAMETER.
-  void Create(const ARRAY<POINT<T>>& series) override { Build(series, false); }
+  void Create(const ARRAY<POINT<T>>& series) override { BuildWhole(series, false); }
   /// Throws INVALID_PARAMETER_VALUE, behind a line at ALARM, for no samples, a negative order, and
   /// an abscissa that is no number.
-  void CreateQuiet(const ARRAY<POINT<T>>& series) override { Build(series, true); }
+  void CreateQuiet(const ARRAY<POINT<T>>& series) override { BuildWhole(series, true); }
 
  protected:
+  /// Fits the series by the order wanted.
   virtual void Build(const ARRAY<POINT<T>>& series, bool quiet) = 0;
+  /// Order of the fit that stands. Throws INVALID_PARAMETER_VALUE, behind a line at ALARM, without
+  /// one.
+  int Degree() const {
+    if (degree < 0) RefuseSeries("LEAST_SQUARES_FIT", "there are no samples.");
+    return degree;
+  }
 
   /// Takes the series and lowers the order to what it allows, with a line at WARNING. Throws as
   /// CreateQuiet says.
@@ -66,7 +73,7 @@ class LEAST_SQUARES_FIT : public INTERPOLATION<T, POINT<T>> {
     if (array.Resize(RANGE<int>(first, size)) != ARRAY_OK) throw no_memory;
   }
 
-  int order = 0;
+  int order = 0;                     ///< for the next fit
   int count = 0;                     ///< of samples
   const POINT<T>* points = nullptr;  ///< first sample; not owned
   ARRAY<T> x;
@@ -75,6 +82,15 @@ class LEAST_SQUARES_FIT : public INTERPOLATION<T, POINT<T>> {
   ARRAY<T> fit;
   SVDFIT<T, F> svdfit;
   T chisq = 0;
+
+ private:
+  void BuildWhole(const ARRAY<POINT<T>>& series, bool quiet) {
+    degree = -1;
+    Build(series, quiet);
+    degree = order;
+  }
+
+  int degree = -1;
 };
 
 }  // namespace varnoth

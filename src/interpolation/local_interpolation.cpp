@@ -75,6 +75,7 @@ template <class T, class I, class P>
 const I& LOCAL_INTERPOLATION<T, I, P>::PieceAt(T x) const {
   const POLY_REF<T, I, P>* const piece = pieces.GetBase();
   const int count = pieces.GetLength();
+  if (count == 0) RefuseSeries("LOCAL_INTERPOLATION", "there are no samples.");
   for (int k = 0; k < count; ++k) {
     if (std::islessequal(piece[k].t_start, x) && std::islessequal(x, piece[k].t_stop)) {
       return piece[k].interpolator;

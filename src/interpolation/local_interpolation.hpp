@@ -1,5 +1,7 @@
 #pragma once
 
+#include <limits>
+
 #include "interpolation/interpolation.hpp"
 
 namespace varnoth {
@@ -37,7 +39,7 @@ class LOCAL_INTERPOLATION : public INTERPOLATION<T, P> {
   T GetDerivedY(T x) const override { return PieceAt(x).GetDerivedY(x); }
   T GetDerived2Y(T x) const override { return PieceAt(x).GetDerived2Y(x); }
   /// Coefficients of the first piece.
-  const T* GetCoeffs() const override { return GetCoeffs(pieces.GetElementBase(0)->t_start); }
+  const T* GetCoeffs() const override { return GetCoeffs(-std::numeric_limits<T>::infinity()); }
   /// Coefficients of the piece that answers for an abscissa.
   const T* GetCoeffs(T x) const { return PieceAt(x).GetCoeffs(); }
 

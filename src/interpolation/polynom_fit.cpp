@@ -19,18 +19,20 @@ void POLYNOM_FIT<T>::Build(const ARRAY<POINT<T>>& series, bool quiet) {
 
 template <class T>
 T POLYNOM_FIT<T>::GetY(T at) const {
+  const int n = this->Degree();
   const T* const c = coefficients.GetElementBase(0);
-  T p = c[this->order + 1];
-  for (int j = this->order; j >= 1; --j) p = p * at + c[j];
+  T p = c[n + 1];
+  for (int j = n; j >= 1; --j) p = p * at + c[j];
   return p;
 }
 
 template <class T>
 T POLYNOM_FIT<T>::GetDerivedY(T at) const {
+  const int n = this->Degree();
   const T* const c = coefficients.GetElementBase(0);
   T d = 0;
-  T p = c[this->order + 1];
-  for (int j = this->order; j >= 1; --j) {
+  T p = c[n + 1];
+  for (int j = n; j >= 1; --j) {
     d = d * at + p;
     p = p * at + c[j];
   }
@@ -39,11 +41,12 @@ T POLYNOM_FIT<T>::GetDerivedY(T at) const {
 
 template <class T>
 T POLYNOM_FIT<T>::GetDerived2Y(T at) const {
+  const int n = this->Degree();
   const T* const c = coefficients.GetElementBase(0);
-  T a[3] = {c[this->order + 1], 0, 0};
-  for (int j = 1; j <= this->order; ++j) {
+  T a[3] = {c[n + 1], 0, 0};
+  for (int j = 1; j <= n; ++j) {
     for (int k = std::min(j, 2); k >= 1; --k) a[k] = a[k] * at + a[k - 1];
-    a[0] = a[0] * at + c[this->order + 1 - j];
+    a[0] = a[0] * at + c[n + 1 - j];
   }
   return a[2] + a[2];
 }

@@ -14,7 +14,10 @@ class POLYNOM_FIT : public LEAST_SQUARES_FIT<T, POLYNOM_FUNCTION<T>> {
   T GetDerivedY(T at) const override;
   T GetDerived2Y(T at) const override;
   /// Order + 1 coefficients, constant term first.
-  const T* GetCoeffs() const override { return coefficients.GetElementBase(0) + 1; }
+  const T* GetCoeffs() const override {
+    this->Degree();
+    return coefficients.GetElementBase(0) + 1;
+  }
 
  private:
   void Build(const ARRAY<POINT<T>>& series, bool quiet) override;

@@ -9,11 +9,10 @@ namespace varnoth {
 
 template <class T>
 void SPLINE<T>::CreateQuiet(const ARRAY<POINT<T>>& series) {
-  count = series.GetLength();
-  if (count < 3) RefuseSeries("SPLINE::Create", "more than 2 values needed.");
-  points = series.GetElementBase(1);
-  const int n = count;
-  const POINT<T>* const p = points;
+  count = 0;
+  const int n = series.GetLength();
+  if (n < 3) RefuseSeries("SPLINE::Create", "more than 2 values needed.");
+  const POINT<T>* const p = series.GetElementBase(1);
   ARRAY<T> steps(1, n - 1);
   T* const h = steps.GetBase();
   for (int i = 1; i < n; ++i) {
@@ -52,10 +51,13 @@ void SPLINE<T>::CreateQuiet(const ARRAY<POINT<T>>& series) {
     c[3] = left * static_cast<T>(0.5);
     c[4] = (right - left) / 6 / h[r];
   }
+  points = p;
+  count = n;
 }
 
 template <class T>
 typename SPLINE<T>::PLACE SPLINE<T>::Find(T x) const {
+  if (count == 0) RefuseSeries("SPLINE", "there are no samples.");
   if (std::isless(x, points[1].x) || std::isgreater(x, points[count].x)) return {nullptr, 0};
   int r = count - 1;
   while (r > 1 && !std::isgreaterequal(x, points[r].x)) --r;

@@ -10,8 +10,8 @@ namespace varnoth {
 
 /// The catalogue of orbits: every orbit type with every interpolation is a concrete class.
 ///
-/// A new interpolation is a file catalogue_<name>.cpp, which instantiates its classes, and a line
-/// in catalogue.cpp.
+/// A new interpolation is a file catalogue_<name>.cpp, which instantiates its classes, its id here,
+/// and a line in catalogue_rows.hpp and in catalogue.cpp.
 using ORBIT_FACTORY = std::unique_ptr<ORBIT_BASE> (*)();
 
 /// An orbit type: where the samples come from, their precision, and their kind of time.
@@ -28,7 +28,7 @@ struct INTERPOLATION_TYPE {
   std::array<ORBIT_FACTORY, ORBIT_TYPE_COUNT> factories;
 };
 
-/// Id of the first row of each kind.
+/// The ids that code asks for.
 enum ORBIT_TYPE_ID : int {
   ORBIT_POOL_FLOAT_DOUBLE = 1,
   ORBIT_MDB_DOUBLE_DOUBLE = 7,

@@ -26,7 +26,6 @@ class MDB_ORBIT : public MDB, public ORBIT<T, S, I, P> {
  private:
   int CountRecords();
   S EpochOf(const RECORD_ITEM& item) const;
-  static double ValueOf(const RECORD_ITEM& item);
 };
 
 }  // namespace varnoth

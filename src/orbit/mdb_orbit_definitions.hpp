@@ -21,27 +21,9 @@ int MDB_ORBIT<T, S, I, P>::CountRecords() {
 }
 
 template <class T, class S, class I, class P>
-double MDB_ORBIT<T, S, I, P>::ValueOf(const RECORD_ITEM& item) {
-  switch (item.type) {
-    case RECORD_INT:
-      return item.integer;
-    case RECORD_DOUBLE:
-      return item.number;
-    case RECORD_MET:
-      throw "can not cast from MET to double";
-    case RECORD_UTC:
-      throw "can not cast from UTC to double";
-    case RECORD_DURATION:
-      return item.duration.ToSeconds();
-    default:
-      throw "MDB: RECORD_ITEM: unknown type";
-  }
-}
-
-template <class T, class S, class I, class P>
 S MDB_ORBIT<T, S, I, P>::EpochOf(const RECORD_ITEM& item) const {
   if constexpr (std::is_same_v<S, double>) {
-    return ValueOf(item);
+    return item.ToDouble();
   } else if constexpr (std::is_same_v<S, UNIVERSAL_TIME>) {
     return item.utc;
   } else {
@@ -58,8 +40,7 @@ void MDB_ORBIT<T, S, I, P>::read(const STRING& root_path, int mission, int tape,
   const int count = CountRecords();
 
   const int coordinates = this->GetCoordinateCount();
-  if (this->samples.Resize(RANGE<int>(0, coordinates)) != ARRAY_OK) throw ERROR_NO_MEMORY();
-  ARRAY<P>* const series = this->samples.GetElementBase(0);
+  ARRAY<P>* const series = this->NewSamples(coordinates);
   for (int c = 0; c < coordinates; ++c) {
     if (series[c].Resize(RANGE<int>(0, count)) != ARRAY_OK) throw ERROR_NO_MEMORY();
   }
@@ -73,7 +54,7 @@ void MDB_ORBIT<T, S, I, P>::read(const STRING& root_path, int mission, int tape,
     const auto seconds = static_cast<T>(this->SecondsFromReference(epoch));
     for (int c = 0; c < coordinates; ++c) {
       const RECORD_ITEM& item = FindItem(this->value_keys.GetElementBase(0)[c]);
-      series[c].GetElementBase(0)[k] = P(seconds, static_cast<T>(ValueOf(item)));
+      series[c].GetElementBase(0)[k] = P(seconds, static_cast<T>(item.ToDouble()));
     }
   }
   this->Create();

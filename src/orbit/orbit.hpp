@@ -19,10 +19,8 @@ class ORBIT : public SAMPLED_ORBIT<T, S> {
   /// the interpolator throws.
   void Create() override {
     const int count = std::min(this->GetCoordinateCount(), samples.GetLength());
-    if (interpolators.GetLength() != count &&
-        interpolators.Create(RANGE<int>(0, count)) != ARRAY_OK) {
-      throw ERROR_NO_MEMORY();
-    }
+    interpolators.Delete();
+    if (interpolators.Create(RANGE<int>(0, count)) != ARRAY_OK) throw ERROR_NO_MEMORY();
     for (int c = 0; c < count; ++c) {
       I& interpolator = interpolators.GetElementBase(0)[c];
       interpolator.SetOrder(this->poly_fit_order);
@@ -45,6 +43,7 @@ class ORBIT : public SAMPLED_ORBIT<T, S> {
     }
     ORBIT_BASE::operator=(source);
     if (orbit == this) return *this;
+    interpolators.Delete();
     samples = orbit->samples;
     this->reference_time = orbit->reference_time;
     Create();
@@ -73,6 +72,13 @@ class ORBIT : public SAMPLED_ORBIT<T, S> {
   int InterpolatorCount() const override { return interpolators.GetLength(); }
   T SampleX(int coordinate, int index) const override { return SampleAt(coordinate, index).x; }
   T SampleY(int coordinate, int index) const override { return SampleAt(coordinate, index).y; }
+
+  /// Makes room for new samples. The interpolators of the former ones, which look into them, go.
+  ARRAY<P>* NewSamples(int coordinates) {
+    interpolators.Delete();
+    if (samples.Resize(RANGE<int>(0, coordinates)) != ARRAY_OK) throw ERROR_NO_MEMORY();
+    return samples.GetElementBase(0);
+  }
 
   ARRAY<ARRAY<P>> samples;  ///< per coordinate; x is seconds from the reference time
   ARRAY<I> interpolators;   ///< one per coordinate

@@ -56,7 +56,7 @@ void POOL_ORBIT<T, S, I, P>::read(PARAMETER_POOL& pool) {
   const S* const epoch = epochs.GetElementBase(0);
   const int count = epochs.GetLength();
   const int coordinates = this->GetCoordinateCount();
-  if (this->samples.Resize(RANGE<int>(0, coordinates)) != ARRAY_OK) throw ERROR_NO_MEMORY();
+  ARRAY<P>* const coordinate_series = this->NewSamples(coordinates);
   if (count > 0) this->TakeReferenceTime(epoch[0]);
   if (HAS_VELOCITY && coordinates != this->GetVelocityCoordinateCount()) {
     throw "POOL_ORBIT::ReadFromParameterPool::Number of coordinates in position and velocity "
@@ -73,7 +73,7 @@ void POOL_ORBIT<T, S, I, P>::read(PARAMETER_POOL& pool) {
     if constexpr (HAS_VELOCITY) {
       velocities = ReadValues(pool, this->velocity_keys.GetElementBase(0)[c], count);
     }
-    ARRAY<P>& series = this->samples.GetElementBase(0)[c];
+    ARRAY<P>& series = coordinate_series[c];
     if (series.Resize(RANGE<int>(0, count)) != ARRAY_OK) throw ERROR_NO_MEMORY();
     for (int k = 0; k < count; ++k) {
       P& sample = series.GetElementBase(0)[k];

@@ -91,6 +91,23 @@ STRING RECORD_ITEM::Text() const {
   }
 }
 
+double RECORD_ITEM::ToDouble() const {
+  switch (type) {
+    case RECORD_INT:
+      return integer;
+    case RECORD_DOUBLE:
+      return number;
+    case RECORD_MET:
+      throw "can not cast from MET to double";
+    case RECORD_UTC:
+      throw "can not cast from UTC to double";
+    case RECORD_DURATION:
+      return duration.ToSeconds();
+    default:
+      ThrowUnknownType();
+  }
+}
+
 bool RECORD_ITEM::Equals(const RECORD_ITEM& other) const {
   switch (CommonType(*this, other)) {
     case RECORD_DOUBLE:

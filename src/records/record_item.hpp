@@ -36,6 +36,9 @@ struct RECORD_ITEM {
   /// The value as a record file shows it: an integer as decimal digits, a floating number with 16
   /// digits behind the point and a blank where a minus would stand, a time as its text.
   STRING Text() const;
+  /// The value as a floating number; a duration in seconds. Throws "can not cast from MET to
+  /// double" and "can not cast from UTC to double".
+  double ToDouble() const;
   /// Whether the value equals another one of the same type; numbers compare across their types.
   bool Equals(const RECORD_ITEM& other) const;
   /// Whether the value is at or behind `wanted`.

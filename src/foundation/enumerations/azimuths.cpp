@@ -13,15 +13,13 @@ const UNIVERSAL_TIME& Azimuths::operator[](const Azimuth& position) const {
 
 void Azimuths::ReadFromPool(PARAMETER_POOL& pool, KEY_PARTS key_parts, bool plural) {
   Azimuths record;
-  STRING prefix;
-  join_key(prefix, key_parts);
+  const STRING prefix = join_key(key_parts);
   Azimuth position = Azimuth::Row(1);
   for (UNIVERSAL_TIME& time : record.times) {
     ReadTime(pool, {prefix.c_str(), position.text.c_str(), plural ? "times" : "time"}, time);
     ++position;
   }
-  STRING key;
-  join_key(key, {prefix.c_str(), plural ? "durations" : "duration"});
+  const STRING key = join_key({prefix.c_str(), plural ? "durations" : "duration"});
   double seconds = 0.0;
   pool.Read(key.c_str(), seconds);
   record.duration = DURATION::FromSeconds(seconds);

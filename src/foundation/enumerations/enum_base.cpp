@@ -29,9 +29,7 @@ std::string Folded(const char* text, TEXT_COMPARISON comparison) {
 }
 
 STRING KeyOf(const ENUM_TABLE& table, const char* prefix) {
-  STRING key;
-  join_key(key, {prefix, table.key_word});
-  return key;
+  return join_key({prefix, table.key_word});
 }
 
 /// Name of a class as messages show it: demangled, without the namespace of the house.
@@ -76,14 +74,30 @@ bool ENUM_BASE::operator!=(const ENUM_BASE& other) const { return !(*this == oth
 
 ENUM_BASE& ENUM_BASE::operator++() {
   if (id > LastId()) throw ERROR_ENUM_BASE_LIMIT_OF_ENUMERATION_EXPIRED();
-  FromId(id + 1, true);
+  const std::int32_t next = id + 1;
+  FromId(next, true);
+  id = next;
   return *this;
 }
 
 ENUM_BASE& ENUM_BASE::operator--() {
   if (id <= 0) throw ERROR_ENUM_BASE_LIMIT_OF_ENUMERATION_EXPIRED();
-  FromId(id - 1, true);
+  const std::int32_t next = id - 1;
+  FromId(next, true);
+  id = next;
   return *this;
+}
+
+const ENUM_BASE& ENUM_BASE::operator++(int) {
+  const std::int32_t old = id;
+  ++*this;
+  return FromId(old, false);
+}
+
+const ENUM_BASE& ENUM_BASE::operator--(int) {
+  const std::int32_t old = id;
+  --*this;
+  return FromId(old, false);
 }
 
 const ENUM_BASE& ENUM_BASE::FromId(std::int32_t /*wanted*/, bool /*assign*/) { return *this; }

@@ -61,9 +61,13 @@ class ENUM_BASE {
   virtual bool operator!=(const ENUM_BASE& other) const;
 
   /// The next and the former row, which may be a guard. A step beyond the guards throws
-  /// ERROR_ENUM_BASE_LIMIT_OF_ENUMERATION_EXPIRED. The postfix forms stand below.
+  /// ERROR_ENUM_BASE_LIMIT_OF_ENUMERATION_EXPIRED.
   virtual ENUM_BASE& operator++();
   virtual ENUM_BASE& operator--();
+  /// The same, giving the row that the object stood at; of an object of a known class the forms
+  /// below give a copy.
+  virtual const ENUM_BASE& operator++(int);
+  virtual const ENUM_BASE& operator--(int);
 
   /// The last legal id; 0 for the base, which has no values.
   virtual std::int32_t LastId() const { return Table().LastId(); }
@@ -96,7 +100,11 @@ class ENUM_BASE {
 
  protected:
   ENUM_BASE(const ENUM_BASE&) = default;
-  ENUM_BASE& operator=(const ENUM_BASE&) = default;
+  ENUM_BASE& operator=(const ENUM_BASE& other) {
+    text = other.text;  // which may fail, and then the id stands as well
+    id = other.id;
+    return *this;
+  }
 
   virtual const ENUM_TABLE& Table() const;
 };
@@ -174,7 +182,7 @@ class ENUM : public ENUM_BASE {
   }
 };
 
-/// The postfix steps: they give a copy of the row that the object stood at.
+/// The postfix steps of a known class: they give a copy of the row that the object stood at.
 template <std::derived_from<ENUM_BASE> E>
 E operator++(E& value, int) {
   const std::int32_t old = value.id;

@@ -15,7 +15,7 @@ const Edge& Across(const Edge& edge) {
 
 ImageDirection::ImageDirection(const Edge& range, const Edge& azimuth)
     : range_edge(range), azimuth_edge(azimuth) {
-  if (range == azimuth || range == Across(azimuth)) {
+  if (range == azimuth || Across(range) == azimuth || range == Across(azimuth)) {
     throw "range and azimuth should be at orthogonal edges";
   }
 }
