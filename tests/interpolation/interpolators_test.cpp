@@ -1,8 +1,6 @@
-#include <cmath>
-#include <limits>
-
 #include "interpolation/cheby_poly.hpp"
 #include "interpolation/everett.hpp"
+#include "interpolation/known_series.hpp"
 #include "interpolation/polynom.hpp"
 #include "interpolation/polynom_fit.hpp"
 #include "support/log_capture.hpp"
@@ -10,38 +8,6 @@
 namespace varnoth::test {
 namespace {
 
-/// A derivative (0: the value) of 1 - x/2 + x²/3 - … up to x^degree, power by power.
-long double Known(int degree, int derivative, long double x) {
-  long double sum = 0;
-  for (int j = derivative; j <= degree; ++j) {
-    const long double falling = std::tgamma(j + 1.0L) / std::tgamma(j - derivative + 1.0L);
-    sum += (j % 2 == 0 ? 1 : -1) * falling / (j + 1) * std::pow(x, j - derivative);
-  }
-  return sum;
-}
-
-/// Distance of a result from the known value, in roundings of T.
-template <class T>
-double Roundings(T got, long double known) {
-  return static_cast<double>(std::fabs(got - known) / std::numeric_limits<T>::epsilon());
-}
-
-/// The samples of f at the abscissae, from index `first` on.
-template <class T, class F>
-ARRAY<POINT<T>> Series(const std::vector<T>& abscissae, F f, int first = 0) {
-  ARRAY<POINT<T>> series(first, static_cast<int>(abscissae.size()));
-  POINT<T>* next = series.GetElementBase(0);
-  for (const T x : abscissae) *next++ = POINT<T>(x, static_cast<T>(f(x)));
-  return series;
-}
-
-template <class INTERPOLATOR>
-INTERPOLATOR Built(int order, const ARRAY<typename INTERPOLATOR::SAMPLE>& series) {
-  INTERPOLATOR interpolator;
-  interpolator.SetOrder(order);
-  interpolator.CreateQuiet(series);
-  return interpolator;
-}
 constexpr auto Everett = Built<EVERETT<double>>;
 
 const std::vector<double> GRID = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17};

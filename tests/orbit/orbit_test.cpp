@@ -1,172 +1,10 @@
 #include "foundation/errors.hpp"
-#include "orbit/catalogue.hpp"
-#include "orbit/circular_orbit.hpp"
-#include "support/log_capture.hpp"
+#include "interpolation/polynom.hpp"
+#include "orbit/mdb_orbit_definitions.hpp"
+#include "orbit/orbit_pool.hpp"
 
 namespace varnoth::test {
 namespace {
-
-enum TIME_KIND : int { SECONDS, UTC, MET };
-
-/// A pool with samples of CIRCLE every ten seconds from 8343.324203 s, or that time of day, on.
-struct ORBIT_POOL {
-  TIME_KIND kind = SECONDS;
-  std::string interpolation = "everett";
-  int count = 9;
-  bool single_precision = false;
-
-  std::string Epoch(double seconds) const {
-    const double day = 8343.324203 + seconds;
-    if (kind == SECONDS) return std::to_string(day);
-    const double minute = std::floor(day / 60);
-    char clock[32];
-    std::snprintf(clock, sizeof clock, "/02:%02.0f:%09.6f", minute - 120, day - 60 * minute);
-    return (kind == UTC ? "06-APR-2025" : "0012") + std::string(clock);
-  }
-  std::string Text() const {
-    constexpr const char* KINDS[] = {"_double", "_utc", "_met"};
-    const std::string quote = kind == SECONDS ? "" : "\"";
-    std::string text = std::string("orbit_representation STR \"orbit_pool_") +
-                       (single_precision ? "float" : "double") + KINDS[kind] +
-                       "\"\norbit_interpolation STR \"" + interpolation +
-                       "\"\norbit_param_key STR \"t\"\norbit_value_key STR \"(x, y)/z\"\n" +
-                       "orbit_reference_time STR \"" + Epoch(-1.25) + "\"\n";
-    for (std::size_t c = 0; c < 4; ++c) {
-      const bool is_text = c == 3 && kind != SECONDS;
-      const std::string type = is_text ? "STR" : c < 3 && single_precision ? "FLT_6" : "FLT_15";
-      text += "xyzt"[c] + (" " + type + "_V 5\t") + std::to_string(count) + "\n{\n";
-      for (int k = 0; k < count; ++k) {
-        char number[32];
-        if (c < 3) std::snprintf(number, sizeof number, "%.17E", CIRCLE()(10.0 * k)[c]);
-        text += (c < 3 ? number : quote + Epoch(10.0 * k) + quote) + "\n";
-      }
-      text += "}\n";
-    }
-    return text;
-  }
-};
-
-/// A test with orbits out of pool files.
-class OrbitTest : public LoggedTest {
- protected:
-  void Read(SCENE_ORBIT& orbit, const std::string& text) {
-    WriteFile(directory.Path("pool"), text);
-    PARAMETER_POOL pool(directory.Path("pool").c_str());
-    orbit.read(pool);
-  }
-};
-
-/// An interpolation with its bounds for position (m), velocity (m/s) and acceleration (m/s²), in
-/// double and in single precision.
-///
-/// A parabola through three samples misses the third derivative, R w³ = 8.8e-3 m/s³: at most its
-/// 385/6, 100/6 and 10 fold. Everett's fourth order misses the sixth difference, R (10 w)^6 =
-/// 1.1e-5 m, times at most 1/200. A Chebyshev series of eighth order leaves the rounding of the
-/// samples, 1e-9 m. Single precision rounds the samples to 0.5 m, and a fit to 1e-6 of them.
-struct METHOD {
-  int id;
-  const char* text;
-  int samples;
-  double bounds[2][3];
-};
-constexpr METHOD METHODS[] = {
-    {POLYNOM_ID, "polynom", 3, {{0.6, 0.15, 0.09}, {1.2, 0.3, 0.1}}},
-    {POLYFIT_ID, "polyfit_2", 3, {{0.6, 0.15, 0.09}, {10, 2, 0.5}}},
-    {CHEBYSHEV_ID, "chebyshev_8", 9, {{2e-8, 4e-9, 8e-10}, {10, 2, 0.5}}},
-    {EVERETT_ID, "everett_4", 9, {{6e-8, 3e-8, 1e-8}, {0.6, 0.1, 0.02}}},
-};
-
-using ROW = std::pair<ORBIT_TYPE, METHOD>;
-
-/// The rows that make an orbit out of a pool.
-std::vector<ROW> PoolRows() {
-  std::vector<ROW> rows;
-  for (const ORBIT_TYPE& type : OrbitTypes()) {
-    for (const METHOD& method : METHODS) {
-      const ORBIT_FACTORY make = FindOrbitFactory(type.id, method.id);
-      if (make != nullptr && make()->IsPoolOrbit()) rows.emplace_back(type, method);
-    }
-  }
-  return rows;
-}
-
-class CatalogueTest : public OrbitTest, public testing::WithParamInterface<ROW> {
- protected:
-  CatalogueTest() {
-    std::string text = ORBIT_POOL{kind, method.text, method.samples, is_single}.Text();
-    if (type.id > 6) text.replace(text.find("orbit_pool"), 10, "orbit_mdb");
-    Read(orbit, text);
-  }
-  const ORBIT_TYPE type = GetParam().first;
-  const METHOD method = GetParam().second;
-  const TIME_KIND kind = static_cast<TIME_KIND>((type.id - 1) % 3);
-  const bool is_single = type.id < 4;
-  SCENE_ORBIT orbit;
-};
-
-TEST_P(CatalogueTest, StatesFollowTheCircle) {
-  EXPECT_NEAR(orbit.time_offset, -1.25, 1e-9);  // rounding at 8e3 s
-  for (const double part : {0.41, 0.59}) {
-    const double t = part * 10.0 * (method.samples - 1);
-    double states[3][3];
-    orbit.core->GetPosition(t, states[0]);
-    orbit.core->GetVelocity(t, states[1]);
-    orbit.core->GetAcceleration(t, states[2]);
-    for (int i = 0; i < 9; ++i) {
-      const double wanted = CIRCLE()(t, i / 3)[static_cast<std::size_t>(i % 3)];
-      EXPECT_NEAR(states[i / 3][i % 3], wanted, method.bounds[is_single ? 1 : 0][i / 3]);
-    }
-  }
-}
-
-/// Of a group's thirty entries those for seconds and for the orbit's own kind of time agree, and
-/// the others refuse.
-template <class GROUP>
-void ExpectEntriesAlike(const ORBIT_BASE& orbit, TIME_KIND kind, GROUP group) {
-  double wanted[3];
-  group(orbit, 6.25, wanted);
-  const auto expect_output = [&]<class E>(const auto& time, E) {
-    VECTOR<E> vector(0, 3);
-    E array[3];
-    group(orbit, time, vector);
-    group(orbit, time, array);
-    for (int c = 0; c < 3; ++c) {
-      EXPECT_EQ(vector.GetBase()[c], static_cast<E>(wanted[c]));
-      EXPECT_EQ(array[c], static_cast<E>(wanted[c]));
-    }
-  };
-  const auto expect = [&](const auto& time) {
-    [&](auto... elements) { (expect_output(time, elements), ...); }(0.0F, 0.0, 0.0L);
-  };
-  const auto expect_kind = [&](bool is_own, auto time) {
-    if (is_own) {
-      orbit.GetReferenceTime(time);
-      expect(time += 6.25);
-    } else {
-      EXPECT_EQ(ThrownText([&] { orbit.GetReferenceTime(time); }), "not allowed time conversion");
-      EXPECT_EQ(ThrownText([&] { group(orbit, time, wanted); }), "time operation not permitted");
-    }
-  };
-  expect(6.25F);
-  expect(6.25);
-  expect(6.25L);
-  expect_kind(kind == UTC, UNIVERSAL_TIME());
-  expect_kind(kind == MET, MISSION_ELAPSED_TIME());
-}
-
-TEST_P(CatalogueTest, AllKindsOfTimeAndOutputAgree) {
-  const auto expect_alike = [&](auto group) { ExpectEntriesAlike(*orbit.core, kind, group); };
-  expect_alike([](auto& o, const auto& t, auto& out) { o.GetPosition(t, out); });
-  expect_alike([](auto& o, const auto& t, auto& out) { o.GetVelocity(t, out); });
-  expect_alike([](auto& o, const auto& t, auto& out) { o.GetAcceleration(t, out); });
-}
-
-INSTANTIATE_TEST_SUITE_P(Rows, CatalogueTest, testing::ValuesIn(PoolRows()), [](const auto& row) {
-  return std::string(row.param.first.text) + "_" + row.param.second.text;
-});
-
-// Chebyshev orbits of the three record-file types are pool orbits, too.
-TEST(Catalogue, HasSixPoolTypesAndChebyshevAllNine) { EXPECT_EQ(PoolRows().size(), 4 * 6 + 3U); }
 
 TEST_F(OrbitTest, AnInterpolationTextHasNameOrderAndSupportPoints) {
   const std::string order_line = "ORBIT: detected poly fit order: ";
@@ -211,22 +49,6 @@ TEST_F(OrbitTest, TheOffsetIsTheReferenceTimeFromTheFirstSample) {
   }
 }
 
-// Newton's polynomial reads its nodes from the samples, which must be the copy's own.
-TEST_F(OrbitTest, ACopyOutlivesItsSource) {
-  SCENE_ORBIT copy;
-  double wanted[3];
-  {
-    SCENE_ORBIT source;
-    Read(source, ORBIT_POOL{.interpolation = "polynom_2_7"}.Text());
-    source.core->GetPosition(33.0, wanted);
-    copy = source;
-  }
-  double position[3];
-  copy.core->GetPosition(33.0, position);
-  EXPECT_TRUE(std::equal(position, position + 3, wanted));
-  EXPECT_NEAR(copy.time_offset + copy.support_point_count, -1.25 + 7, 1e-9);  // rounding at 8e3 s
-}
-
 TEST_F(OrbitTest, EpochsThatAreNoTimesAreRefused) {
   SCENE_ORBIT orbit;
   const auto damaged = [](TIME_KIND kind, const std::string& right, const char* wrong) {
@@ -236,6 +58,167 @@ TEST_F(OrbitTest, EpochsThatAreNoTimesAreRefused) {
   EXPECT_THROW(Read(orbit, damaged(UTC, "02:19:23.324203", "02")), ERROR_DATA);
   EXPECT_EQ(ThrownText([&] { Read(orbit, damaged(MET, ":23.324203", "")); }),
             "TIME: scanner: unexpected end of string");
+}
+
+/// Two records, with x = 1 + t/2, y = -2 - t and z = 3.5 - t/4 through them.
+const std::vector<RECORD_TEXTS> TWO_RECORDS = {{"1", "-2", "3.5", "5"}, {"2.0", "-4", "3", "7.0"}};
+
+/// A record file orbit; a test may change the file between the passes and an item's type.
+struct MEDDLED_ORBIT : MDB_ORBIT<double, double, POLYNOM<double>, POINT<double>> {
+  void Load(const std::string& root) {
+    SetKeys("t", "x y z", nullptr);
+    read(root.c_str(), 2, 41, 1, 7, 2001, 2, "states");
+  }
+  void Rewind() override {
+    if (loses_record) std::filesystem::resize_file((GetDirectory() + "/states").c_str(), 30);
+    MDB::Rewind();
+  }
+  bool Read() override {
+    if (!MDB::Read()) return false;
+    if (type_of_x != 0) {
+      ARRAY<RECORD_ITEM> record = GetRecord();
+      record.GetBase()[0].type = type_of_x;
+      record.GetBase()[0].duration = DURATION::FromSeconds(90000.25);
+      SetRecord(record);
+    }
+    return true;
+  }
+  double FirstX() const { return SampleY(0, 0); }
+  bool loses_record = false;
+  int type_of_x = 0;
+};
+
+TEST_F(OrbitTest, ARecordFileIsReadInTwoPassesThatMustAgree) {
+  MEDDLED_ORBIT orbit;
+  WriteRecords({});
+  TakeLog();
+  orbit.Load(directory.Path(""));
+  EXPECT_EQ(orbit.GetSampleCount(), 0);
+  EXPECT_TRUE(TakeLog().starts_with("mdb_orbit compiled without: TYPE_IS_STRING_VECTOR\n"));
+  WriteRecords(TWO_RECORDS);
+  orbit.type_of_x = RECORD_DURATION;
+  orbit.Load(directory.Path(""));
+  EXPECT_EQ(orbit.FirstX(), 90000.25);
+  orbit.type_of_x = RECORD_DURATION + 1;
+  EXPECT_EQ(ThrownText([&] { orbit.Load(directory.Path("")); }), "MDB: RECORD_ITEM: unknown type");
+  orbit.type_of_x = 0;
+  orbit.loses_record = true;
+  EXPECT_THROW(orbit.Load(directory.Path("")), ERROR_DATA);
+  EXPECT_TRUE(TakeLog().ends_with("ORBIT: mdb file was changed between open() and read()\n"));
+}
+
+TEST_F(OrbitTest, RecordsWithoutTheirEpochOrCoordinatesAreRefused) {
+  const std::string met = "0012/02:19:03.0", utc = "06-APR-2025/02:19:03.0";
+  SCENE_ORBIT orbit;
+  const auto read = [&](TIME_KIND kind, const RECORD_TEXTS& record) {
+    WriteRecords({record});
+    Read(orbit, ORBIT_POOL{kind, "polynom", 1, "mdb_double"}.Text());
+  };
+  using CASE = std::tuple<TIME_KIND, RECORD_TEXTS, const char*>;
+  for (const auto& [kind, record, text] :
+       {CASE{SECONDS, {"1", "2", "3", met}, "can not cast from MET to double"},
+        CASE{SECONDS, {"1", "2", "3", utc}, "can not cast from UTC to double"},
+        CASE{UTC, {"1", met, "3", utc}, "can not cast from MET to double"},
+        CASE{MET, {"1", "2", utc, met}, "can not cast from UTC to double"}}) {
+    EXPECT_EQ(ThrownText([&, k = kind, &r = record] { read(k, r); }), text);
+  }
+  // The epoch of an item of another type is the empty one.
+  EXPECT_THROW(read(UTC, {"1", "2", "3", "5.0"}), ERROR_ARGUMENT);
+  EXPECT_THROW(read(MET, {"1", "2", "3", utc}), ERROR_ARGUMENT);
+  WriteRecords(TWO_RECORDS);
+  std::string text = ORBIT_POOL{.source = "mdb_double"}.Text();
+  text.replace(text.find("y)/z"), 4, "y)/q");
+  EXPECT_EQ(ThrownText([&] { Read(orbit, text); }),
+            "MDB: RECORD_ITEM: can not find key_name in record");
+}
+
+TEST_F(OrbitTest, GivesAndSavesItsSamples) {
+  WriteRecords(TWO_RECORDS);
+  SCENE_ORBIT orbit;
+  Read(orbit, ORBIT_POOL{SECONDS, "polynom", 2, "mdb_double"}.Text());
+  const ORBIT_BASE& core = *orbit.core;
+  double time = 0, seconds = 0;
+  core.GetSampleTime(1, time);
+  core.GetRelativeSampleTime(1, seconds);
+  EXPECT_EQ(time, 7);
+  EXPECT_EQ(seconds, 2);
+  const auto expect = [](auto get, const TRIPLE& wanted) {
+    TRIPLE array;
+    VECTOR<double> vector(1, 3);
+    get(array.data());
+    get(vector);
+    EXPECT_EQ(array, wanted);
+    EXPECT_TRUE(std::equal(wanted.begin(), wanted.end(), vector.GetElementBase(0)));
+    float untouched[3] = {9, 9, 9};
+    get(untouched);
+    EXPECT_EQ(untouched[0], 9);
+  };
+  expect([&](auto&& out) { core.GetSample(1, out); }, {2, -4, 3});
+  expect([&](auto&& out) { core.GetSampleVelocity(1, out); }, {0.5, -1, -0.25});
+  expect([&](auto&& out) { core.GetSampleAcceleration(1, out); }, {0, 0, 0});
+  TakeLog();
+  EXPECT_THROW(core.GetSampleTime(2, time), ERROR_ARGUMENT);
+  EXPECT_EQ(TakeLog(), "ORBIT: there is no sample 2 of coordinate 0\n");
+  const std::string file = directory.Path("curve");
+  using CASE = std::tuple<int, double, double, std::string, std::string>;
+  const std::string at_0 = "0.000000000000000e+00 1.000000000000000e+00\n";
+  const std::string at_1 = "1.000000000000000e+00 1.500000000000000e+00\n";
+  const std::string at_2 = "2.000000000000000e+00 2.000000000000000e+00\n";
+  for (const auto& [count, start, end, curve, points] :
+       {CASE{3, 0, 2, at_0 + at_1 + at_2, at_0 + at_2}, CASE{2, 2, 1, at_2 + at_1, ""},
+        CASE{1, 1, 2, at_1, at_2}, CASE{0, 0, 1, "", at_0}}) {
+    core.SavePolynomial(file.c_str(), 0, count, start, end);
+    EXPECT_EQ(ReadFile(file), curve);
+    EXPECT_EQ(ReadFile(file + ".pkt"), points);
+  }
+  std::filesystem::create_directory(directory.Path("a.pkt"));
+  for (const auto& [name, failing] : {std::pair{"none/a", "none/a"}, {"a", "a.pkt"}}) {
+    EXPECT_THROW(core.SavePolynomial(directory.Path(name).c_str(), 0, 2, 0.0, 1.0),
+                 ERROR_CAN_NOT_CREATE_FILE);
+    EXPECT_EQ(TakeLog(),
+              "ORBIT::SavePolynomial() can not create file: " + directory.Path(failing) + "\n");
+  }
+}
+
+// A fit of order 0 is the mean.
+TEST_F(OrbitTest, PrintsSamplesBesideTheCurve) {
+  WriteRecords(TWO_RECORDS);
+  SCENE_ORBIT orbit;
+  Read(orbit, ORBIT_POOL{SECONDS, "polyfit_0", 2, "mdb_double"}.Text());
+  TakeLog();
+  orbit.core->Print(INFO, "states");
+  std::string table = TakeLog();
+  std::erase(table, ' ');
+  const std::string rule = table.substr(7, table.find('|') - 7);
+  EXPECT_EQ(table, "states\n" + rule +
+                       "|t[s]|x[m]|y[m]|z[m]|ix[m]|iy[m]|iz[m]|dx[m]|dy[m]|dz[m]|\n" + rule +
+                       "|0.000000|1.000000e+00|-2.000000e+00|3.500000e+00|1.500000e+00|-3.000000e+"
+                       "00|3.250000e+00"
+                       "|-5.000000e-01|1.000000e+00|2.500000e-01|\n"
+                       "|2.000000|2.000000e+00|-4.000000e+00|3.000000e+00|1.500000e+00|-3.000000e+"
+                       "00|3.250000e+00"
+                       "|5.000000e-01|-1.000000e+00|-2.500000e-01|\n" +
+                       rule);
+}
+
+TEST_F(OrbitTest, ABareOrbitSplitsItsKeysAndDoesNothing) {
+  ORBIT_BASE orbit;
+  for (const auto& [keys, count] : {std::pair{"x, y,z", 3}, {"(x)(y)", 2}, {"", 0}, {nullptr, 0}}) {
+    orbit.SetKeys("t", keys, keys);
+    EXPECT_EQ(orbit.GetCoordinateCount(), count);
+    EXPECT_EQ(orbit.GetVelocityCoordinateCount(), count);
+  }
+  TRIPLE out = {4, 5, 6};
+  orbit.GetPosition(1.0, out.data());
+  orbit.GetVelocity(UNIVERSAL_TIME(), out.data());
+  orbit.GetSample(0, out.data());
+  EXPECT_EQ(out, (TRIPLE{4, 5, 6}));
+  orbit.GetReferenceTime(out[0]);
+  EXPECT_EQ(out[0], 0);
+  EXPECT_EQ(orbit.GetSampleCount(), 0);
+  EXPECT_FALSE(orbit.IsPoolOrbit() || orbit.IsMdbOrbit());
+  orbit.Print(INFO, "title");
+  EXPECT_EQ(TakeLog(), "ORBIT_BASE: title\n");
 }
 
 }  // namespace
