@@ -170,6 +170,36 @@ void SAMPLED_ORBIT<T, S>::GetSampleAccelerationInto(int index, OUTPUT&& result) 
   }
 }
 
+#define VARNOTH_DEFINE(TIME)                                     \
+  template <class T, class S>                                    \
+  void SAMPLED_ORBIT<T, S>::GetReferenceTime(TIME& time) const { \
+    GiveReferenceTime(time);                                     \
+  }
+VARNOTH_DEFINE(UNIVERSAL_TIME)
+VARNOTH_DEFINE(MISSION_ELAPSED_TIME)
+VARNOTH_DEFINE(double)
+#undef VARNOTH_DEFINE
+
+#define VARNOTH_DEFINE(GROUP, TIME, OUTPUT)                                \
+  template <class T, class S>                                              \
+  void SAMPLED_ORBIT<T, S>::GROUP(const TIME& time, OUTPUT result) const { \
+    Fill(DERIVATIVE_OF_##GROUP, SecondsOf(time), result);                  \
+  }
+VARNOTH_EVALUATION_ENTRIES(VARNOTH_DEFINE, GetPosition)
+VARNOTH_EVALUATION_ENTRIES(VARNOTH_DEFINE, GetVelocity)
+VARNOTH_EVALUATION_ENTRIES(VARNOTH_DEFINE, GetAcceleration)
+#undef VARNOTH_DEFINE
+
+#define VARNOTH_DEFINE(OPERATION, OUTPUT)                               \
+  template <class T, class S>                                           \
+  void SAMPLED_ORBIT<T, S>::OPERATION(int index, OUTPUT result) const { \
+    OPERATION##Into(index, result);                                     \
+  }
+VARNOTH_DEFINE(GetSampleTime, UNIVERSAL_TIME&)
+VARNOTH_DEFINE(GetSampleTime, MISSION_ELAPSED_TIME&)
+VARNOTH_SAMPLE_ENTRIES(VARNOTH_DEFINE)
+#undef VARNOTH_DEFINE
+
 template <class T, class S>
 void SAMPLED_ORBIT<T, S>::SavePolynomial(const char* file, int coordinate, int count, double start,
                                          double end) const {

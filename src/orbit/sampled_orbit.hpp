@@ -16,9 +16,9 @@ template <class T, class S>
 class SAMPLED_ORBIT : public ORBIT_BASE {
  public:
   /// Time of the first sample.
-  void GetReferenceTime(UNIVERSAL_TIME& time) const override { GiveReferenceTime(time); }
-  void GetReferenceTime(MISSION_ELAPSED_TIME& time) const override { GiveReferenceTime(time); }
-  void GetReferenceTime(double& time) const override { GiveReferenceTime(time); }
+  void GetReferenceTime(UNIVERSAL_TIME& time) const override;
+  void GetReferenceTime(MISSION_ELAPSED_TIME& time) const override;
+  void GetReferenceTime(double& time) const override;
   void SetReferenceTime(const UNIVERSAL_TIME& time) override { TakeReferenceTime(time); }
   void SetReferenceTime(const MISSION_ELAPSED_TIME& time) override { TakeReferenceTime(time); }
   void SetReferenceTime(double time) requires std::is_same_v<S, double> { TakeReferenceTime(time); }
@@ -27,29 +27,22 @@ class SAMPLED_ORBIT : public ORBIT_BASE {
   /// time is seconds from the reference time. A VECTOR takes GetCoordinateCount() elements and must
   /// have that many, a raw array exactly three, whatever the orbit has; ERROR_ARGUMENT otherwise.
   /// Nothing is allocated.
-#define VARNOTH_DEFINE(GROUP, TIME, OUTPUT)                    \
-  void GROUP(const TIME& time, OUTPUT result) const override { \
-    Fill(DERIVATIVE_OF_##GROUP, SecondsOf(time), result);      \
-  }
-  VARNOTH_EVALUATION_ENTRIES(VARNOTH_DEFINE, GetPosition)
-  VARNOTH_EVALUATION_ENTRIES(VARNOTH_DEFINE, GetVelocity)
-  VARNOTH_EVALUATION_ENTRIES(VARNOTH_DEFINE, GetAcceleration)
-#undef VARNOTH_DEFINE
+#define VARNOTH_DECLARE(GROUP, TIME, OUTPUT) \
+  void GROUP(const TIME& time, OUTPUT result) const override;
+  VARNOTH_EVALUATION_ENTRIES(VARNOTH_DECLARE, GetPosition)
+  VARNOTH_EVALUATION_ENTRIES(VARNOTH_DECLARE, GetVelocity)
+  VARNOTH_EVALUATION_ENTRIES(VARNOTH_DECLARE, GetAcceleration)
+#undef VARNOTH_DECLARE
 
   /// What stands at a sample: its absolute time, its seconds from the reference time, its values,
   /// and the derivatives there. Of each three element types only that of T has an effect. Values
   /// take GetCoordinateCount() elements, derivatives in a raw array three. Throws ERROR_ARGUMENT
   /// for an index that is no sample's.
-  void GetSampleTime(int index, UNIVERSAL_TIME& time) const override {
-    GetSampleTimeInto(index, time);
-  }
-  void GetSampleTime(int index, MISSION_ELAPSED_TIME& time) const override {
-    GetSampleTimeInto(index, time);
-  }
-#define VARNOTH_DEFINE(OPERATION, OUTPUT) \
-  void OPERATION(int index, OUTPUT result) const override { OPERATION##Into(index, result); }
-  VARNOTH_SAMPLE_ENTRIES(VARNOTH_DEFINE)
-#undef VARNOTH_DEFINE
+  void GetSampleTime(int index, UNIVERSAL_TIME& time) const override;
+  void GetSampleTime(int index, MISSION_ELAPSED_TIME& time) const override;
+#define VARNOTH_DECLARE(OPERATION, OUTPUT) void OPERATION(int index, OUTPUT result) const override;
+  VARNOTH_SAMPLE_ENTRIES(VARNOTH_DECLARE)
+#undef VARNOTH_DECLARE
 
   using ORBIT_BASE::SavePolynomial;
   /// Writes `count` values of a coordinate's curve from `start` to `end` (seconds from the
