@@ -95,16 +95,12 @@ class ENUM_BASE {
   /// The same, blind to blanks, "-" and "_": "slant range" and "SLANTRANGE" are one.
   void SetTolerant(const STRING& wanted, bool case_sensitive = false);
 
+  STRING text;  ///< copied ahead of the id, which then stands as well where memory runs out
   std::int32_t id = 1;
-  STRING text;
 
  protected:
   ENUM_BASE(const ENUM_BASE&) = default;
-  ENUM_BASE& operator=(const ENUM_BASE& other) {
-    text = other.text;  // which may fail, and then the id stands as well
-    id = other.id;
-    return *this;
-  }
+  ENUM_BASE& operator=(const ENUM_BASE&) = default;
 
   virtual const ENUM_TABLE& Table() const;
 };
