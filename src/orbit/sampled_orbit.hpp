@@ -38,8 +38,8 @@ class SAMPLED_ORBIT : public ORBIT_BASE {
   /// and the derivatives there. Of each three element types only that of T has an effect. Values
   /// take GetCoordinateCount() elements, derivatives in a raw array three. Throws ERROR_ARGUMENT
   /// for an index that is no sample's.
-  void GetSampleTime(int index, UNIVERSAL_TIME& time) const override;
-  void GetSampleTime(int index, MISSION_ELAPSED_TIME& time) const override;
+  void GetSampleTime(int index, UNIVERSAL_TIME& result) const override;
+  void GetSampleTime(int index, MISSION_ELAPSED_TIME& result) const override;
 #define VARNOTH_DECLARE(OPERATION, OUTPUT) void OPERATION(int index, OUTPUT result) const override;
   VARNOTH_SAMPLE_ENTRIES(VARNOTH_DECLARE)
 #undef VARNOTH_DECLARE
