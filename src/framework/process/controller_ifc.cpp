@@ -73,8 +73,7 @@ void CONTROLLER_IFC::init(int count, char** arguments, bool supervise) {
   }
   TakeLogLevels();
   ObeyStopFile();
-  unlink(ok_file.c_str());
-  WriteStatusFile(error_file, 1);
+  set_failure_mark();
 }
 
 void CONTROLLER_IFC::TakeNames() {
@@ -231,9 +230,13 @@ int CONTROLLER_IFC::mark_ok() {
 
 int CONTROLLER_IFC::mark_error() {
   close_config();
+  set_failure_mark();
+  return 1;
+}
+
+void CONTROLLER_IFC::set_failure_mark() {
   unlink(ok_file.c_str());
   WriteStatusFile(error_file, 1);
-  return 1;
 }
 
 void CONTROLLER_IFC::exit_ok() { std::exit(mark_ok()); }

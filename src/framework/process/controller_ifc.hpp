@@ -50,6 +50,8 @@ class CONTROLLER_IFC {
   /// The same without ending the process; gives that status.
   int mark_ok();
   int mark_error();
+  /// Sets the failure mark by system calls alone, so that a signal handler may.
+  void set_failure_mark();
   void remove_error_file();
   /// Safe on a closed file.
   void close_config() { config_file.reset(); }

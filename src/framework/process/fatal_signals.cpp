@@ -1,5 +1,7 @@
 #include "framework/process/fatal_signals.hpp"
 
+#include <unistd.h>
+
 #include <csignal>
 #include <cstdlib>
 
@@ -56,7 +58,26 @@ const char* SignalText(int number) {
   return text != nullptr ? text : "";
 }
 
+/// The log's lines, and the exit behind them, need more than a minimal stack.
+constexpr std::size_t STACK_SIZE = 65536;
+alignas(16) char alternate_stack[STACK_SIZE];
+
+/// Ends the process in a second, by the default action of the alarm, if the handler does not: the
+/// signal may have interrupted the allocator, whose lock then never opens, or the screen may be a
+/// pipe that nobody reads.
+void GuardAgainstHanging() {
+  std::signal(SIGALRM, SIG_DFL);
+  sigset_t alarm_alone;
+  sigemptyset(&alarm_alone);
+  sigaddset(&alarm_alone, SIGALRM);
+  sigprocmask(SIG_UNBLOCK, &alarm_alone, nullptr);
+  alarm(1);
+}
+
 void HandleFatalSignal(int number) {
+  GuardAgainstHanging();
+  // Ahead of the lines, which may not come to their end.
+  if (controller_in_use != nullptr) controller_in_use->set_failure_mark();
   const char* const text = SignalText(number);
   GlobalLog.set(ALARM) << "got fatal signal " << number << ": " << text << "\n";
   if (controller_in_use == nullptr) std::exit(-1);
@@ -71,7 +92,18 @@ void HandleFatalSignal(int number) {
 
 void install_signal_handlers(CONTROLLER_IFC* controller) {
   controller_in_use = controller;
-  for (const int number : CAUGHT) std::signal(number, HandleFatalSignal);
+  // A stack that has overflown takes no handler.
+  stack_t stack{};
+  stack.ss_sp = alternate_stack;
+  stack.ss_size = STACK_SIZE;
+  sigaltstack(&stack, nullptr);
+  struct sigaction action {};
+  action.sa_handler = HandleFatalSignal;
+  action.sa_flags = SA_RESTART | SA_ONSTACK;
+  // One death at a time: what else arrives must not tell of itself in the middle of a line. A fault
+  // of the handler's own ends the process at once.
+  sigfillset(&action.sa_mask);
+  for (const int number : CAUGHT) sigaction(number, &action, nullptr);
 }
 
 }  // namespace varnoth

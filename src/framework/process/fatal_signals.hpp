@@ -10,7 +10,8 @@ class CONTROLLER_IFC;
 /// exception, bus error, segmentation violation, bad system call, termination, urgent socket
 /// condition, CPU and file size limits; everything else keeps its default action.
 ///
-/// The handler uses the log and stdio, which no handler safely may: the process is lost anyway.
+/// The handler uses the log and stdio, which no handler safely may: the process is lost anyway. It
+/// sets the mark first, and an alarm ends what hangs within a second.
 void install_signal_handlers(CONTROLLER_IFC* controller);
 
 }  // namespace varnoth
