@@ -62,10 +62,14 @@ std::string ReadWord() {
 
 void CONTROLLER_IFC::init(int count, char** arguments, bool supervise) {
   supervised = supervise;
-  install_signal_handlers(this);
-  argc = count;
-  argv = arguments;
-  TakeNames();
+  {
+    // A death in between could not be marked: the marks have no names yet.
+    const HELD_SIGNALS held;
+    install_signal_handlers(this);
+    argc = count;
+    argv = arguments;
+    TakeNames();
+  }
   config_file.reset(std::fopen(config_file_name.c_str(), "re"));
   MoveLog();
   if (config_file == nullptr) {

@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include <csignal>
 #include <cstdlib>
 
 #include "framework/log/log.hpp"
@@ -89,6 +88,12 @@ void HandleFatalSignal(int number) {
 }
 
 }  // namespace
+
+HELD_SIGNALS::HELD_SIGNALS() {
+  sigset_t all;
+  sigfillset(&all);
+  sigprocmask(SIG_BLOCK, &all, &former);
+}
 
 void install_signal_handlers(CONTROLLER_IFC* controller) {
   controller_in_use = controller;

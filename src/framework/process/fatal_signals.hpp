@@ -1,5 +1,7 @@
 #pragma once
 
+#include <csignal>
+
 namespace varnoth {
 
 class CONTROLLER_IFC;
@@ -13,5 +15,17 @@ class CONTROLLER_IFC;
 /// The handler uses the log and stdio, which no handler safely may: the process is lost anyway. It
 /// sets the mark first, and an alarm ends what hangs within a second.
 void install_signal_handlers(CONTROLLER_IFC* controller);
+
+/// Holds all signals of its scope; they arrive at its end.
+class HELD_SIGNALS {
+ public:
+  HELD_SIGNALS();
+  ~HELD_SIGNALS() { sigprocmask(SIG_SETMASK, &former, nullptr); }
+  HELD_SIGNALS(const HELD_SIGNALS&) = delete;
+  HELD_SIGNALS& operator=(const HELD_SIGNALS&) = delete;
+
+ private:
+  sigset_t former{};
+};
 
 }  // namespace varnoth

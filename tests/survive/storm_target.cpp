@@ -1,0 +1,34 @@
+// A program that does little but log and allocate, to be hit by signals: a handler is most likely to
+// interrupt the allocator or the C library's streams here. With the argument -overflow it runs out
+// of stack.
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "framework/log/log.hpp"
+#include "framework/process/controller_ifc.hpp"
+
+namespace {
+
+int Overflow(int depth) {
+  if (depth < 0) return 0;
+  volatile char page[4096];
+  page[0] = static_cast<char>(depth);
+  return Overflow(depth + 1) + page[0];
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  using namespace varnoth;
+  CONTROLLER_IFC controller;
+  controller.init(argc, argv, true);
+  if (argc > 1 && std::strcmp(argv[1], "-overflow") == 0) return Overflow(0);
+  std::vector<std::string> texts(64);
+  for (std::size_t i = 0;; ++i) {
+    texts[i % texts.size()] = std::string(i * 37 % 5000, 'x');
+    GlobalLog.printf_line(INFO, "%zu", i);
+    GlobalLog.set(INFO) << "piece " << 0.5 << "\n";
+  }
+}

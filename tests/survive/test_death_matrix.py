@@ -1,0 +1,143 @@
+"""Every way to die that a pool, a file, a limit or the screen can bring about. The marks tell the
+truth, and the end of the log names the reason."""
+
+import os
+import resource
+import subprocess
+from collections import Counter
+
+import pytest
+
+from varnoth_run import BINARY, Pair, Run, arguments, run
+
+FAILED = "ZOD_MSG|ERROR|Varnoth Estimations terminated with error!"
+NOT_NEEDED = {("slave", "ellipsoid_parameters")} | {
+    (scene, key) for scene in ("master", "slave") for key in ("center_longitude", "center_latitude")}
+
+
+def expect_truth(done):
+    """The success mark with status 0, else the failure mark and a reason at the log's end."""
+    no_mark = "WARN  : varnoth : Can not create file ERROR.varnoth!" in done.log
+    assert done.marks == ({"OK": "0"} if done.status == 0 else {} if no_mark else {"ERROR": "1"})
+    if done.status == 1:
+        assert done.alarms[-1] == FAILED and len(done.alarms) > 1 or "signal" in done.alarms[-1]
+
+
+KEYS = [(name, key) for name in ("master", "slave", "insar") for key in getattr(Pair(), name)]
+
+
+@pytest.mark.parametrize("name, key", KEYS)
+@pytest.mark.parametrize("fault", ["missing", "mistyped", "of no type"])
+def test_each_key(tmp_path, name, key, fault):
+    pair = Pair()
+    entries = getattr(pair, name)
+    kind, value = entries[key]
+    if fault == "missing":
+        del entries[key]
+    else:
+        wrong = "FLT_15" if kind == "STR" else "STR"
+        entries[key] = (wrong if fault == "mistyped" else kind.lower(), value)
+    done = run(pair.write(tmp_path), stdin=subprocess.DEVNULL)
+    expect_truth(done)
+    assert done.status == (0 if (name, key) in NOT_NEEDED else 1)
+    if done.status == 1:
+        assert f">> {key} <<" in done.alarms[0]
+
+
+POOLS = ["master.pool", "slave.pool", "insar.pool", "log.pool"]
+
+
+@pytest.mark.parametrize("pool", POOLS)
+@pytest.mark.parametrize("kind", ["directory", "pipe", "in no directory", "forbidden", "dangling"])
+def test_each_pool_that_is_no_readable_file(ready, pool, kind):
+    path = ready / pool
+    path.unlink(missing_ok=True)
+    options = {}
+    if kind == "directory":
+        path.mkdir()
+    elif kind == "pipe":
+        os.mkfifo(path)
+    elif kind == "dangling":
+        path.symlink_to("no/such/place")
+    elif kind == "forbidden":
+        ready.chmod(0o777)
+        for other in ready.iterdir():
+            other.chmod(0o666)
+        path.write_text("")
+        path.chmod(0)
+        if os.getuid() == 0:
+            options["preexec_fn"] = lambda: os.setuid(65534)
+    else:
+        key = {"master": "MasterPar", "slave": "SlavePar", "insar": "ParameterPool", "log": "log_pp"}
+        options["words"] = arguments(**{key[pool.split(".")[0]]: "no/such/" + pool})
+    done = run(ready, **options)
+    expect_truth(done)
+    assert done.status == 1 and pool in " ".join(done.alarms)
+
+
+@pytest.mark.parametrize("place", [".", "state"])
+def test_a_directory_that_takes_no_file(ready, place):
+    """Without a log there is nothing but the exit status; without a mark there is the log."""
+    (ready / "state").mkdir()
+    ready.chmod(0o777)
+    (ready / place).chmod(0o555)
+    drop = {"preexec_fn": lambda: os.setuid(65534)} if os.getuid() == 0 else {}
+    done = run(ready, arguments(status="state"), **drop)
+    assert done.marks == {}
+    if place == ".":
+        assert done.status == 255 and "can not open logging file" in done.screen
+    else:
+        assert done.status == 1 and list((ready / "state").iterdir()) == []
+        assert done.levels("WARN ")[-1] == "Can not create file state/ERROR.varnoth!"
+
+
+LIMITS = [(resource.RLIMIT_NOFILE, n) for n in range(3, 16)]
+LIMITS += [(resource.RLIMIT_AS, n << 17) for n in range(8, 120, 4)]
+LIMITS += [(resource.RLIMIT_STACK, n << 12) for n in range(1, 40, 6)]
+
+
+def test_limits_of_files_memory_and_stack(tmp_path):
+    seen = Counter()
+    for number, (limit, value) in enumerate(LIMITS):
+        directory = tmp_path / str(number)
+        directory.mkdir()
+        Pair().write(directory)
+        done = run(directory, preexec_fn=lambda k=limit, v=value: resource.setrlimit(k, (v, v)))
+        seen[done.status] += 1
+        if (directory / "log.varnoth").exists() and done.status in (0, 1):
+            expect_truth(done)
+        else:  # ended by the loader or the kernel, or without a log
+            assert "OK" not in done.marks, (limit, value, done)
+    print(f"\nlimits: exit statuses {dict(seen)}")
+    assert seen[0] and seen[1]
+
+
+def test_limit_of_the_cpu(ready, pair):
+    """A Hermite polynomial through many samples takes minutes."""
+    for scene in (pair.master, pair.slave):
+        scene["orbit_interpolation"] = ("STR", "hermite")
+        scene["orbit_velocity_key"] = ("STR", "orbit_x, orbit_y, orbit_z")
+        for key in ("orbit_epoch", "orbit_x", "orbit_y", "orbit_z"):
+            scene[key] = ("FLT_15_V", [1000.0 + i for i in range(150)])
+    pair.insar["master_first_az_time"] = pair.insar["slave_first_az_time"] = ("FLT_15", 1005.5)
+    done = run(pair.write(ready),
+               preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_CPU, (1, 3)))
+    expect_truth(done)
+    assert "got fatal signal 24: exceeded cpu limit" in done.alarms
+
+
+def test_screen_that_is_full(ready):
+    with open("/dev/full", "wb") as full:
+        status = subprocess.run([BINARY, *arguments()], cwd=ready, stdout=full, check=False,
+                                timeout=20).returncode
+    expect_truth(Run(ready, status, "", ""))
+    assert status == 0
+
+
+def test_screen_that_nobody_reads(ready):
+    reader, writer = os.pipe()
+    os.close(reader)
+    status = subprocess.run([BINARY, *arguments()], cwd=ready, stdout=writer, check=False,
+                            timeout=20).returncode
+    os.close(writer)
+    assert (status, Run(ready, 0, "", "").marks) == (-13, {"ERROR": "1"})
