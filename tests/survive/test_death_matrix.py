@@ -135,9 +135,11 @@ def test_screen_that_is_full(ready):
 
 
 def test_screen_that_nobody_reads(ready):
+    """The signal of a broken pipe is not caught; the failure mark of the start stands."""
     reader, writer = os.pipe()
     os.close(reader)
-    status = subprocess.run([BINARY, *arguments()], cwd=ready, stdout=writer, check=False,
+    words = arguments(lsl="ALARM", MasterPar="no/such.pool")
+    status = subprocess.run([BINARY, *words], cwd=ready, stdout=writer, check=False,
                             timeout=20).returncode
     os.close(writer)
     assert (status, Run(ready, 0, "", "").marks) == (-13, {"ERROR": "1"})
