@@ -138,8 +138,8 @@ def test_screen_that_nobody_reads(ready):
     """The signal of a broken pipe is not caught; the failure mark of the start stands."""
     reader, writer = os.pipe()
     os.close(reader)
-    (ready / "pcf.varnoth").touch()  # its lack would be told before the screen is quiet
-    words = arguments(lsl="ALARM", MasterPar="no/such.pool")
+    (ready / "own.cfg").touch()  # its lack would be told before the screen is quiet
+    words = arguments(pcf="own.cfg", lsl="ALARM", MasterPar="no/such.pool")
     status = subprocess.run([BINARY, *words], cwd=ready, stdout=writer, check=False,
                             timeout=20).returncode
     os.close(writer)
