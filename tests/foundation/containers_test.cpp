@@ -106,6 +106,8 @@ TEST(Vector, OperandsThatDoNotFitThrowTheNameOfTheOperator) {
   EXPECT_EQ(ThrownText([&] { three -= two; }), "VECTOR operator -= : " + end);
   EXPECT_EQ(ThrownText([&] { DotProduct(three, two); }), "DotProduct: " + end);
   EXPECT_EQ(ThrownText([&] { three /= -0.0; }), "VECTOR operator /= : division by 0.0");
+  EXPECT_EQ(ThrownText([&] { CrossProduct(three, two, three); }),
+            "CrossProduct: vector a has not dimension of 3");
   EXPECT_EQ(ThrownText([&] { CrossProduct(three, three, two); }),
             "CrossProduct: vector b has not dimension of 3");
 }
