@@ -10,19 +10,20 @@
 namespace varnoth {
 
 template <class T, class I, class P>
-void LOCAL_INTERPOLATION<T, I, P>::CheckSeries(const ARRAY<P>& series) const {
-  this->NeedSamples(series, "LOCAL_INTERPOLATION");
+const P* LOCAL_INTERPOLATION<T, I, P>::SamplesOf(const ARRAY<P>& series) const {
+  const P* const p = series.GetElementBase(0);
+  if (p == nullptr) RefuseSeries("LOCAL_INTERPOLATION", "there are no samples.");
   if (support_point_count < 1) {
     GlobalLog.set(ALARM) << "LOCAL_INTERPOLATION: no piece has " << support_point_count
                          << " support points.\n";
     throw INVALID_PARAMETER_VALUE();
   }
-  const P* const p = series.GetElementBase(0);
   for (int i = 1; i < series.GetLength(); ++i) {
     if (!std::isgreaterequal(p[i].x, p[i - 1].x)) {
       RefuseSeries("LOCAL_INTERPOLATION", "the abscissae decrease.");
     }
   }
+  return p;
 }
 
 template <class T, class I, class P>
@@ -39,7 +40,7 @@ T LOCAL_INTERPOLATION<T, I, P>::EndOfPiece(const ARRAY<P>& series, int k) const 
 
 template <class T, class I, class P>
 void LOCAL_INTERPOLATION<T, I, P>::Build(const ARRAY<P>& series, bool quiet) {
-  CheckSeries(series);
+  const P* const samples = SamplesOf(series);
   const int n = series.GetLength();
   if (support_point_count > n) {
     GlobalLog.set(WARNING) << "LOCAL_INTERPOLATION: change support_point_count from "
@@ -54,7 +55,7 @@ void LOCAL_INTERPOLATION<T, I, P>::Build(const ARRAY<P>& series, bool quiet) {
   POLY_REF<T, I, P>* const piece = pieces.GetBase();
   for (int k = 0; k < shape.Count(); ++k) {
     piece[k].support.Attach(series, RANGE<int>(0, c), k);
-    piece[k].t_start = k == 0 ? series.GetElementBase(0)->x : piece[k - 1].t_stop;
+    piece[k].t_start = k == 0 ? samples[0].x : piece[k - 1].t_stop;
     piece[k].t_stop = EndOfPiece(series, k);
     if (quiet) continue;
     GlobalLog.set(PARAMETER) << "idx_start=" << k << " idx_stop=" << k + c - 1

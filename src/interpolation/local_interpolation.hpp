@@ -45,7 +45,8 @@ class LOCAL_INTERPOLATION : public INTERPOLATION<T, P> {
 
  private:
   void Build(const ARRAY<P>& series, bool quiet);
-  void CheckSeries(const ARRAY<P>& series) const;
+  /// The samples of a series that can be cut into pieces; throws for another.
+  const P* SamplesOf(const ARRAY<P>& series) const;
   T EndOfPiece(const ARRAY<P>& series, int k) const;
   const I& PieceAt(T x) const;
 
