@@ -20,7 +20,7 @@ void CheckOutput(int wanted, int given) {
 /// A text file for a curve; numbers in scientific notation with 15 digits.
 class CURVE_FILE {
  public:
-  explicit CURVE_FILE(const STRING& name) : file(std::fopen(name.c_str(), "we")) {
+  explicit CURVE_FILE(const STRING& name) : file(OpenFile(name.c_str(), "we")) {
     if (file != nullptr) return;
     GlobalLog.set(ALARM) << "ORBIT::SavePolynomial() can not create file: " << name << "\n";
     throw ERROR_CAN_NOT_CREATE_FILE();

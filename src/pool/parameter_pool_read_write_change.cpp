@@ -4,9 +4,10 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <exception>
+
+#include "framework/log/temporary_file.hpp"
 
 namespace varnoth {
 
@@ -77,19 +78,16 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::update() {
     }
   } const closer{*this};
 
-  std::string temporary_name = TemporaryPattern(file_name.c_str());
-  const int descriptor = mkstemp(temporary_name.data());
-  if (descriptor < 0) {
-    LogSystemError(errno);
-  } else {
-    ::close(descriptor);
-  }
+  const std::string pattern = TemporaryPattern(file_name.c_str());
+  const std::string created = CreateUniqueFile(pattern);
+  if (created.empty()) LogSystemError(errno);
+  const std::string temporary_name = created.empty() ? pattern : created;
   {
     GlobalLog.set(DEBUG) << "open pool: " << temporary_name << "\n";
     POOL_STREAM temporary;
-    // Without mkstemp's file there is nothing that could be opened without following what somebody
+    // Without that file there is nothing that could be opened without following what somebody
     // else put there.
-    if (descriptor < 0 || !temporary.Open(temporary_name.c_str(), POOL_STREAM::MODE::READ_WRITE)) {
+    if (created.empty() || !temporary.Open(temporary_name.c_str(), POOL_STREAM::MODE::READ_WRITE)) {
       GlobalLog.set(ALARM) << "can not open parameter file " << temporary_name << "\n";
       GlobalLog.set(ALARM) << "no permission to change pool file: " << file_name << "\n";
       throw NO_UPDATE_PERMISSION_FOR_POOL();

@@ -6,19 +6,13 @@
 
 #include <cerrno>
 
+#include "framework/log/restarted.hpp"
+
 namespace varnoth {
 
 namespace {
 
 constexpr unsigned char END_BYTE = 0xFF;
-
-/// Repeats a system call that a signal interrupted.
-template <class CALL>
-auto Restarted(CALL call) {
-  auto result = call();
-  while (result < 0 && errno == EINTR) result = call();
-  return result;
-}
 
 }  // namespace
 

@@ -208,7 +208,7 @@ bool LOG::open_file(const char* path, const char* prefix_word, int screen, int f
   current_level = TRACE;
   start_time = std::time(nullptr);
   file.reset();
-  file.reset(std::fopen(path, "ae"));
+  file = OpenFile(path, "ae");
   if (file == nullptr) {
     ScreenFailure(prefix, "can not open logging file: ", path);
     return false;
@@ -223,7 +223,7 @@ void LOG::change_file(const char* path) {
   if (had_file && IsFile(file.get(), path)) return;  // it would be copied into itself
   const std::string old_path = file_path;
   file.reset();
-  file.reset(std::fopen(path, "ae"));
+  file = OpenFile(path, "ae");
   if (file == nullptr) {
     ScreenFailure(prefix, " can not open logging file: ", path);
     std::exit(-1);
@@ -231,7 +231,7 @@ void LOG::change_file(const char* path) {
   file_path = path;
   if (!had_file) return;
 
-  const OWNED_FILE old(std::fopen(old_path.c_str(), "re"));
+  const OWNED_FILE old = OpenFile(old_path.c_str(), "re");
   if (old == nullptr || !AppendContent(old.get(), file.get())) {
     ScreenFailure(prefix, " can not reopen tmp logging file: ", old_path);
     return;

@@ -4,20 +4,29 @@
 
 #include <cstdlib>
 
+#include "framework/log/restarted.hpp"
+
 namespace varnoth {
 
 namespace {
 
 std::string CreateIn(std::string directory, const char* prefix) {
   while (directory.size() > 1 && directory.back() == '/') directory.pop_back();
-  std::string path = directory + "/" + prefix + "XXXXXX";
-  const int descriptor = mkstemp(path.data());
+  return CreateUniqueFile(directory + "/" + prefix + "XXXXXX");
+}
+
+}  // namespace
+
+std::string CreateUniqueFile(const std::string& pattern) {
+  std::string path;
+  const int descriptor = Restarted([&] {
+    path = pattern;  // a failed try leaves other characters
+    return mkstemp(path.data());
+  });
   if (descriptor < 0) return {};
   ::close(descriptor);
   return path;
 }
-
-}  // namespace
 
 std::string CreateTemporaryFile(const char* directory, const char* prefix) {
   if (const char* preferred = secure_getenv("TMPDIR"); preferred != nullptr && *preferred != '\0') {

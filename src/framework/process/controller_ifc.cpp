@@ -12,6 +12,7 @@
 
 #include "foundation/errors.hpp"
 #include "framework/log/log.hpp"
+#include "framework/log/restarted.hpp"
 #include "framework/process/fatal_signals.hpp"
 
 namespace varnoth {
@@ -35,12 +36,14 @@ STRING Bounded(const char* what, const STRING& text) {
 /// that a mark that stands already is never empty on the way.
 void WriteStatusFile(const STRING& path, int status) {
   if (path.IsEmpty()) return;  // the name of the program itself was refused
-  const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
+  const int descriptor =
+      Restarted([&] { return ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666); });
   const char digit = static_cast<char>('0' + status);
-  bool written = descriptor >= 0 && ::write(descriptor, &digit, 1) == 1;
+  bool written = descriptor >= 0 && Restarted([&] { return ::write(descriptor, &digit, 1); }) == 1;
   if (descriptor >= 0) {
     // A mark that is a device or a pipe has no length to be cut.
-    written = written && (::ftruncate(descriptor, 1) == 0 || errno == EINVAL);
+    written =
+        written && (Restarted([&] { return ::ftruncate(descriptor, 1); }) == 0 || errno == EINVAL);
     ::close(descriptor);
   }
   if (!written) GlobalLog.set(WARNING) << "Can not create file " << path << "!\n";
@@ -70,7 +73,7 @@ void CONTROLLER_IFC::init(int count, char** arguments, bool supervise) {
     argv = arguments;
     TakeNames();
   }
-  config_file.reset(std::fopen(config_file_name.c_str(), "re"));
+  config_file = OpenFile(config_file_name.c_str(), "re");
   MoveLog();
   if (config_file == nullptr) {
     GlobalLog.set(WARNING) << "Configuration file " << config_file_name << " does not exist!\n";

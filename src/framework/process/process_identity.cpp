@@ -1,21 +1,28 @@
 #include "framework/process/process_identity.hpp"
 
+#include <fcntl.h>
 #include <unistd.h>
 
-#include <cstdio>
+#include <string>
 
 #include "foundation/errors.hpp"
 #include "framework/log/log.hpp"
-#include "framework/log/owned_file.hpp"
+#include "framework/log/restarted.hpp"
 
 namespace varnoth {
 
 namespace {
 
 void WriteId(const char* name, pid_t id) {
-  OWNED_FILE file(std::fopen(name, "we"));
-  bool written = file != nullptr && std::fprintf(file.get(), "%d\n", id) > 0;
-  if (file != nullptr) written = std::fclose(file.release()) == 0 && written;
+  const std::string text = std::to_string(id) + "\n";
+  const int descriptor =
+      Restarted([&] { return ::open(name, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666); });
+  bool written = descriptor >= 0;
+  if (written) {
+    const auto count = Restarted([&] { return ::write(descriptor, text.data(), text.size()); });
+    const bool closed = ::close(descriptor) == 0 || errno == EINTR;
+    written = closed && count == static_cast<ssize_t>(text.size());
+  }
   if (!written) {
     GlobalLog.set(ALARM) << "Error opening file " << name << "\n";
     throw ERROR_CAN_NOT_OPEN_FILE();

@@ -34,7 +34,7 @@ LOG_TABLE::LOG_TABLE() {
   const std::string path = CreateTemporaryFile("/tmp/", "table_");
   file_name = path.empty() ? "/tmp/table_0815" : path.c_str();
   // A name that was not made for this table may be somebody else's file.
-  if (!path.empty()) file.reset(std::fopen(path.c_str(), "we"));
+  if (!path.empty()) file = OpenFile(path.c_str(), "we");
   if (file == nullptr) {
     GlobalLog.set(EXCEPTION) << "LOG_TABLE: can not open tmp file: " << file_name << "\n";
     if (!path.empty()) unlink(path.c_str());
@@ -97,7 +97,7 @@ void LOG_TABLE::set_second_rule(char fill, char cross) {
 }
 
 OWNED_FILE LOG_TABLE::Reopen() const {
-  OWNED_FILE reader(std::fopen(file_name.c_str(), "re"));
+  OWNED_FILE reader = OpenFile(file_name.c_str(), "re");
   if (reader == nullptr) {
     GlobalLog.set(EXCEPTION) << "LOG_TABLE: can not open tmp file: " << file_name << "\n";
     throw "can not open tmp file";
