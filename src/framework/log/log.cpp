@@ -208,7 +208,7 @@ bool LOG::open_file(const char* path, const char* prefix_word, int screen, int f
   current_level = TRACE;
   start_time = std::time(nullptr);
   file.reset();
-  file = OpenFile(path, "ae");
+  file = OpenWithoutWaiting(path, "ae");
   if (file == nullptr) {
     ScreenFailure(prefix, "can not open logging file: ", path);
     return false;
@@ -223,7 +223,7 @@ void LOG::change_file(const char* path) {
   if (had_file && IsFile(file.get(), path)) return;  // it would be copied into itself
   const std::string old_path = file_path;
   file.reset();
-  file = OpenFile(path, "ae");
+  file = OpenWithoutWaiting(path, "ae");
   if (file == nullptr) {
     ScreenFailure(prefix, " can not open logging file: ", path);
     std::exit(-1);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cerrno>
 #include <cstdio>
 #include <memory>
 
@@ -16,10 +15,9 @@ using OWNED_FILE = std::unique_ptr<std::FILE, FILE_CLOSER>;
 
 /// Opens a file as fopen does, again where a signal interrupts it; null, with errno set, on
 /// failure.
-inline OWNED_FILE OpenFile(const char* path, const char* mode) {
-  OWNED_FILE file(std::fopen(path, mode));
-  while (file == nullptr && errno == EINTR) file.reset(std::fopen(path, mode));
-  return file;
-}
+OWNED_FILE OpenFile(const char* path, const char* mode);
+/// The same for names that others may have made a pipe of: a pipe without a partner is empty to a
+/// reader ("re") and can't be opened by a writer ("ae"), instead of keeping either waiting.
+OWNED_FILE OpenWithoutWaiting(const char* path, const char* mode);
 
 }  // namespace varnoth

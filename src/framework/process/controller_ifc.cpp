@@ -32,12 +32,21 @@ STRING Bounded(const char* what, const STRING& text) {
   return text;
 }
 
+/// Opens a mark. What somebody else has put in its place, a link or a pipe that nobody reads, goes:
+/// the mark must neither write over what the link points to nor wait.
+int OpenMark(const char* path) {
+  constexpr int FLAGS = O_WRONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+  const auto open_it = [&] { return Restarted([&] { return ::open(path, FLAGS, 0666); }); };
+  const int descriptor = open_it();
+  if (descriptor >= 0 || (errno != ELOOP && errno != ENXIO)) return descriptor;
+  return unlink(path) == 0 ? open_it() : -1;
+}
+
 /// Writes a mark: the status and nothing else. The byte is written before the length is cut, so
 /// that a mark that stands already is never empty on the way.
 void WriteStatusFile(const STRING& path, int status) {
   if (path.IsEmpty()) return;  // the name of the program itself was refused
-  const int descriptor =
-      Restarted([&] { return ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666); });
+  const int descriptor = OpenMark(path.c_str());
   const char digit = static_cast<char>('0' + status);
   bool written = descriptor >= 0 && Restarted([&] { return ::write(descriptor, &digit, 1); }) == 1;
   if (descriptor >= 0) {
@@ -73,7 +82,7 @@ void CONTROLLER_IFC::init(int count, char** arguments, bool supervise) {
     argv = arguments;
     TakeNames();
   }
-  config_file = OpenFile(config_file_name.c_str(), "re");
+  config_file = OpenWithoutWaiting(config_file_name.c_str(), "re");
   MoveLog();
   if (config_file == nullptr) {
     GlobalLog.set(WARNING) << "Configuration file " << config_file_name << " does not exist!\n";
@@ -131,7 +140,7 @@ void CONTROLLER_IFC::TakeLogLevels() {
 }
 
 void CONTROLLER_IFC::ObeyStopFile() const {
-  if (::open(stop_file.c_str(), O_RDONLY | O_CLOEXEC) < 0) return;
+  if (::open(stop_file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK) < 0) return;
   constexpr const char* LINE = "====================================================\n";
   GlobalLog.set(INFO) << LINE;
   GlobalLog.set(INFO) << "Program execution interrupted - STOP file was found!\n";

@@ -15,8 +15,9 @@ namespace {
 
 void WriteId(const char* name, pid_t id) {
   const std::string text = std::to_string(id) + "\n";
-  const int descriptor =
-      Restarted([&] { return ::open(name, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666); });
+  // The name is known to everybody: no link is followed, no pipe is waited for.
+  constexpr int FLAGS = O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+  const int descriptor = Restarted([&] { return ::open(name, FLAGS, 0666); });
   bool written = descriptor >= 0;
   if (written) {
     const auto count = Restarted([&] { return ::write(descriptor, text.data(), text.size()); });

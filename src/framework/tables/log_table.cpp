@@ -115,6 +115,10 @@ int LOG_TABLE::WidthOf(int column) const {
 }
 
 void LOG_TABLE::flush(int level) {
+  if (std::fflush(file.get()) != 0 || std::ferror(file.get()) != 0) {
+    GlobalLog.set(EXCEPTION) << "LOG_TABLE: can not write tmp file: " << file_name << "\n";
+    throw "can not write to /tmp";
+  }
   MeasureColumns(CountColumns());
   PrintRows(level);
 }
