@@ -26,12 +26,6 @@ def test_lines_per_sample(traced):
                          "corresponding az_time in slave = 1005.250000")  # parallel orbits
 
 
-def test_second_run_appends(ready):
-    first = run(ready).log
-    second = run(ready).log
-    assert second[:len(first)] == first and len(second) > len(first)
-
-
 def test_disagreeing_look_directions(ready, pair):
     pair.slave["antenna_look_direction"] = ("STR", " l\teft ")
     done = run(pair.write(ready))
