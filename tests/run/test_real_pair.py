@@ -175,7 +175,8 @@ class TestIndependent:
                for axis in ("latitude", "longitude")},
         }
         for key, value in wanted.items():
-            assert abs(pool[key] - value) < 1e-6 * abs(value), key  # single precision
+            # single precision, or fringes over 1500 lines of ranges that agree to 1e-6 m
+            assert abs(pool[key] - value) < max(1e-6 * abs(value), 1e-7), key
 
     def test_phase_by_its_polynomial_and_misfit(self, results, name):
         # The polynomial plus the misfit that the log states bounds the sweep's phase.
