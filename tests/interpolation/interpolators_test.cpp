@@ -90,19 +90,15 @@ TEST_F(InterpolatorsTest, EverettsLastIntervalLacksItsHighestDifferenceAndDoesNo
   EXPECT_EQ(TakeLog(), "");
 }
 
-TEST_F(InterpolatorsTest, EverettBuildsItsTableAnewAndLogsIt) {
-  auto everett = Everett(2, Series(GRID, Fourth));
-  everett.SetOrder(-1);  // does not count
-  everett.Create(Series<double>({1, 2, 3}, [](double x) { return x * x; }));
-  EXPECT_EQ(TakeLog(), "0 1.000000 0.000000\n1 4.000000 2.000000\n2 9.000000 0.000000\n");
-}
-
 TEST_F(InterpolatorsTest, EverettRefusesWhatItCanNotInterpolate) {
   const std::string only = "EVERETT::Create: Everett interpolation only possible ";
   const std::tuple<int, std::vector<double>, std::string> CASES[] = {
+      {2, {}, "EVERETT::Create: more than 1 value needed.\n"},
       {2, {1}, "EVERETT::Create: more than 1 value needed.\n"},
       {3, {0, 1, 2}, only + "with even order, not for given order 3.\n"},
       {-1, {0, 1, 2}, only + "with even order, not for given order -1.\n"},
+      {2, {5, 5, 5}, only + "on equidistant grid.\n"},
+      {2, {0, std::nan(""), 2}, only + "on equidistant grid.\n"},
       {2, {0, 5, 10 + 6e-8}, only + "on equidistant grid.\n"},
       {2, {0, 5, 10, 15 - 6e-8}, only + "on equidistant grid.\n"},
   };
@@ -187,19 +183,6 @@ TEST(PolynomFitTest, LeavesOutADirectionBelowItsTolerance) {
   EXPECT_NEAR(start(5e-15), 2, 0.01);
   EXPECT_NEAR(start(5e-14), 1, 0.01);
   EXPECT_NEAR(start(1e-16L), 1, 0.01);
-}
-
-TEST_F(InterpolatorsTest, AnOperationThatIsNotThereTellsAndThrows) {
-  const INTERPOLATION<double, POINT<double>> bare;
-  EXPECT_THROW(bare.GetY(0), ERROR_ALGORITHM);
-  EXPECT_THROW(bare.GetDerivedY(0), ERROR_ALGORITHM);
-  EXPECT_THROW(bare.GetDerived2Y(0), ERROR_ALGORITHM);
-  EXPECT_THROW(bare.GetCoeffs(), ERROR_ALGORITHM);
-  EXPECT_EQ(TakeLog(),
-            "INTERPOLATION::GetY() shell not be called\n"
-            "INTERPOLATION::GetDerivedY() shell not be called\n"
-            "INTERPOLATION::GetDerived2Y() shell not be called\n"
-            "INTERPOLATION::GetCoeffs() shall not be called\n");
 }
 
 }  // namespace
