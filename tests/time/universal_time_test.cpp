@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <limits>
-#include <sstream>
 
 #include "foundation/errors.hpp"
 #include "support/log_capture.hpp"
@@ -157,41 +156,6 @@ TEST_F(UniversalTimeTest, WhatTheTextCanNotShowIsRefusedAndTheValueStays) {
   EXPECT_EQ(TakeLog(), "") << "an empty value fails without a line";
   EXPECT_THROW(UNIVERSAL_TIME(1e15), ERROR_PARAMETER);
   EXPECT_THROW(UNIVERSAL_TIME(std::numeric_limits<double>::quiet_NaN()), ERROR_PARAMETER);
-}
-
-TEST(UniversalTime, WritersPutTheirFieldAndNothingElse) {
-  UNIVERSAL_TIME time("01-JAN-2000/00:00:00.000000");
-  (time.SetDay(123), time.SetMonth(9), time.SetYear(77));
-  (time.SetHour(23), time.SetMinute(58), time.SetSecond(-5), time.SetFraction(4005));
-  EXPECT_STREQ(time.c_str(), "12-SEP-0077/23:58:-0.004005");
-  EXPECT_EQ(time.Fraction(), 4005);
-  time.SetMillisecond(7);
-  time.SetMicrosecond(89);
-  EXPECT_STREQ(time.c_str() + 21, "007089");
-}
-
-TEST(UniversalTime, TheOrderIsThatOfTheFields) {
-  UNIVERSAL_TIME last("30-DEC-1998/00:00:00.000000");
-  for (const char* later : {"31-DEC-1998/23:59:59.999999", "31-DEC-1998/23:59:60.000000",
-                            "01-JAN-1999/00:00:00.000000", "01-JAN-1999/00:00:00.000001",
-                            "01-JAN-1999/00:01:00.000000", "01-FEB-1999/00:00:00.000000"}) {
-    const UNIVERSAL_TIME time(later);
-    EXPECT_TRUE(last < time && last <= time && time > last && time >= last) << later;
-    EXPECT_FALSE(time < last || time <= last || last > time || last >= time) << later;
-    EXPECT_TRUE(time <= time && time >= time && !(time < time) && !(time > time)) << later;
-    last = time;
-  }
-}
-
-TEST(UniversalTime, IsReadFromTheRestOfALine) {
-  std::istringstream lines("\n  Wed Jan 14 10:11:12 2004\nrest");
-  UNIVERSAL_TIME time;
-  lines >> time;
-  std::ostringstream out;
-  out << time;
-  EXPECT_EQ(out.str(), "14-JAN-2004/10:11:12.000000");
-  EXPECT_EQ(lines.get(), 'r');
-  EXPECT_LE(At(floor<seconds>(system_clock::now())), UNIVERSAL_TIME::NowUtc());
 }
 
 TEST(UniversalTime, ThePoolFormIsCutToItsDigits) {
