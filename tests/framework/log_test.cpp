@@ -1,5 +1,3 @@
-#include <filesystem>
-
 #include "foundation/errors.hpp"
 #include "framework/tables/log_table.hpp"
 #include "support/log_capture.hpp"
@@ -48,16 +46,6 @@ TEST_F(LogTest, ScreenAndFileHaveThresholdsOfTheirOwn) {
   EXPECT_EQ(TakeLog(), "both\n");
   EXPECT_EQ(*std::next(GlobalLog.captured().rbegin()), "screen 1234567.000000");
   EXPECT_EQ(GlobalLog.last_captured_line(), "both");
-}
-
-TEST_F(LogTest, ChangingTheFileAppendsWhatWasWritten) {
-  const std::string path = directory.Path("final");
-  WriteFile(path, "earlier run\n");
-  GlobalLog.set(INFO) << "old\n";
-  GlobalLog.change_file(path.c_str());
-  GlobalLog.printf_line(INFO, "new");
-  EXPECT_EQ(ReadFile(path), "earlier run\nINFO  : log : old\nINFO  : log : new\n");
-  EXPECT_FALSE(std::filesystem::exists(directory.Path("log")));
 }
 
 TEST(ExecutionTime, IsToldInItsUnits) {

@@ -92,14 +92,6 @@ TEST_F(PoolRefusalTest, OfAnIncompleteKeyLine) {
                                          "not enough memory to create MATRIX");
 }
 
-TEST_F(PoolRefusalTest, LeavesAPairAsItWas) {
-  WriteFile(directory.Path("pool"), "k INT_32_INT_32 5 x\n");
-  PARAMETER_POOL pool(directory.Path("pool").c_str());
-  POINT<int> value(1, 2);
-  EXPECT_THROW(pool.Read("k", value), INVALID_PARAMETER_VALUE);
-  EXPECT_EQ(value.x * 10 + value.y, 12);
-}
-
 // A count that the file can not hold takes no memory.
 TEST_F(PoolRefusalTest, OfABlockLongerThanItsFile) {
   Fails<ARRAY<STRING>, ERROR_NO_MEMORY>("k STR_V 0 2000000000\n{\n",
