@@ -48,20 +48,8 @@ TEST(Vector, OperatorsGoByPositionInTheRangeOfTheFirstOperand) {
   VECTOR<double> b = Vector(1, {1, 2, 3});
   CrossProduct(b, b, Vector(7, {4, 5, 6}));
   EXPECT_EQ(Length(b - Vector(0, {-3, 6, -3})), 0.0);
-}
-
-TEST(Vector, OperandsThatDoNotFitThrowTheNameOfTheOperator) {
-  VECTOR<double> three = Vector(0, {1, 2, 3});
-  const VECTOR<double> two = Vector(0, {1, 2});
-  const std::string end = "vectors have different dimensions";
-  EXPECT_EQ(ThrownText([&] { three + two; }), "VECTOR operator + : " + end);
-  EXPECT_EQ(ThrownText([&] { three += two; }), "VECTOR operator += : " + end);
-  EXPECT_EQ(ThrownText([&] { three - two; }), "VECTOR operator - : " + end);
-  EXPECT_EQ(ThrownText([&] { three -= two; }), "VECTOR operator -= : " + end);
-  EXPECT_EQ(ThrownText([&] { DotProduct(three, two); }), "DotProduct: " + end);
-  EXPECT_EQ(ThrownText([&] { three /= -0.0; }), "VECTOR operator /= : division by 0.0");
-  EXPECT_EQ(ThrownText([&] { CrossProduct(three, three, two); }),
-            "CrossProduct: vector b has not dimension of 3");
+  EXPECT_EQ(ThrownText([&] { a += b; }), "VECTOR operator += : vectors have different dimensions");
+  EXPECT_EQ(ThrownText([&] { a /= -0.0; }), "VECTOR operator /= : division by 0.0");
 }
 
 TEST(Vector, ProductsAreSummedFromTheLastElement) {
@@ -94,14 +82,6 @@ TEST(Matrix, CopiesAreDeep) {
   EXPECT_EQ(assigned.Rows()[1][1]++, 4);
   EXPECT_EQ(MATRIX<int>(source).Rows()[1][1]++, 4);
   EXPECT_EQ(source.Rows()[1][1], 4);
-}
-
-TEST_F(LoggedTest, AMatrixPrintsItsUpperLeftPart) {
-  Print(Matrix({0, 3}, {0, 3}), DEBUG, "m", 2);
-  Print(Matrix({0, 1}, {0, 2}), DEBUG, "all", 2);
-  EXPECT_EQ(TakeLog(),
-            "m: Matrix{ 3 x 3 }\n |     1     2  .. |\n |     4     5  .. |\n"
-            "   :       :     .. |\nall: Matrix{ 1 x 2 }\n |     1     2  |\n");
 }
 
 }  // namespace

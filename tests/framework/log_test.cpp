@@ -69,14 +69,6 @@ class LogTableTest : public LoggedTest {
   }
 };
 
-TEST_F(LogTableTest, CellsAreAlignedInTheWidestOfTheirColumn) {
-  EXPECT_EQ(Table({"|@la|bcd|"}), "|a|bcd|\n");
-  EXPECT_EQ(Table({"|a|bb| junk", "|cccc|d|"}), "| a  |bb|\n|cccc|d |\n");
-  EXPECT_EQ(Table({"|@la|@Lb|@rc|@Cd| e|", "|----|----|----|----|----|"}),
-            "|a   |b   |   c| d  |  e |\n|----|----|----|----|----|\n")
-      << "the odd blank goes to the right, a cell's own blanks stay";
-}
-
 TEST_F(LogTableTest, RulesFollowTheSeparatorsOfTheFirstRow) {
   EXPECT_EQ(Table({"-", "|a$b#c~d:e*f&", "-"}), "+- -+-#-+-*- \n|a b|cHd:e*f \n+- -+-#-+-*- \n");
   EXPECT_EQ(Table({"-", "|a~b|", "-", "|cc|d|"}), "+--#-+\n|a Hb|\n+--#-+\n|cc|d|\n");

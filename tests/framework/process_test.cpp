@@ -114,13 +114,5 @@ TEST_F(SoftwareLogTest, AFlaggedWarningIsNeverCleared) {
   EXPECT_TRUE(Read<bool>("QA_WARNING_FLAG"));
 }
 
-TEST(SoftwareIdentity, KeywordsLoseTheirDress) {
-  EXPECT_EQ(PlainVersion("0.0.4") + PlainDate("$Date: 2016/12/09 17:32:18 $"),
-            "0.0.42016-12-09T17:32:18");
-  STRING line;
-  make_build_line(line, "name", "$Revision: 1.2 $", "$Date: 2016/12/09 17:32:18 $", "user");
-  EXPECT_EQ(line, "name 1.2  2016-12-09 compiled by user");
-}
-
 }  // namespace
 }  // namespace varnoth::test

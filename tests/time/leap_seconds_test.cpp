@@ -36,20 +36,6 @@ TEST_F(LeapSecondsTest, CountsRowsStrictlyBetween) {
   EXPECT_EQ(Between("31-DEC-1998/23:59:58.000001", "01-JAN-1999/00:00:00.9"), -1);
 }
 
-TEST_F(LeapSecondsTest, AStepOfSecondsGivesThemTheirLabel) {
-  const auto moved = [](UTC_VALUES time, int seconds) {
-    time.AddSeconds(seconds, LEAP::OBSERVED);
-    return time;
-  };
-  const UTC_VALUES eve{1998, 12, 31, 23, 59, 59, 0, 0};
-  const UTC_VALUES inserted{1998, 12, 31, 23, 59, 60, 0, 0};
-  EXPECT_EQ(moved(eve, 1), inserted);
-  EXPECT_EQ(moved(eve, 3), UTC_VALUES({1999, 1, 1, 0, 0, 1, 0, 0}));
-  EXPECT_EQ(moved({1999, 1, 1, 0, 0, 0, 0, 0}, -1), inserted);
-  EXPECT_EQ(moved({1998, 12, 31, 23, 59, 59, 500, 0}, 1),
-            UTC_VALUES({1998, 12, 31, 23, 59, 60, 500, 0}));
-}
-
 TEST_F(LeapSecondsTest, IsLoggedUnlessTheYearsAreOutOfReach) {
   TakeLog();
   EXPECT_EQ(Between("01-JAN-1970/00:00:00", "01-JAN-1971/00:00:00"), 0);

@@ -124,8 +124,6 @@ TEST(UniversalTime, FractionsCarryBothWays) {
   EXPECT_EQ(next + DURATION(1, -86400000, 1001) - next, DURATION(0, 1, 1));
   UNIVERSAL_TIME moving = start;
   EXPECT_EQ(moving++, start);
-  EXPECT_EQ(moving--, UNIVERSAL_TIME("01-MAR-2003/00:00:00.999999"));
-  EXPECT_EQ(++moving, start + Seconds(1));
   EXPECT_EQ(--moving, start);
   moving += -0.00025;
   EXPECT_EQ(moving, start + DURATION(0, 0, 750));
