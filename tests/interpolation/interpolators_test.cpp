@@ -150,21 +150,15 @@ TEST(PolynomTest, ItsSecondDerivativeIsAnotherOneFromDegreeFourOn) {
 
 // The line through 0, 1, 0, 1 at 0, 1, 2, 3 is 0.2 + 0.2 x, or 0.5 + 0.3 (x - 1.5) / 1.5; the
 // residuals are 0.2, 0.6, 0.6, 0.2.
-TEST_F(InterpolatorsTest, FitsTellChiSquareAndALoweredOrder) {
+TEST_F(InterpolatorsTest, FitsTellChiSquare) {
   const auto zigzag = Series<double>({0, 1, 2, 3}, [](double x) { return x == 1 || x == 3; });
   POLYNOM_FIT<double> monomials;
   CHEBY_POLY<double> chebyshev;
-  for (const int order : {4, 1}) {
-    monomials.SetOrder(order);
-    monomials.Create(zigzag);
-    chebyshev.SetOrder(order);
-    chebyshev.Create(zigzag);
-  }
+  monomials.SetOrder(1);
+  monomials.Create(zigzag);
+  chebyshev.SetOrder(1);
+  chebyshev.Create(zigzag);
   EXPECT_EQ(TakeLog(),
-            "POLYFIT: reduce polynomial fit order 4 -> 3\n"
-            "POLYFIT: polynomial fit order = 3\nPOLYFIT: chi^2 = 0.000000\n"
-            "CHEBY_POLY::Create: reduce polynomial fit order 4->3\n"
-            "CHEBY_POLY::Create: chi^2 = 0.000000\n"
             "POLYFIT: polynomial fit order = 1\nPOLYFIT: chi^2 = 0.800000\n"
             "CHEBY_POLY::Create: chi^2 = 0.800000\n");
   EXPECT_NEAR(monomials.GetCoeffs()[0], 0.2, 1e-15);  // some roundings
