@@ -66,16 +66,6 @@ TEST_F(LoggedTest, TheLastSampleIsTheTriangleOfItsPoints) {
   EXPECT_NE(TakeLog().find(variation), std::string::npos);
 }
 
-TEST_F(LoggedTest, SwappingTurnsTheSigns) {
-  PAIR pair, swapped;
-  std::swap(swapped.master_orbit.core, swapped.slave_orbit.core);
-  pair.Sweep();
-  swapped.Sweep();
-  // The targets of both lie a baseline apart, 1e-4 of the range.
-  EXPECT_NEAR(swapped.delta_r / pair.delta_r, -1, 1e-3);
-  EXPECT_NEAR(swapped.Phase(0, 3) / pair.Phase(0, 3), -1, 1e-3);
-}
-
 // The echo of one's own pulse comes by a detour of R v^2 / c^2, with v^2 = V.V + A.D the circle's.
 TEST_F(LoggedTest, TheBistaticPathKnowsThatTheSatelliteMoves) {
   PAIR pair(OBSERVATION_MODE::SINGLE_PASS, {});

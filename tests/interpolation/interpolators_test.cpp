@@ -148,23 +148,6 @@ TEST(PolynomTest, ItsSecondDerivativeIsAnotherOneFromDegreeFourOn) {
   for (const double x : {0.0, 2.5}) EXPECT_EQ(polynom.GetDerived2Y(x), 12 * x * x + 12 * x - 8);
 }
 
-// The line through 0, 1, 0, 1 at 0, 1, 2, 3 is 0.2 + 0.2 x, or 0.5 + 0.3 (x - 1.5) / 1.5; the
-// residuals are 0.2, 0.6, 0.6, 0.2.
-TEST_F(InterpolatorsTest, FitsTellChiSquare) {
-  const auto zigzag = Series<double>({0, 1, 2, 3}, [](double x) { return x == 1 || x == 3; });
-  POLYNOM_FIT<double> monomials;
-  CHEBY_POLY<double> chebyshev;
-  monomials.SetOrder(1);
-  monomials.Create(zigzag);
-  chebyshev.SetOrder(1);
-  chebyshev.Create(zigzag);
-  EXPECT_EQ(TakeLog(),
-            "POLYFIT: polynomial fit order = 1\nPOLYFIT: chi^2 = 0.800000\n"
-            "CHEBY_POLY::Create: chi^2 = 0.800000\n");
-  EXPECT_NEAR(monomials.GetCoeffs()[0], 0.2, 1e-15);  // some roundings
-  EXPECT_NEAR(chebyshev.GetCoeffs()[0], 0.5, 1e-15);
-}
-
 // The singular values of a line over 0, h, 2h are as 0.8 h to 1. Through 1, 2, 3 it starts at 1, or
 // without its slope at the mean; 0.01 tells them apart.
 TEST(PolynomFitTest, LeavesOutADirectionBelowItsTolerance) {

@@ -109,7 +109,7 @@ TEST_F(EnumerationTest, AMissTellsKeyClassAndLegalValuesAndChangesNothing) {
   EXPECT_EQ(edge.text, "LEFT");
 }
 
-TEST_F(EnumerationTest, TellsClassesCaseSeparatorsAndStepsApart) {
+TEST_F(EnumerationTest, TellsClassesCaseAndSeparatorsApart) {
   EXPECT_TRUE(Edge("top") != Edge("LEFT"));
   EXPECT_THROW((void)(Edge("TOP") == Range("near")), ERROR_ENUM_BASE_TYPE_MISMATCH);
   EXPECT_EQ(OrbitDirection("a"), OrbitDirection("Ascending"));
@@ -120,10 +120,6 @@ TEST_F(EnumerationTest, TellsClassesCaseSeparatorsAndStepsApart) {
   EXPECT_THROW(projection.Set("ground-range"), ERROR_ENUM_BASE_INVALID_VALUE);
   projection.SetTolerant("GROUND_-range ");
   EXPECT_EQ(projection.text, "ground range");
-  Azimuth position("mid");
-  EXPECT_EQ((position++).second_name, "mid") << "the row that was left";
-  EXPECT_EQ((position--).second_name, "late");
-  EXPECT_EQ(position.text, "center");
 }
 
 TEST(TxRxType, IsThePairOfItsTexts) {
