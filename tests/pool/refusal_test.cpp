@@ -96,10 +96,6 @@ TEST_F(PoolRefusalTest, OfAnIncompleteKeyLine) {
 TEST_F(PoolRefusalTest, OfABlockLongerThanItsFile) {
   Fails<ARRAY<STRING>, ERROR_NO_MEMORY>("k STR_V 0 2000000000\n{\n",
                                         "not enough memory to create ARRAY");
-  SUB_ARRAY<POINT<float>> view;
-  WriteFile(directory.Path("pool"), "k FLT_6_FLT_6_V 0 1\n{\n1 2\n}\n");
-  PARAMETER_POOL pool(directory.Path("pool").c_str());
-  EXPECT_THROW(pool.Read("k", static_cast<ARRAY<POINT<float>>&>(view)), ERROR_NO_MEMORY);
 }
 
 TEST_F(PoolRefusalTest, OfAKeyThatIsTooLong) {

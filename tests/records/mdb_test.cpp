@@ -135,11 +135,15 @@ TEST_F(MdbTest, RefusesWhatIsOutOfOrder) {
   const auto open = [&] { mdb.Open(IN); };
   const auto rewind = [&] { mdb.Rewind(); };
   const auto search = [&] { mdb.GotoRecord(wanted, mdb_stop_exact); };
-  const auto read = [&] { mdb.Read(); };
-  const auto step = [&] { mdb.ReadStep(-1); };
   const auto write = [&] { mdb.Write(); };
   const auto refused = [](const std::string& text, const auto& action) {
     EXPECT_EQ(ThrownText(action), text);
+  };
+  const auto records_refused = [&](const std::string& reason) {
+    refused("MDB::GotoRecord(): " + reason, search);
+    refused("MDB::Read(): " + reason, [&] { mdb.Read(); });
+    refused("MDB::Read(): " + reason, [&] { mdb.ReadStep(-1); });
+    refused("MDB::Write(): " + reason, write);
   };
   refused("MDB::GetPathInfo(): no path was set before", [&] { mdb.GetPathInfo(); });
   refused("MDB::Open(): no path selected", open);
@@ -151,15 +155,9 @@ TEST_F(MdbTest, RefusesWhatIsOutOfOrder) {
     EXPECT_NE(Log().find("ALARM : log : MDB: record type f: >>" + wrong + "<<"), std::string::npos);
   }
   refused("MDB::Rewind(): no file open", rewind);
-  refused("MDB::GotoRecord(): no file open", search);
-  refused("MDB::Read(): no file open", read);
-  refused("MDB::Read(): no file open", step);
-  refused("MDB::Write(): no file open", write);
+  records_refused("no file open");
   mdb.Open(OUT);
-  refused("MDB::GotoRecord(): no valid record type", search);
-  refused("MDB::Read(): no valid record type", read);
-  refused("MDB::Read(): no valid record type", step);
-  refused("MDB::Write(): no valid record type", write);
+  records_refused("no valid record type");
   Prepare("t : 1 n : 1");
   mdb.Open(IN);
   refused("MDB is opened read only: can not write data record", write);
