@@ -25,6 +25,9 @@ METHODS = {
 }
 RECORD_METHODS = [m for m in METHODS if "chebyshev" not in m and "hermite" not in m]
 KINDS = ["double", "utc", "met"]
+# Missions, tape sources and channels of the record files, by kind of time.
+PLACES = {"double": ("ZEL1", "AQAV", "sec"), "utc": ("KOVA1", "BRNR", "pri"),
+          "met": ("ZEL3", "DTYR", "pri")}
 
 
 def in_kind(text, scene, kind):
@@ -43,7 +46,8 @@ def in_kind(text, scene, kind):
 def write_records(directory, scene, kind):
     """The samples of a scene's pool as a record file, whose samples the pool then names."""
     path = directory / f"{scene}.pool"
-    place = directory / "KOVA1" / "hddc_BRNR012" / "dt_005.007" / "pri"
+    mission, source, channel = PLACES[kind]
+    place = directory / mission / f"hddc_{source}012" / "dt_005.007" / channel
     place.mkdir(parents=True, exist_ok=True)
     samples = read_pool(path)
     columns = [samples[key] for key in ("orbit_epoch", "orbit_x", "orbit_y", "orbit_z")]
@@ -56,9 +60,9 @@ def write_records(directory, scene, kind):
     text = path.read_text()
     path.write_text(text[:text.index("#UTC")].replace("orbit_pool", "orbit_mdb") + "".join(
         entry(key, "INT_32" if isinstance(value, int) else "STR", value) for key, value in {
-            "root_path": str(directory), "mission_id": "KOVA1", "tape_id_number": 12,
-            "tape_source_id": "BRNR", "major_data_take_id": 5, "minor_data_take_id": 7,
-            "channel_id": "pri", "mdb_orbit_data_file": scene}.items()))
+            "root_path": str(directory), "mission_id": mission, "tape_id_number": 12,
+            "tape_source_id": source, "major_data_take_id": 5, "minor_data_take_id": 7,
+            "channel_id": channel, "mdb_orbit_data_file": scene}.items()))
 
 
 def run_with(directory, method, kind, records=False):
