@@ -1,10 +1,7 @@
-#include <sstream>
-
-#include "driver/annotation.hpp"
+#include "driver/flat_earth_statistics.hpp"
 #include "driver/look_direction.hpp"
 #include "driver/scene_parameters.hpp"
 #include "foundation/constants.hpp"
-#include "foundation/errors.hpp"
 #include "orbit/circular_orbit.hpp"
 #include "support/log_capture.hpp"
 
@@ -53,19 +50,6 @@ TEST_F(SceneTest, ParametersComeFromTheirPoolsAndGiveTheEndTimes) {
   EXPECT_THROW(read_scene_parameters(state, master, slave, insar), std::out_of_range);
 }
 
-TEST_F(SceneTest, WhatNoTableHoldsIsTold) {
-  const auto expect_told = [&](auto action, const std::string& line) {
-    TakeLog();
-    EXPECT_THROW(action(), ERROR_ARGUMENT);
-    EXPECT_EQ(TakeLog(), "can not convert " + line + "\n");
-  };
-  expect_told([] { look_direction_from_text("LEFT"); }, ">>LEFT<< to look direction");
-  expect_told([] { observation_mode_from_text(" dual"); }, ">> dual<< to observation mode");
-  expect_told([] { geolocation_mode_from_text("dem"); }, ">>dem<< to geolocation mode");
-  expect_told([] { look_direction_text(-2.5); }, ">>-2<< to look direction");
-  expect_told([] { look_direction_text(NAN); }, ">>0<< to look direction");
-}
-
 // A polar orbit northwards over the equator at 180 degrees: east is right.
 TEST_F(SceneTest, ScenesThatDifferTakeTheSideOfTheCentre) {
   GEOLOCATION_WORK work{};
@@ -95,43 +79,19 @@ TEST_F(SceneTest, ScenesThatDifferTakeTheSideOfTheCentre) {
   EXPECT_EQ(state.center_latitude[MASTER], 0.0F);
 }
 
-// Every result has its place in the order of writing as its value. The update
-// writes the last one first.
-TEST_F(LoggedTest, AnnotationGivesEachKeyItsOwnValue) {
-  GEOMETRY_STATE s;
-  int place = 1;
-  const auto number = [&](auto&... values) { ((values = static_cast<float>(place++)), ...); };
-  const auto number_lines = [&](auto&... pairs) {
-    for (ARRAY<double>* line : {&pairs[FIRST_LINE]..., &pairs[LAST_LINE]...}) line->Create({0, 1});
-    ((number(*pairs[FIRST_LINE].GetBase(), *pairs[LAST_LINE].GetBase())), ...);
+TEST(AverageLongitude, UnwrapsRelativeToTheFirst) {
+  struct CASE {
+    float corners[4], mean;
   };
-  number(s.early_az_near_rg_longitude, s.early_az_near_rg_latitude, s.early_az_far_rg_longitude,
-         s.early_az_far_rg_latitude, s.late_az_near_rg_longitude, s.late_az_near_rg_latitude,
-         s.late_az_far_rg_longitude, s.late_az_far_rg_latitude, s.fringe_frequency_range,
-         s.scene_center_longitude, s.scene_center_latitude, s.fringe_frequency_azimuth,
-         s.height_conversion_factor, s.eff_baseline, s.delta_r);
-  number_lines(s.flat_phase_poly);
-  number(s.incidence_angle_near_range, s.incidence_angle_mid_range, s.incidence_angle_far_range,
-         s.ssc_pixel_spacing_azimuth, s.ssc_pixel_spacing_ground_range, s.heading_angle);
-  s.equator_crossing_direction = "descending";
-  s.sensor_look_direction = 1;
-  place = 26;
-  number_lines(s.phase_to_height_conv, s.master_look_angle, s.slave_look_angle,
-               s.master_range_distance, s.slave_range_distance, s.master_incidence_angle,
-               s.slave_incidence_angle);
-  {
-    PARAMETER_POOL_READ_WRITE_CHANGE pool(directory.Path("pool").c_str());
-    annotate_results(s, pool);
+  for (const auto& [c, mean] : std::initializer_list<CASE>{{{10, 20, 10, 20}, 15},
+                                                           {{359.5, 0.5, 359.5, 0.5}, 0},
+                                                           {{0.5, 359.5, 0.5, 358.5}, 359.75},
+                                                           {{359, 1, 2, 0}, 0.5},
+                                                           {{181, 1, 1, 1}, 46},
+                                                           {{1, 181, 181, 181}, 136},
+                                                           {{0, 0, 0, -1e-6F}, 0}}) {
+    EXPECT_EQ(average_longitude(c[0], c[1], c[2], c[3]), mean) << c[0];
   }
-  std::istringstream words(ReadFile(directory.Path("pool")));
-  int next = 39;
-  for (std::string word; words >> word;) {
-    if (word == (next == 25 ? "\"right\"" : "\"descending\"")) --next;
-    if (word.find(".0") != std::string::npos || word.find("E+") != std::string::npos) {
-      EXPECT_EQ(std::stod(word), next--);
-    }
-  }
-  EXPECT_EQ(next, 0);
 }
 
 }  // namespace

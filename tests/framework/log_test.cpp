@@ -1,5 +1,3 @@
-#include <filesystem>
-
 #include "foundation/errors.hpp"
 #include "framework/tables/log_table.hpp"
 #include "support/log_capture.hpp"
@@ -50,16 +48,6 @@ TEST_F(LogTest, ScreenAndFileHaveThresholdsOfTheirOwn) {
   EXPECT_EQ(GlobalLog.last_captured_line(), "both");
 }
 
-TEST_F(LogTest, ChangingTheFileAppendsWhatWasWritten) {
-  const std::string path = directory.Path("final");
-  WriteFile(path, "earlier run\n");
-  GlobalLog.set(INFO) << "old\n";
-  GlobalLog.change_file(path.c_str());
-  GlobalLog.printf_line(INFO, "new");
-  EXPECT_EQ(ReadFile(path), "earlier run\nINFO  : log : old\nINFO  : log : new\n");
-  EXPECT_FALSE(std::filesystem::exists(directory.Path("log")));
-}
-
 TEST(ExecutionTime, IsToldInItsUnits) {
   for (const auto& [seconds, text] : std::initializer_list<std::pair<long, const char*>>{
            {0, " less than 1 second"},
@@ -80,14 +68,6 @@ class LogTableTest : public LoggedTest {
     return TakeLog();
   }
 };
-
-TEST_F(LogTableTest, CellsAreAlignedInTheWidestOfTheirColumn) {
-  EXPECT_EQ(Table({"|@la|bcd|"}), "|a|bcd|\n");
-  EXPECT_EQ(Table({"|a|bb| junk", "|cccc|d|"}), "| a  |bb|\n|cccc|d |\n");
-  EXPECT_EQ(Table({"|@la|@Lb|@rc|@Cd| e|", "|----|----|----|----|----|"}),
-            "|a   |b   |   c| d  |  e |\n|----|----|----|----|----|\n")
-      << "the odd blank goes to the right, a cell's own blanks stay";
-}
 
 TEST_F(LogTableTest, RulesFollowTheSeparatorsOfTheFirstRow) {
   EXPECT_EQ(Table({"-", "|a$b#c~d:e*f&", "-"}), "+- -+-#-+-*- \n|a b|cHd:e*f \n+- -+-#-+-*- \n");

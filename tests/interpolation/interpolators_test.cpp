@@ -90,19 +90,15 @@ TEST_F(InterpolatorsTest, EverettsLastIntervalLacksItsHighestDifferenceAndDoesNo
   EXPECT_EQ(TakeLog(), "");
 }
 
-TEST_F(InterpolatorsTest, EverettBuildsItsTableAnewAndLogsIt) {
-  auto everett = Everett(2, Series(GRID, Fourth));
-  everett.SetOrder(-1);  // does not count
-  everett.Create(Series<double>({1, 2, 3}, [](double x) { return x * x; }));
-  EXPECT_EQ(TakeLog(), "0 1.000000 0.000000\n1 4.000000 2.000000\n2 9.000000 0.000000\n");
-}
-
 TEST_F(InterpolatorsTest, EverettRefusesWhatItCanNotInterpolate) {
   const std::string only = "EVERETT::Create: Everett interpolation only possible ";
   const std::tuple<int, std::vector<double>, std::string> CASES[] = {
+      {2, {}, "EVERETT::Create: more than 1 value needed.\n"},
       {2, {1}, "EVERETT::Create: more than 1 value needed.\n"},
       {3, {0, 1, 2}, only + "with even order, not for given order 3.\n"},
       {-1, {0, 1, 2}, only + "with even order, not for given order -1.\n"},
+      {2, {5, 5, 5}, only + "on equidistant grid.\n"},
+      {2, {0, std::nan(""), 2}, only + "on equidistant grid.\n"},
       {2, {0, 5, 10 + 6e-8}, only + "on equidistant grid.\n"},
       {2, {0, 5, 10, 15 - 6e-8}, only + "on equidistant grid.\n"},
   };
@@ -152,29 +148,6 @@ TEST(PolynomTest, ItsSecondDerivativeIsAnotherOneFromDegreeFourOn) {
   for (const double x : {0.0, 2.5}) EXPECT_EQ(polynom.GetDerived2Y(x), 12 * x * x + 12 * x - 8);
 }
 
-// The line through 0, 1, 0, 1 at 0, 1, 2, 3 is 0.2 + 0.2 x, or 0.5 + 0.3 (x - 1.5) / 1.5; the
-// residuals are 0.2, 0.6, 0.6, 0.2.
-TEST_F(InterpolatorsTest, FitsTellChiSquareAndALoweredOrder) {
-  const auto zigzag = Series<double>({0, 1, 2, 3}, [](double x) { return x == 1 || x == 3; });
-  POLYNOM_FIT<double> monomials;
-  CHEBY_POLY<double> chebyshev;
-  for (const int order : {4, 1}) {
-    monomials.SetOrder(order);
-    monomials.Create(zigzag);
-    chebyshev.SetOrder(order);
-    chebyshev.Create(zigzag);
-  }
-  EXPECT_EQ(TakeLog(),
-            "POLYFIT: reduce polynomial fit order 4 -> 3\n"
-            "POLYFIT: polynomial fit order = 3\nPOLYFIT: chi^2 = 0.000000\n"
-            "CHEBY_POLY::Create: reduce polynomial fit order 4->3\n"
-            "CHEBY_POLY::Create: chi^2 = 0.000000\n"
-            "POLYFIT: polynomial fit order = 1\nPOLYFIT: chi^2 = 0.800000\n"
-            "CHEBY_POLY::Create: chi^2 = 0.800000\n");
-  EXPECT_NEAR(monomials.GetCoeffs()[0], 0.2, 1e-15);  // some roundings
-  EXPECT_NEAR(chebyshev.GetCoeffs()[0], 0.5, 1e-15);
-}
-
 // The singular values of a line over 0, h, 2h are as 0.8 h to 1. Through 1, 2, 3 it starts at 1, or
 // without its slope at the mean; 0.01 tells them apart.
 TEST(PolynomFitTest, LeavesOutADirectionBelowItsTolerance) {
@@ -187,19 +160,6 @@ TEST(PolynomFitTest, LeavesOutADirectionBelowItsTolerance) {
   EXPECT_NEAR(start(5e-15), 2, 0.01);
   EXPECT_NEAR(start(5e-14), 1, 0.01);
   EXPECT_NEAR(start(1e-16L), 1, 0.01);
-}
-
-TEST_F(InterpolatorsTest, AnOperationThatIsNotThereTellsAndThrows) {
-  const INTERPOLATION<double, POINT<double>> bare;
-  EXPECT_THROW(bare.GetY(0), ERROR_ALGORITHM);
-  EXPECT_THROW(bare.GetDerivedY(0), ERROR_ALGORITHM);
-  EXPECT_THROW(bare.GetDerived2Y(0), ERROR_ALGORITHM);
-  EXPECT_THROW(bare.GetCoeffs(), ERROR_ALGORITHM);
-  EXPECT_EQ(TakeLog(),
-            "INTERPOLATION::GetY() shell not be called\n"
-            "INTERPOLATION::GetDerivedY() shell not be called\n"
-            "INTERPOLATION::GetDerived2Y() shell not be called\n"
-            "INTERPOLATION::GetCoeffs() shall not be called\n");
 }
 
 }  // namespace

@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "orbit/circular_orbit.hpp"
-#include "records/mdb.hpp"
 #include "support/log_capture.hpp"
 
 namespace varnoth::test {
@@ -87,22 +86,13 @@ class OrbitTest : public LoggedTest {
     WriteFile(
         directory.Path("format.dat"),
         "states STR_V 5\t4\n{\n\"t : utc\"\n\"x : double\"\n\"y : double\"\n\"z : int\"\n}\n");
-    MDB file;
-    file.SetPathAndFile(directory.Path("").c_str(), 2, 41, 1, 7, 2001, 2, "states");
-    std::filesystem::create_directories(file.GetDirectory().c_str());
-    file.Open(std::ios::out);
-    for (const RECORD_TEXTS& record : records) {
-      ARRAY<RECORD_ITEM> items(0, 3);
-      RECORD_ITEM key;
-      for (std::size_t i = 0; i < 4; ++i) {
-        RECORD_ITEM& item = i == 3 ? key : items.GetBase()[i];
-        item.key_name = std::string(1, "xyzt"[i]).c_str();
-        item.Parse(record[i].c_str());
-      }
-      file.SetRecord(items, key);
-      file.Write();
+    const std::string place = directory.Path("ZEL2/hddc_AQAR041/dt_007.2001/sec");
+    std::filesystem::create_directories(place);
+    std::string text;
+    for (const auto& [x, y, z, epoch] : records) {
+      text += "t : " + epoch + "\n  x : " + x + "\n  y : " + y + "\n  z : " + z + "\n";
     }
-    file.Close();
+    WriteFile(place + "/states", text);
   }
 };
 

@@ -92,22 +92,10 @@ TEST_F(PoolRefusalTest, OfAnIncompleteKeyLine) {
                                          "not enough memory to create MATRIX");
 }
 
-TEST_F(PoolRefusalTest, LeavesAPairAsItWas) {
-  WriteFile(directory.Path("pool"), "k INT_32_INT_32 5 x\n");
-  PARAMETER_POOL pool(directory.Path("pool").c_str());
-  POINT<int> value(1, 2);
-  EXPECT_THROW(pool.Read("k", value), INVALID_PARAMETER_VALUE);
-  EXPECT_EQ(value.x * 10 + value.y, 12);
-}
-
 // A count that the file can not hold takes no memory.
 TEST_F(PoolRefusalTest, OfABlockLongerThanItsFile) {
   Fails<ARRAY<STRING>, ERROR_NO_MEMORY>("k STR_V 0 2000000000\n{\n",
                                         "not enough memory to create ARRAY");
-  SUB_ARRAY<POINT<float>> view;
-  WriteFile(directory.Path("pool"), "k FLT_6_FLT_6_V 0 1\n{\n1 2\n}\n");
-  PARAMETER_POOL pool(directory.Path("pool").c_str());
-  EXPECT_THROW(pool.Read("k", static_cast<ARRAY<POINT<float>>&>(view)), ERROR_NO_MEMORY);
 }
 
 TEST_F(PoolRefusalTest, OfAKeyThatIsTooLong) {

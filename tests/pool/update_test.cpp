@@ -34,12 +34,6 @@ class PoolUpdateTest : public LoggedTest {
     Pool().Change(key.c_str(), 5, ARRAY<STRING>("new"));
     return ReadFile(path);
   }
-  void Unwind(bool move_folder, bool fail) const {
-    auto pool = Pool();
-    pool.Change("k", 5);
-    if (move_folder) fs::rename(folder, directory.Path("moved"));
-    if (fail) throw "first";
-  }
   long FileCount() const { return std::distance(fs::directory_iterator(folder), {}); }
 
   const std::string folder = directory.Path("folder");
@@ -94,9 +88,6 @@ TEST_F(PoolUpdateTest, WhatNoReaderTakesWholeIsRefused) {
 }
 
 TEST_F(PoolUpdateTest, OnlyWritableFilesAreOpened) {
-  EXPECT_THROW(PARAMETER_POOL(folder.c_str()), CAN_NOT_OPEN_POOL);
-  EXPECT_EQ(TakeLog(), "open pool: " + folder + "\nparameter file " + folder +
-                           " is a directory!\ncan not open parameter file " + folder + "\n");
   EXPECT_THROW(PARAMETER_POOL((path + "2").c_str()).get_type("k"), PARAMETER_KEY_NOT_FOUND);
   EXPECT_TRUE(fs::is_empty(path + "2")) << "a missing pool is created";
   // A running program can't be opened for writing, not even by the superuser.
@@ -114,12 +105,6 @@ TEST_F(PoolUpdateTest, RightsAndLinksSurviveAndNothingElseStays) {
   EXPECT_EQ(FileCount(), 1);
 }
 
-TEST_F(PoolUpdateTest, WithoutAPlaceForTheTemporaryFileThePoolStays) {
-  EXPECT_THROW(Unwind(true, false), NO_UPDATE_PERMISSION_FOR_POOL);
-  EXPECT_TRUE(TakeLog().ends_with("no permission to change pool file: " + path + "\n"));
-  EXPECT_EQ(ReadFile(directory.Path("moved/pool")), "k INT_32 2\n");
-}
-
 TEST_F(PoolUpdateTest, AFullDiskLeavesThePoolAndTheTemporaryFile) {
   std::signal(SIGXFSZ, SIG_IGN);
   rlimit before{};
@@ -134,13 +119,19 @@ TEST_F(PoolUpdateTest, AFullDiskLeavesThePoolAndTheTemporaryFile) {
 }
 
 TEST_F(PoolUpdateTest, AnUnwindingExceptionUpdatesAndIsNeverReplaced) {
-  EXPECT_EQ(ThrownText([&] { Unwind(false, true); }), "first");
+  const auto unwind = [&](const std::string& target) {
+    auto pool = Pool();
+    pool.Change("k", 5);
+    fs::rename(folder, target);
+    throw "first";
+  };
+  EXPECT_EQ(ThrownText([&] { unwind(folder); }), "first");
   EXPECT_EQ(ReadFile(path), Entry("k", 5));
-  EXPECT_EQ(ThrownText([&] { Unwind(true, true); }), "first");
+  EXPECT_EQ(ThrownText([&] { unwind(directory.Path("moved")); }), "first");
 }
 
 TEST_F(PoolUpdateTest, TimesAreEntriesOfTheirOwnForm) {
-  ARRAY<UNIVERSAL_TIME> times(3, 2);
+  ARRAY<UNIVERSAL_TIME> times(3, 2), read;
   times.GetBase()[3] = UNIVERSAL_TIME("2004-01-14T10:11:12.123456");
   times.GetBase()[4] = UNIVERSAL_TIME("01-JAN-1999/00:00:00.5");
   {
@@ -149,16 +140,12 @@ TEST_F(PoolUpdateTest, TimesAreEntriesOfTheirOwnForm) {
     WriteTimes(pool, {"epochs"}, times, 6);
   }
   PARAMETER_POOL pool(path.c_str());
-  STRING text;
   int microseconds = 0;
-  pool.Read("scene_start", text);
   pool.Read("scene_start_usecs", microseconds);
-  EXPECT_EQ(text, "2004-01-14T10:11:12.12345");
   EXPECT_EQ(microseconds, 123456);
   UNIVERSAL_TIME start;
   ReadTime(pool, {"scene", "start"}, start);
   EXPECT_STREQ(start.c_str(), "14-JAN-2004/10:11:12.123450");
-  ARRAY<UNIVERSAL_TIME> read;
   ReadTimes(pool, {"epochs"}, read);
   EXPECT_EQ(read.GetFirstIndex(), 3);
   EXPECT_EQ(read.GetBase()[4], times.GetBase()[4]);

@@ -130,29 +130,20 @@ TEST_F(MdbTest, ValuesComeBackToTheBit) {
   EXPECT_NE(Log().find("\nDEBUG : log : mdb file: " + path + "\n"), std::string::npos);
 }
 
-TEST_F(MdbTest, DirectoriesHaveTheirWords) {
-  const auto place = [&](int mission, int segment, int source, int first, int second, int channel) {
-    mdb.SetPath("", mission, segment, source, first, second, channel);
-    return std::string(mdb.GetDirectory().c_str());
-  };
-  EXPECT_EQ(place(4, 12, 3, 5, 7, 1), "/KOVA1/hddc_BRNR012/dt_005.007/pri");
-  EXPECT_EQ(place(0, 999, 1, 0, 1000, 0), "/unknown/hddc_AQAR999/dt_000.1000/unknown");
-  EXPECT_EQ(place(1, 0, 2, 10, 100, 2), "/ZEL1/hddc_AQAV000/dt_010.100/sec");
-  EXPECT_EQ(place(2, 0, 4, 0, 0, 3), "/ZEL2/hddc_CXMR000/dt_000.000/");
-  EXPECT_EQ(place(3, 0, 5, 0, 0, -1), "/ZEL3/hddc_CXMV000/dt_000.000/");
-  EXPECT_EQ(place(5, 0, 6, 0, 0, 1), "//hddc_DTYR000/dt_000.000/pri");
-}
-
 TEST_F(MdbTest, RefusesWhatIsOutOfOrder) {
   RECORD_ITEM wanted = Item("t", "5");
   const auto open = [&] { mdb.Open(IN); };
   const auto rewind = [&] { mdb.Rewind(); };
   const auto search = [&] { mdb.GotoRecord(wanted, mdb_stop_exact); };
-  const auto read = [&] { mdb.Read(); };
-  const auto step = [&] { mdb.ReadStep(-1); };
   const auto write = [&] { mdb.Write(); };
   const auto refused = [](const std::string& text, const auto& action) {
     EXPECT_EQ(ThrownText(action), text);
+  };
+  const auto records_refused = [&](const std::string& reason) {
+    refused("MDB::GotoRecord(): " + reason, search);
+    refused("MDB::Read(): " + reason, [&] { mdb.Read(); });
+    refused("MDB::Read(): " + reason, [&] { mdb.ReadStep(-1); });
+    refused("MDB::Write(): " + reason, write);
   };
   refused("MDB::GetPathInfo(): no path was set before", [&] { mdb.GetPathInfo(); });
   refused("MDB::Open(): no path selected", open);
@@ -164,15 +155,9 @@ TEST_F(MdbTest, RefusesWhatIsOutOfOrder) {
     EXPECT_NE(Log().find("ALARM : log : MDB: record type f: >>" + wrong + "<<"), std::string::npos);
   }
   refused("MDB::Rewind(): no file open", rewind);
-  refused("MDB::GotoRecord(): no file open", search);
-  refused("MDB::Read(): no file open", read);
-  refused("MDB::Read(): no file open", step);
-  refused("MDB::Write(): no file open", write);
+  records_refused("no file open");
   mdb.Open(OUT);
-  refused("MDB::GotoRecord(): no valid record type", search);
-  refused("MDB::Read(): no valid record type", read);
-  refused("MDB::Read(): no valid record type", step);
-  refused("MDB::Write(): no valid record type", write);
+  records_refused("no valid record type");
   Prepare("t : 1 n : 1");
   mdb.Open(IN);
   refused("MDB is opened read only: can not write data record", write);
@@ -188,18 +173,6 @@ TEST_F(MdbTest, RefusesWhatIsOutOfOrder) {
   mdb.SetPath(root.c_str(), 1, 12, 3, 5, 7, 1);
   refused("can not open mdb-file", open);
   refused("MDB: can not create directory", [&] { mdb.Open(OUT); });
-  RECORD_ITEM later = wanted;
-  later.duration = DURATION(0, 1500, 0);
-  EXPECT_TRUE(later.IsAtOrAfter(wanted) && !wanted.IsAtOrAfter(later) && !wanted.Equals(later));
-  EXPECT_EQ(wanted.DistanceFrom(later), -1.5L);
-}
-
-TEST_F(MdbTest, DefinitionsAreFreeInBlanks) {
-  Prepare("", " \tt \t:\tutc\t: rest\"\n\"x  y: \tint");
-  EXPECT_EQ(Log().find("INFO  : log : mdb compiled with: TYPE_IS_STRING_VECTOR\n"), 0U);
-  EXPECT_TRUE(mdb.FindItem("t").type == RECORD_UTC && mdb.FindItem("xy").type == RECORD_INT);
-  EXPECT_THROW(mdb.SetFile(std::string(101, 'f').c_str()), PARAMETER_KEY_TOO_LONG);
-  EXPECT_THROW(mdb.SetFile(std::string(100, 'f').c_str()), PARAMETER_KEY_NOT_FOUND);
 }
 
 TEST_F(MdbTest, FaultyFilesAreTold) {

@@ -1,3 +1,6 @@
+import os
+import pty
+
 import pytest
 
 from varnoth_run import Pair, run
@@ -12,6 +15,15 @@ def pair():
 def ready(tmp_path, pair):
     """A fresh directory with a made-up pair."""
     return pair.write(tmp_path)
+
+
+@pytest.fixture
+def terminal():
+    """The two ends of a terminal: the keyboard and what a run reads from."""
+    ends = pty.openpty()
+    yield ends
+    for end in ends:
+        os.close(end)
 
 
 @pytest.fixture(scope="module")

@@ -1,8 +1,6 @@
 """Bad input: the line that tells the fault, exit status 1, the failure mark, and an InSAR pool that
 still is what it was."""
 
-import os
-
 import pytest
 
 from varnoth_run import arguments, run
@@ -12,30 +10,16 @@ KEY = "parameter pool: parameter key >> "
 NOT_A_NUMBER = "pool error - no or invalid parameter value in file"
 
 
-def epochs_uneven(pair):
-    kind, values = pair.master["orbit_epoch"]
-    pair.master["orbit_epoch"] = (kind, [*values[:5], values[5] + 1e-3, *values[6:]])
-
-
 def replace(pool, key, kind, value):
     return lambda pair: getattr(pair, pool).__setitem__(key, (kind, value))
 
 
-def leave_out(pool, key):
-    return lambda pair: getattr(pair, pool).pop(key)
-
-
 # name: (change of the pair, arguments, lines at ALARM ahead of the supervisor's)
 CASES = {
-    "missing key": (leave_out("slave", "prf"), {}, [f"{KEY}prf << not found",
-                                                    "pool error - key not found"]),
-    "missing local height": (leave_out("insar", "local_height"), {}, [
-        f"{KEY}local_height << not found", "pool error - key not found"]),
+    "missing key": (lambda pair: pair.slave.pop("prf"), {}, [
+        f"{KEY}prf << not found", "pool error - key not found"]),
     "wrong type": (replace("insar", "n_lines", "FLT_15", 3.0), {}, [
         f"{KEY}n_lines << type INT_32 expected", "pool error - wrong parameter type"]),
-    "unreadable number": (replace("insar", "n_lines", "INT_32", "12x"), {}, [
-        f'{KEY}n_lines << read value is : "12x" INT_32 (no additional character) value expected',
-        NOT_A_NUMBER]),
     "number beyond all bounds": (lambda pair: pair.master.update(
         prf=("FLT_15 1E999", "")), {}, [
             f"{KEY}prf << read value is : 1E999 (value is out of range) FLT_15 expected",
@@ -43,8 +27,6 @@ CASES = {
     "odd order": (replace("master", "orbit_interpolation", "STR", "everett_7"), {}, [
         "EVERETT::Create: Everett interpolation only possible with even order, not for given "
         "order 7.", NOT_A_NUMBER]),
-    "uneven grid": (epochs_uneven, {}, [
-        "EVERETT::Create: Everett interpolation only possible on equidistant grid.", NOT_A_NUMBER]),
     "too few samples": (replace("master", "orbit_interpolation", "STR", "everett_40"), {}, [
         "EVERETT::GetXi: 17 samples are too few for order 40.", NOT_A_NUMBER]),
     "unknown interpolation": (replace("slave", "orbit_interpolation", "STR", "Everett"), {}, [
@@ -110,19 +92,11 @@ def test_directory_in_place_of_a_pool(ready, key):
                            "pool error - can not open parameter pool", FAILED]
 
 
-def test_read_only_pool(ready):
-    if os.geteuid() == 0:
-        pytest.skip("root writes everywhere")
-    (ready / "insar.pool").chmod(0o444)
-    done = run(ready)
-    assert done.alarms[0] == "can not open pool file for update insar.pool"
-    assert (done.status, done.marks) == (1, {"ERROR": "1"})
-
-
 @pytest.mark.parametrize("pool, key, value", [
     ("master", "prf", 0.0),                  # division by zero at the end times
     ("slave", "radar_frequency", 0.0),       # no wavelength
     ("master", "center_latitude", float("nan")),  # an ordered comparison with a NaN
+    ("insar", "master_first_az_time", 1000.0),  # derivatives exactly on a sample
 ])
 def test_traps_end_through_the_handler(ready, pair, pool, key, value):
     kind = getattr(pair, pool)[key][0]
@@ -135,10 +109,3 @@ def test_traps_end_through_the_handler(ready, pair, pool, key, value):
     assert done.alarms[-2:] == [what, f"ZOD_MSG|ERROR|varnoth {what}"]
     assert (done.status, done.marks) == (1, {"ERROR": "1"})
     assert (ready / "insar.pool").read_bytes() == before
-
-
-def test_scene_time_exactly_on_a_sample(ready, pair):
-    """The derivatives divide by zero there, which traps."""
-    pair.insar["master_first_az_time"] = ("FLT_15", 1000.0)
-    done = run(pair.write(ready))
-    assert done.status == 1 and done.alarms[0].startswith("got fatal signal 8")

@@ -1,18 +1,15 @@
 """Whole runs on the real pair with every interpolation, kind of time and source of samples: all agree
 with Everett's formula of eighth order within what the method can do."""
 
-import os
 import re
 import shutil
-import subprocess
 from pathlib import Path
 
 import pytest
 
-from varnoth_run import entry, run
+from varnoth_run import entry, read_pool, run
 
 DATA = Path(__file__).parents[2] / "examples" / "real_pair"
-WRITE_RECORDS = os.environ["WRITE_RECORDS"]
 # Days of the two scenes; a mission starts twelve days before the first.
 MISSION_DAY = {"master": "0012", "slave": "0024"}
 
@@ -28,6 +25,9 @@ METHODS = {
 }
 RECORD_METHODS = [m for m in METHODS if "chebyshev" not in m and "hermite" not in m]
 KINDS = ["double", "utc", "met"]
+# Missions, tape sources and channels of the record files, by kind of time.
+PLACES = {"double": ("ZEL1", "AQAV", "sec"), "utc": ("KOVA1", "BRNR", "pri"),
+          "met": ("ZEL3", "DTYR", "pri")}
 
 
 def in_kind(text, scene, kind):
@@ -43,6 +43,28 @@ def in_kind(text, scene, kind):
     return re.sub(clock, lambda m: repr(int(m[1]) * 3600 + int(m[2]) * 60 + float(m[3])), text)
 
 
+def write_records(directory, scene, kind):
+    """The samples of a scene's pool as a record file, whose samples the pool then names."""
+    path = directory / f"{scene}.pool"
+    mission, source, channel = PLACES[kind]
+    place = directory / mission / f"hddc_{source}012" / "dt_005.007" / channel
+    place.mkdir(parents=True, exist_ok=True)
+    samples = read_pool(path)
+    columns = [samples[key] for key in ("orbit_epoch", "orbit_x", "orbit_y", "orbit_z")]
+    (place / scene).write_text("".join(
+        f"orbit_epoch : {t}\n  orbit_x : {x:.16e}\n  orbit_y : {y:.16e}\n  orbit_z : {z:.16e}\n"
+        for t, x, y, z in zip(*columns)))
+    with (directory / "format.dat").open("a") as formats:
+        formats.write(entry(scene, "STR_V", [f"orbit_epoch : {kind}", "orbit_x : double",
+                                             "orbit_y:double", " orbit_z\t: double"]))
+    text = path.read_text()
+    path.write_text(text[:text.index("#UTC")].replace("orbit_pool", "orbit_mdb") + "".join(
+        entry(key, "INT_32" if isinstance(value, int) else "STR", value) for key, value in {
+            "root_path": str(directory), "mission_id": mission, "tape_id_number": 12,
+            "tape_source_id": source, "major_data_take_id": 5, "minor_data_take_id": 7,
+            "channel_id": channel, "mdb_orbit_data_file": scene}.items()))
+
+
 def run_with(directory, method, kind, records=False):
     shutil.copy(DATA / "insar.pool", directory)
     for scene in ("master", "slave"):
@@ -52,16 +74,7 @@ def run_with(directory, method, kind, records=False):
         text = text.replace("everett_8", method)
         pool.write_text(text)
         if records:
-            place = directory / "KOVA1" / "hddc_BRNR012" / "dt_005.007"
-            place.mkdir(parents=True, exist_ok=True)
-            subprocess.run([WRITE_RECORDS, pool, directory, scene, kind], check=True)
-            text = text[:text.index("#UTC")].replace("orbit_pool", "orbit_mdb")
-            text += "".join(entry(key, "STR", value) for key, value in {
-                "root_path": str(directory), "mission_id": "KOVA1", "tape_source_id": "BRNR",
-                "channel_id": "pri", "mdb_orbit_data_file": scene}.items())
-            text += "".join(entry(key, "INT_32", value) for key, value in {
-                "tape_id_number": 12, "major_data_take_id": 5, "minor_data_take_id": 7}.items())
-            pool.write_text(text)
+            write_records(directory, scene, kind)
     done = run(directory)
     assert done.status == 0, done.alarms
     targets = [float(x) for text in done.levels("DEBUG") if "Earth vector" in text

@@ -93,24 +93,6 @@ TEST_F(TimeScannerTest, LongTokensAndYearsAreRefused) {
   EXPECT_THROW(UNIVERSAL_TIME("Wed Jan 14 10:11:12 99999999999999999999"), ERROR_DATA);
 }
 
-TEST_F(TimeScannerTest, ASignBehindWhiteSpaceIsPlus) {
-  struct SIGN_SCANNER final : TIME_SCANNER {
-    bool Scan(const char* input) override {
-      Start(input);
-      return true;
-    }
-  } scanner;
-  for (const auto& [input, sign] : {std::pair("-7", '-'), {"+7", '+'}, {"7", '+'}, {" -7", '+'}}) {
-    scanner.Scan(input);
-    EXPECT_EQ(scanner.GetSign(), sign) << input;
-    EXPECT_EQ(scanner.GetNumber(), 7) << input;
-  }
-  scanner.Unget({});
-  EXPECT_EQ(ThrownText([&] { scanner.Unget({}); }),
-            "TIME: scanner: internal error unget buffer overflow");
-  EXPECT_EQ(ThrownText([] { TokenName(8); }), "can not convert unregistered tokentype to string");
-}
-
 struct MET_CASE {
   const char* input;
   MET_VALUES values;

