@@ -1,14 +1,17 @@
 """Whole runs on the real pair with every interpolation, kind of time and source of samples: all agree
 with Everett's formula of eighth order within what the method can do."""
 
+import os
 import re
 import shutil
+import subprocess
 from pathlib import Path
 
 import pytest
 
-from varnoth_run import entry, read_pool, run
+from varnoth_run import entry, run
 
+WRITE_RECORDS = os.environ["WRITE_RECORDS"]
 DATA = Path(__file__).parents[2] / "examples" / "real_pair"
 # Days of the two scenes; a mission starts twelve days before the first.
 MISSION_DAY = {"master": "0012", "slave": "0024"}
@@ -25,9 +28,9 @@ METHODS = {
 }
 RECORD_METHODS = [m for m in METHODS if "chebyshev" not in m and "hermite" not in m]
 KINDS = ["double", "utc", "met"]
-# Missions, tape sources and channels of the record files, by kind of time.
-PLACES = {"double": ("ZEL1", "AQAV", "sec"), "utc": ("KOVA1", "BRNR", "pri"),
-          "met": ("ZEL3", "DTYR", "pri")}
+# Missions, tape sources and channels of the record files and their numbers, by kind of time.
+PLACES = {"double": (("ZEL1", "AQAV", "sec"), "122"), "utc": (("KOVA1", "BRNR", "pri"), "431"),
+          "met": (("ZEL3", "DTYR", "pri"), "361")}
 
 
 def in_kind(text, scene, kind):
@@ -46,17 +49,8 @@ def in_kind(text, scene, kind):
 def write_records(directory, scene, kind):
     """The samples of a scene's pool as a record file, whose samples the pool then names."""
     path = directory / f"{scene}.pool"
-    mission, source, channel = PLACES[kind]
-    place = directory / mission / f"hddc_{source}012" / "dt_005.007" / channel
-    place.mkdir(parents=True, exist_ok=True)
-    samples = read_pool(path)
-    columns = [samples[key] for key in ("orbit_epoch", "orbit_x", "orbit_y", "orbit_z")]
-    (place / scene).write_text("".join(
-        f"orbit_epoch : {t}\n  orbit_x : {x:.16e}\n  orbit_y : {y:.16e}\n  orbit_z : {z:.16e}\n"
-        for t, x, y, z in zip(*columns)))
-    with (directory / "format.dat").open("a") as formats:
-        formats.write(entry(scene, "STR_V", [f"orbit_epoch : {kind}", "orbit_x : double",
-                                             "orbit_y:double", " orbit_z\t: double"]))
+    (mission, source, channel), numbers = PLACES[kind]
+    subprocess.run([WRITE_RECORDS, path, directory, scene, kind, *numbers], check=True)
     text = path.read_text()
     path.write_text(text[:text.index("#UTC")].replace("orbit_pool", "orbit_mdb") + "".join(
         entry(key, "INT_32" if isinstance(value, int) else "STR", value) for key, value in {
