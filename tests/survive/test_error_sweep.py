@@ -24,7 +24,8 @@ def test_every_error(tmp_path):
         text = log.read_text(errors="replace") if log.exists() else ""
         assert "lost" not in states, (point, status, states)
         assert 0 <= status, (point, status)
-        if error == "EINTR" and status != LOADER:
+        # The C library's stream of a table drops what was interrupted; the run tells and ends.
+        if error == "EINTR" and status != LOADER and "can not write to /tmp" not in text:
             assert (status, *states) == (0, "new", "new"), point
         found = marks(directory)
         if status == 0:
