@@ -1,0 +1,63 @@
+#include "fuzz_target.hpp"
+#include "pool/parameter_pool_read_write_change.hpp"
+
+namespace varnoth::fuzz {
+
+/// A pool file of any bytes, whose key "k" is read as every type.
+void FuzzValues(const std::string& input) {
+  WriteFile("pool", input);
+  PARAMETER_POOL pool("pool");
+  Accepts([&] { pool.get_type("k"); });
+#define VARNOTH_READ(...)      \
+  Accepts([&] {                \
+    __VA_ARGS__ value{};       \
+    pool.Read("k", value);     \
+  });                          \
+  Accepts([&] {                \
+    ARRAY<__VA_ARGS__> values; \
+    pool.Read("k", values);    \
+  });
+  VARNOTH_POOL_ELEMENTS(VARNOTH_READ)
+#undef VARNOTH_READ
+#define VARNOTH_READ(...)       \
+  Accepts([&] {                 \
+    MATRIX<__VA_ARGS__> values; \
+    pool.Read("k", values);     \
+  });
+  VARNOTH_POOL_MATRIX_ELEMENTS(VARNOTH_READ)
+#undef VARNOTH_READ
+}
+
+/// An update without changes keeps a file of whole lines; what a change writes reads back, and a
+/// second change of the same value changes nothing but comments.
+void FuzzPools(const std::string& input) {
+  const std::string content = input + "\n";
+  WriteFile("pool", content);
+  { PARAMETER_POOL_READ_WRITE_CHANGE pool("pool"); }
+  Require(ReadFile("pool") == content, "an update without changes keeps the file");
+
+  const double number = static_cast<double>(input.size()) / 3 - 1;
+  ARRAY<STRING> texts(1, 2);
+  texts.GetBase()[1] = "of one line";
+  bool added = false;
+  {
+    PARAMETER_POOL_READ_WRITE_CHANGE pool("pool");
+    pool.Change("k", number, ARRAY<STRING>("a comment"));
+    added = Accepts([&] {
+      texts.GetBase()[2] =
+          input.substr(0, input.find_first_of("\r\n\\\"" + std::string(1, '\0'))).c_str();
+      pool.Change("t", texts);
+    });
+  }
+  PARAMETER_POOL pool("pool");
+  double read = 0;
+  pool.Read("k", read);
+  Require(read == number, "a number reads back");
+  if (!added) return;
+  ARRAY<STRING> read_texts;
+  pool.Read("t", read_texts);
+  Require(read_texts.GetBase()[1] == texts.GetBase()[1], "a text reads back");
+  Require(read_texts.GetBase()[2] == texts.GetBase()[2], "any text of one line reads back");
+}
+
+}  // namespace varnoth::fuzz

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <span>
+#include <string>
+
+namespace varnoth::fuzz {
+
+/// A function that takes any bytes and must neither crash nor break what it requires.
+struct TARGET {
+  const char* name;
+  void (*run)(const std::string& input);
+  bool calculates;  ///< so that a trap may be the right answer to an absurd input
+};
+
+std::span<const TARGET> Targets();
+/// The target of a name; null for none.
+const TARGET* FindTarget(const std::string& name);
+
+/// Prepares the process: a directory of its own to work in, a log that shows nothing and, where the
+/// variable FUZZ_TRAPS is set and no trap is right, arithmetic that traps.
+void Prepare(const TARGET& target);
+
+/// Ends the process, by an abort that the fuzzer reports, where a requirement does not hold.
+void Require(bool holds, const char* what);
+
+/// Runs an action that may refuse its input by any of the system's failures.
+template <class ACTION>
+bool Accepts(ACTION action);
+
+void WriteFile(const char* path, const std::string& content);
+std::string ReadFile(const char* path);
+
+}  // namespace varnoth::fuzz
+
+#include "foundation/errors.hpp"
+
+template <class ACTION>
+bool varnoth::fuzz::Accepts(ACTION action) {
+  try {
+    action();
+    return true;
+  } catch (const ERROR_EXCEPTION&) {
+  } catch (const char*) {
+  }
+  return false;
+}
