@@ -74,13 +74,22 @@ void CONTROLLER_IFC::init(int count, char** arguments, bool supervise) {
     TakeNames();
   }
   config_file = OpenStream(config_file_name.c_str(), O_RDONLY);
+  const int reason = config_file == nullptr ? errno : 0;
   MoveLog();
   if (config_file == nullptr) {
+    // Without the keys of a file that is there the run would go on with other values.
+    if (reason != ENOENT && reason != ENOTDIR) FailOnConfigFile(reason);
     GlobalLog.set(WARNING) << "Configuration file " << config_file_name << " does not exist!\n";
   }
   TakeLogLevels();
   ObeyStopFile();
   set_failure_mark();
+}
+
+void CONTROLLER_IFC::FailOnConfigFile(int reason) const {
+  GlobalLog.set(ALARM) << "Can not read configuration file " << config_file_name << ": "
+                       << std::strerror(reason) << "\n";
+  throw ERROR_CAN_NOT_READ_FILE();
 }
 
 void CONTROLLER_IFC::TakeNames() {
@@ -169,8 +178,9 @@ bool CONTROLLER_IFC::FindInConfigFile(const char* key, STRING& value) {
       GlobalLog.set(DEBUG) << "Found parameter " << name << "=" << value << "\n";
       return true;
     }
+    if (std::ferror(config_file.get()) != 0) FailOnConfigFile(errno);
     GlobalLog.set(TRACE) << "rewinding file position\n";
-    std::rewind(config_file.get());
+    if (std::fseek(config_file.get(), 0, SEEK_SET) != 0) FailOnConfigFile(errno);
   }
   return false;
 }
