@@ -98,9 +98,11 @@ int main(int argc, char** argv) {
   identity.title = TITLE;  // a failure of the set-up already tells it
   SoftwareLog information;
   bool results_stand = false;
+  bool all_went_well = false;
   try {
     controller.init(argc, argv, true);
     run(controller, identity, information, results_stand);
+    all_went_well = true;
   } catch (const BASIC::TYPES::ERROR_ENUM_BASE_INVALID_VALUE& error) {
     GlobalLog.set(ALARM) << error.what() << "\n";
     GlobalLog.set(ALARM) << error.value << "\n";
@@ -113,7 +115,9 @@ int main(int argc, char** argv) {
   } catch (...) {
     GlobalLog.set(ALARM) << "program aborted due to FATAL ERROR\n";
   }
-  if (!results_stand) {
+  // An InSAR pool that could not be updated is told of in the log alone, so a log that could not
+  // take the lines makes it a failure.
+  if (!results_stand || (!all_went_well && !GlobalLog.flush())) {
     GlobalLog.set(ALARM) << "ZOD_MSG|ERROR|" << identity.title << " terminated with error!\n";
     controller.exit_error();
   }

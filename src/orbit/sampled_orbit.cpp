@@ -1,9 +1,11 @@
 #include "orbit/sampled_orbit.hpp"
 
+#include <fcntl.h>
+
 #include <cstdio>
 
 #include "foundation/errors.hpp"
-#include "framework/log/owned_file.hpp"
+#include "framework/log/file_access.hpp"
 #include "framework/tables/log_table.hpp"
 
 namespace varnoth {
@@ -20,7 +22,8 @@ void CheckOutput(int wanted, int given) {
 /// A text file for a curve; numbers in scientific notation with 15 digits.
 class CURVE_FILE {
  public:
-  explicit CURVE_FILE(const STRING& name) : file(OpenFile(name.c_str(), "we")) {
+  explicit CURVE_FILE(const STRING& name)
+      : file(OpenStream(name.c_str(), O_WRONLY | O_CREAT | O_TRUNC)) {
     if (file != nullptr) return;
     GlobalLog.set(ALARM) << "ORBIT::SavePolynomial() can not create file: " << name << "\n";
     throw ERROR_CAN_NOT_CREATE_FILE();

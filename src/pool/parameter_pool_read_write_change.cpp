@@ -85,8 +85,8 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::update() {
   {
     GlobalLog.set(DEBUG) << "open pool: " << temporary_name << "\n";
     POOL_STREAM temporary;
-    // Without that file there is nothing that could be opened without following what somebody
-    // else put there.
+    // Without that file there is nothing that could be opened without following what
+    // somebody else put there.
     if (created.empty() || !temporary.Open(temporary_name.c_str(), POOL_STREAM::MODE::READ_WRITE)) {
       GlobalLog.set(ALARM) << "can not open parameter file " << temporary_name << "\n";
       GlobalLog.set(ALARM) << "no permission to change pool file: " << file_name << "\n";
@@ -129,30 +129,38 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::Merge(POOL_STREAM& temporary) {
 }
 
 void PARAMETER_POOL_READ_WRITE_CHANGE::TakeOver(const std::string& temporary_name) {
+  const auto fail = [&](int error) {
+    GlobalLog.set(ALARM) << "the complete content is kept in: " << temporary_name << "\n";
+    GlobalLog.set(ALARM) << "can not update pool " << file_name << "\n";
+    LogSystemError(error);
+  };
   POOL_STREAM temporary;
-  if (!temporary.Open(temporary_name.c_str(), POOL_STREAM::MODE::READ)) {
-    LogSystemError(errno);
+  std::string content;
+  const bool is_open = temporary.Open(temporary_name.c_str(), POOL_STREAM::MODE::READ);
+  while (is_open && !temporary.AtEnd()) {
+    content += static_cast<char>(temporary.Fetch());
+    if (temporary.AtEnd()) content.pop_back();
+  }
+  // The pool is not cut before all that takes its place is at hand.
+  if (!is_open || temporary.HasError()) {
+    fail(errno);
     GlobalLog.set(ALARM) << "Error opening file " << temporary_name << "\n";
     throw ERROR_I_O();
   }
-  const auto fail = [&](int error) {
-    GlobalLog.set(ALARM) << "can not update pool " << file_name << "\n";
-    LogSystemError(error);
-    throw ERROR_PARAMETER_POOL();
-  };
   stream.Rewind();
-  if (!stream.Truncate()) fail(errno);
-  while (!temporary.AtEnd()) {
-    const unsigned char byte = temporary.Fetch();
-    if (!temporary.AtEnd()) stream.Write({reinterpret_cast<const char*>(&byte), 1});
+  bool is_written = stream.Truncate();
+  if (is_written) {
+    stream.Write(content);
+    is_written = stream.Close();
   }
-  if (temporary.HasError() || !stream.Close()) {
-    const int error = errno;
-    GlobalLog.set(ALARM) << "the complete content is kept in: " << temporary_name << "\n";
-    fail(error);
+  if (!is_written) {
+    fail(errno);
+    throw ERROR_PARAMETER_POOL();
   }
   temporary.Close();
-  unlink(temporary_name.c_str());
+  if (unlink(temporary_name.c_str()) != 0) {
+    GlobalLog.set(WARNING) << "can not remove tmp file: " << temporary_name << "\n";
+  }
 }
 
 }  // namespace varnoth

@@ -21,7 +21,8 @@ bool POOL_STREAM::Open(const char* path, MODE mode) {
   const int flags = mode == MODE::READ     ? O_RDONLY
                     : mode == MODE::CREATE ? O_RDWR | O_CREAT
                                            : O_RDWR;
-  descriptor = Restarted([&] { return ::open(path, flags | O_CLOEXEC | O_NONBLOCK, 0666); });
+  // A pipe is no pool, and not waited for.
+  descriptor = Restarted([&] { return ::open(path, flags | O_NONBLOCK | O_CLOEXEC, 0666); });
   write_failed = false;
   Rewind();
   return IsOpen();

@@ -22,29 +22,36 @@ def masked(content):
 
 
 class Stage:
-    """A pair with two pools to be updated, their old content and what a run makes of it."""
+    """A pair with two pools to be updated, their old content and what a run makes of it. The degree
+    and the height stand in the configuration file alone: a run that did not read it shows in the
+    results."""
 
     UPDATED = ("insar.pool", "log.pool")
+    WORDS = arguments(FlatEarthPolyDegree=None, pcf="own.cfg")
 
     def __init__(self, root):
         self.root, self.start = root, root / "start"
         self.start.mkdir()
         Pair().write(self.start)
+        (self.start / "own.cfg").write_text("FlatEarthPolyDegree 3\nLocalHeight 250\n")
         (self.start / "log.pool").write_text('# of another step\nother STR "x"\n\n')
         self.before = {p.name: p.read_bytes() for p in self.start.glob("*.pool")}
         first = self.fresh("new")
         self.calls = Counter(name for name, _, _ in self.traced(first)[1])
         self.after = {name: masked((first / name).read_bytes()) for name in self.UPDATED}
+        self.log_lines = len(Run(first, 0, "", "").log)
 
     def fresh(self, name):
         return shutil.copytree(self.start, self.root / name)
 
     def traced(self, directory, *injection):
-        """The status of a run under strace and its calls, as name, arguments and result."""
-        words = ["strace", "-o", "trace", *injection, BINARY, *arguments()]
-        status = subprocess.run(words, cwd=directory, stdin=subprocess.DEVNULL, timeout=20,
-                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                                check=False).returncode
+        """The status of a run under strace and its calls, as name, arguments and result. The screen
+        goes into a file."""
+        words = ["strace", "-o", "trace", *injection, BINARY, *self.WORDS]
+        with (directory / "screen").open("wb") as screen:
+            status = subprocess.run(words, cwd=directory, stdin=subprocess.DEVNULL, timeout=20,
+                                    stdout=screen, stderr=subprocess.DEVNULL,
+                                    check=False).returncode
         trace = (directory / "trace").read_text(errors="replace").splitlines()
         (directory / "trace").unlink()
         return status, [m.groups() for m in map(CALL.match, trace) if m]

@@ -26,8 +26,8 @@ def test_limit_of_a_file_s_size(tmp_path):
     stage = Stage(tmp_path)
 
     def one(directory, limit):
-        done = run(directory, preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE,
-                                                                    (limit, limit)))
+        done = run(directory, stage.WORDS, preexec_fn=lambda: resource.setrlimit(
+            resource.RLIMIT_FSIZE, (limit, limit)))
         return look(stage, directory, done.status)
 
     seen = stage.sweep([(limit,) for limit in range(0, 26000, 200)], one)
@@ -45,7 +45,7 @@ def test_disk_that_fills_up(tmp_path):
     seen = Counter()
     for size in range(28, 100, 4):
         words = ["unshare", "--mount", "sh", "-c", MOUNT, "sh", str(size), tmp_path / "disk",
-                 stage.start, BINARY, *arguments()]
+                 stage.start, BINARY, *stage.WORDS]
         if os.getuid() != 0 or subprocess.run(words, check=False, timeout=20,
                                               stderr=subprocess.PIPE).returncode == 99:
             pytest.skip("LEFT OUT: no right to mount a small disk")
@@ -60,22 +60,36 @@ KNOWN_NAMES = ["OK.varnoth", "ERROR.varnoth", "current_process.pid", "parent_pro
 
 
 @pytest.mark.parametrize("name", KNOWN_NAMES)
-@pytest.mark.parametrize("kind", ["link", "pipe"])
+@pytest.mark.parametrize("kind", ["link", "second name", "pipe"])
 def test_names_made_beforehand(ready, name, kind):
     victim = ready / "victim"
     victim.write_text("precious\n")
-    (ready / name).symlink_to("victim") if kind == "link" else os.mkfifo(ready / name)
+    {"link": lambda: (ready / name).symlink_to("victim"), "pipe": lambda: os.mkfifo(ready / name),
+     "second name": lambda: os.link(victim, ready / name)}[kind]()
     done = run(ready)
     # A log may be a link on purpose, and is only added to.
     assert victim.read_text().startswith("precious\n") and \
         (name == "log.varnoth" or victim.read_text() == "precious\n")
-    status = {"STOP.varnoth": 2, "current_process.pid": 1, "parent_process.pid": 1}.get(name, 0)
-    assert done.status == (255 if (name, kind) == ("log.varnoth", "pipe") else status)
+    # Marks and ids are replaced; the others are read.
+    status = {("STOP.varnoth", kind): 2, ("log.varnoth", "pipe"): 255, ("pcf.varnoth", "pipe"): 1}
+    assert done.status == status.get((name, kind), 0)
     if (ready / name).is_fifo():
-        (ready / name).unlink()  # or this reader would wait for it
+        (ready / name).unlink()  # this test must not wait for it either
     if done.status in (0, 1) and name != "log.varnoth":
         wanted = {"OK": "0"} if done.status == 0 else {"ERROR": "1"}
         assert {m: t for m, t in done.marks.items() if m in ("OK", "ERROR")} == wanted
+
+
+@pytest.mark.parametrize("kind", ["missing", "file", "link to nothing", "pipe", "link"])
+def test_temporary_directory_made_beforehand(ready, kind):
+    """What is no directory is passed over; a link to one is one."""
+    make = {"file": lambda tmp: tmp.touch(), "pipe": os.mkfifo,
+            "link to nothing": lambda tmp: tmp.symlink_to("nothing"),
+            "link": lambda tmp: tmp.symlink_to(".")}
+    make.get(kind, lambda tmp: None)(ready / "tmp")
+    done = run(ready, environment={"TMPDIR": "tmp"})
+    assert (done.status, done.marks) == (0, {"OK": "0"})
+    assert not list(ready.glob("table_*")) and not list(ready.glob("log.??????"))
 
 
 def test_what_a_pool_is_survives_its_update(ready):

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "framework/log/file_access.hpp"
 #include "framework/log/temporary_file.hpp"
 
 namespace varnoth {
@@ -64,19 +65,23 @@ void OccupyStandardDescriptors() {
   }
 }
 
-/// Whether an open stream and a path are one file, by whatever name.
-bool IsFile(std::FILE* stream, const char* path) {
-  struct stat of_stream {};
-  struct stat of_path {};
-  return ::fstat(fileno(stream), &of_stream) == 0 && ::stat(path, &of_path) == 0 &&
-         of_stream.st_dev == of_path.st_dev && of_stream.st_ino == of_path.st_ino;
+OWNED_FILE OpenForAppending(const char* path) {
+  return OpenStream(path, O_WRONLY | O_CREAT | O_APPEND);
+}
+
+/// Whether two paths lead to one file.
+bool IsSameFile(const char* one, const char* other) {
+  struct stat of_one {};
+  struct stat of_other {};
+  return ::stat(one, &of_one) == 0 && ::stat(other, &of_other) == 0 &&
+         of_one.st_dev == of_other.st_dev && of_one.st_ino == of_other.st_ino;
 }
 
 bool AppendContent(std::FILE* from, std::FILE* to) {
   char block[8192];
   std::size_t count = 0;
   while ((count = std::fread(block, 1, sizeof block, from)) > 0) std::fwrite(block, 1, count, to);
-  return std::ferror(from) == 0;
+  return std::ferror(from) == 0 && std::fflush(to) == 0 && std::ferror(to) == 0;
 }
 
 }  // namespace
@@ -99,11 +104,13 @@ LOG::LOG() {
       ScreenFailure(prefix, "can not open logging file: ", std::string(directory) + "log.");
     } else if (open_file(path.c_str(), "global", DEBUG, DEBUG)) {
       return;
+    } else {
+      unlink(path.c_str());
     }
   }
 }
 
-LOG::~LOG() = default;
+LOG::~LOG() { CloseFile(); }
 
 LOG& LOG::set(int level) {
   if (level == QA_WARNING) qa_flag = true;
@@ -207,8 +214,8 @@ bool LOG::open_file(const char* path, const char* prefix_word, int screen, int f
   qa_flag = false;
   current_level = TRACE;
   start_time = std::time(nullptr);
-  file.reset();
-  file = OpenWithoutWaiting(path, "ae");
+  CloseFile();
+  file = OpenForAppending(path);
   if (file == nullptr) {
     ScreenFailure(prefix, "can not open logging file: ", path);
     return false;
@@ -220,10 +227,10 @@ bool LOG::open_file(const char* path, const char* prefix_word, int screen, int f
 void LOG::change_file(const char* path) {
   const std::lock_guard lock(mutex);
   const bool had_file = file != nullptr;
-  if (had_file && IsFile(file.get(), path)) return;  // it would be copied into itself
+  if (had_file && IsSameFile(file_path.c_str(), path)) return;  // it would be copied into itself
   const std::string old_path = file_path;
-  file.reset();
-  file = OpenWithoutWaiting(path, "ae");
+  CloseFile();
+  file = OpenForAppending(path);
   if (file == nullptr) {
     ScreenFailure(prefix, " can not open logging file: ", path);
     std::exit(-1);
@@ -231,12 +238,15 @@ void LOG::change_file(const char* path) {
   file_path = path;
   if (!had_file) return;
 
-  const OWNED_FILE old = OpenFile(old_path.c_str(), "re");
-  if (old == nullptr || !AppendContent(old.get(), file.get())) {
+  const OWNED_FILE old = OpenStream(old_path.c_str(), O_RDONLY);
+  if (old == nullptr) {
     ScreenFailure(prefix, " can not reopen tmp logging file: ", old_path);
     return;
   }
-  std::fflush(file.get());
+  if (!AppendContent(old.get(), file.get())) {
+    ScreenFailure(prefix, " can not copy tmp logging file: ", old_path);
+    return;
+  }
   if (unlink(old_path.c_str()) != 0) {
     const int reason = errno;
     WriteLine(WARNING, "can not remove tmp file: %s", old_path.c_str());
@@ -321,8 +331,16 @@ void LOG::end_banner() {
   current_level = saved_level;
 }
 
-void LOG::flush() {
-  if (file != nullptr) std::fflush(file.get());
+bool LOG::flush() {
+  return file != nullptr && std::fflush(file.get()) == 0 && std::ferror(file.get()) == 0;
+}
+
+void LOG::CloseFile() {
+  if (file == nullptr) return;
+  const bool is_complete = flush();
+  if (std::fclose(file.release()) != 0 || !is_complete) {
+    ScreenFailure(prefix, " log file is incomplete: ", file_path);
+  }
 }
 
 }  // namespace varnoth

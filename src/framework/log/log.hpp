@@ -114,8 +114,9 @@ class LOG {
   /// Execution time since the log was created, and the end time.
   void end_banner();
 
-  /// Hands what the file side has buffered to the system.
-  void flush();
+  /// Hands what the file side has buffered to the system. False if there is no file, or if anything
+  /// since its opening could not be written into it.
+  bool flush();
 
   /// Keeps the text of messages that reach the screen, without the heads, in `captured()`.
   void set_capture(bool on) { capture = on; }
@@ -136,6 +137,8 @@ class LOG {
   void WriteLine(int level, const char* format, std::va_list arguments);
   void SetLevels(int screen, int file_threshold);
   void WriteStartLine();
+  /// A file that lacks lines is told of on the screen.
+  void CloseFile();
   bool ShownOnScreen() const { return current_level >= screen_level; }
   bool ShownInFile() const { return file != nullptr && current_level >= file_level; }
 

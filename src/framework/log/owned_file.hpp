@@ -13,11 +13,4 @@ struct FILE_CLOSER {
 /// close matters, release it and close it by hand.
 using OWNED_FILE = std::unique_ptr<std::FILE, FILE_CLOSER>;
 
-/// Opens a file as fopen does, again where a signal interrupts it; null, with errno set, on
-/// failure.
-OWNED_FILE OpenFile(const char* path, const char* mode);
-/// The same for names that others may have made a pipe of: a pipe without a partner is empty to a
-/// reader ("re") and can't be opened by a writer ("ae"), instead of keeping either waiting.
-OWNED_FILE OpenWithoutWaiting(const char* path, const char* mode);
-
 }  // namespace varnoth

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "foundation/errors.hpp"
+#include "framework/log/file_access.hpp"
 #include "framework/log/log.hpp"
 #include "framework/log/restarted.hpp"
 #include "framework/process/fatal_signals.hpp"
@@ -32,30 +33,20 @@ STRING Bounded(const char* what, const STRING& text) {
   return text;
 }
 
-/// Opens a mark. What somebody else has put in its place, a link or a pipe that nobody reads, goes:
-/// the mark must neither write over what the link points to nor wait.
-int OpenMark(const char* path) {
-  constexpr int FLAGS = O_WRONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
-  const auto open_it = [&] { return Restarted([&] { return ::open(path, FLAGS, 0666); }); };
-  const int descriptor = open_it();
-  if (descriptor >= 0 || (errno != ELOOP && errno != ENXIO)) return descriptor;
-  return unlink(path) == 0 ? open_it() : -1;
-}
-
-/// Writes a mark: the status and nothing else. The byte is written before the length is cut, so
-/// that a mark that stands already is never empty on the way.
+/// Writes a mark: the status and nothing else.
 void WriteStatusFile(const STRING& path, int status) {
   if (path.IsEmpty()) return;  // the name of the program itself was refused
-  const int descriptor = OpenMark(path.c_str());
   const char digit = static_cast<char>('0' + status);
-  bool written = descriptor >= 0 && Restarted([&] { return ::write(descriptor, &digit, 1); }) == 1;
-  if (descriptor >= 0) {
-    // A mark that is a device or a pipe has no length to be cut.
-    written =
-        written && (Restarted([&] { return ::ftruncate(descriptor, 1); }) == 0 || errno == EINVAL);
-    ::close(descriptor);
+  if (!ReplaceFile(path.c_str(), {&digit, 1})) {
+    GlobalLog.set(WARNING) << "Can not create file " << path << "!\n";
   }
-  if (!written) GlobalLog.set(WARNING) << "Can not create file " << path << "!\n";
+}
+
+/// Whether nothing stands under the name any more.
+bool RemoveStatusFile(const STRING& path) { return unlink(path.c_str()) == 0 || errno == ENOENT; }
+
+void TellOfMarkLeft(const STRING& path) {
+  GlobalLog.set(WARNING) << "Can not remove file " << path << "!\n";
 }
 
 /// One word from standard input, bounded: a longer one is refused by whoever takes the value.
@@ -82,14 +73,23 @@ void CONTROLLER_IFC::init(int count, char** arguments, bool supervise) {
     argv = arguments;
     TakeNames();
   }
-  config_file = OpenWithoutWaiting(config_file_name.c_str(), "re");
+  config_file = OpenStream(config_file_name.c_str(), O_RDONLY);
+  const int reason = config_file == nullptr ? errno : 0;
   MoveLog();
   if (config_file == nullptr) {
+    // Without the keys of a file that is there the run would go on with other values.
+    if (reason != ENOENT && reason != ENOTDIR) FailOnConfigFile(reason);
     GlobalLog.set(WARNING) << "Configuration file " << config_file_name << " does not exist!\n";
   }
   TakeLogLevels();
   ObeyStopFile();
   set_failure_mark();
+}
+
+void CONTROLLER_IFC::FailOnConfigFile(int reason) const {
+  GlobalLog.set(ALARM) << "Can not read configuration file " << config_file_name << ": "
+                       << std::strerror(reason) << "\n";
+  throw ERROR_CAN_NOT_READ_FILE();
 }
 
 void CONTROLLER_IFC::TakeNames() {
@@ -140,7 +140,8 @@ void CONTROLLER_IFC::TakeLogLevels() {
 }
 
 void CONTROLLER_IFC::ObeyStopFile() const {
-  if (::open(stop_file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK) < 0) return;
+  constexpr int FLAGS = O_RDONLY | O_NONBLOCK | O_CLOEXEC;  // a pipe is a STOP file as well
+  if (Restarted([&] { return ::open(stop_file.c_str(), FLAGS); }) < 0) return;
   constexpr const char* LINE = "====================================================\n";
   GlobalLog.set(INFO) << LINE;
   GlobalLog.set(INFO) << "Program execution interrupted - STOP file was found!\n";
@@ -177,8 +178,9 @@ bool CONTROLLER_IFC::FindInConfigFile(const char* key, STRING& value) {
       GlobalLog.set(DEBUG) << "Found parameter " << name << "=" << value << "\n";
       return true;
     }
+    if (std::ferror(config_file.get()) != 0) FailOnConfigFile(errno);
     GlobalLog.set(TRACE) << "rewinding file position\n";
-    std::rewind(config_file.get());
+    if (std::fseek(config_file.get(), 0, SEEK_SET) != 0) FailOnConfigFile(errno);
   }
   return false;
 }
@@ -251,15 +253,18 @@ int CONTROLLER_IFC::mark_error() {
 }
 
 void CONTROLLER_IFC::set_failure_mark() {
-  unlink(ok_file.c_str());
+  const bool removed = RemoveStatusFile(ok_file);
   WriteStatusFile(error_file, 1);
+  if (!removed) TellOfMarkLeft(ok_file);
 }
 
 void CONTROLLER_IFC::exit_ok() { std::exit(mark_ok()); }
 
 void CONTROLLER_IFC::exit_error() { std::exit(mark_error()); }
 
-void CONTROLLER_IFC::remove_error_file() { unlink(error_file.c_str()); }
+void CONTROLLER_IFC::remove_error_file() {
+  if (!RemoveStatusFile(error_file)) TellOfMarkLeft(error_file);
+}
 
 void enable_fp_traps() { feenableexcept(FE_INVALID | FE_DIVBYZERO | FE_OVERFLOW); }
 

@@ -25,8 +25,9 @@ class CONTROLLER_IFC {
   /// must outlive the object.
   ///
   /// Ends the process with status 2 if the STOP file is there, and with 255 if the log file can't
-  /// be opened. Throws ERROR_ARGUMENT, behind a line at ALARM, for a path of more than 255
-  /// characters.
+  /// be opened. Throws, behind a line at ALARM, ERROR_ARGUMENT for a path of more than 255
+  /// characters, and ERROR_CAN_NOT_READ_FILE for a configuration file that is there but can't be
+  /// read, as every later look into it does.
   void init(int count, char** arguments, bool supervise);
 
   /// Finds a mandatory parameter, at last at the keyboard, and returns true. With the keyboard
@@ -62,6 +63,7 @@ class CONTROLLER_IFC {
  private:
   bool FindInArguments(const char* key, STRING& value) const;
   bool FindInConfigFile(const char* key, STRING& value);
+  [[noreturn]] void FailOnConfigFile(int reason) const;
   static bool FindInEnvironment(const char* key, STRING& value);
   static void AskKeyboard(const char* key, STRING& value);
   void TakeNames();

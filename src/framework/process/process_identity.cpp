@@ -1,30 +1,19 @@
 #include "framework/process/process_identity.hpp"
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <string>
 
 #include "foundation/errors.hpp"
+#include "framework/log/file_access.hpp"
 #include "framework/log/log.hpp"
-#include "framework/log/restarted.hpp"
 
 namespace varnoth {
 
 namespace {
 
 void WriteId(const char* name, pid_t id) {
-  const std::string text = std::to_string(id) + "\n";
-  // The name is known to everybody: no link is followed, no pipe is waited for.
-  constexpr int FLAGS = O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
-  const int descriptor = Restarted([&] { return ::open(name, FLAGS, 0666); });
-  bool written = descriptor >= 0;
-  if (written) {
-    const auto count = Restarted([&] { return ::write(descriptor, text.data(), text.size()); });
-    const bool closed = ::close(descriptor) == 0 || errno == EINTR;
-    written = closed && count == static_cast<ssize_t>(text.size());
-  }
-  if (!written) {
+  if (!ReplaceFile(name, std::to_string(id) + "\n")) {
     GlobalLog.set(ALARM) << "Error opening file " << name << "\n";
     throw ERROR_CAN_NOT_OPEN_FILE();
   }

@@ -1,5 +1,6 @@
 #include "framework/tables/log_table.hpp"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -8,6 +9,7 @@
 #include <cstring>
 
 #include "foundation/errors.hpp"
+#include "framework/log/file_access.hpp"
 #include "framework/log/temporary_file.hpp"
 
 namespace varnoth {
@@ -34,7 +36,7 @@ LOG_TABLE::LOG_TABLE() {
   const std::string path = CreateTemporaryFile("/tmp/", "table_");
   file_name = path.empty() ? "/tmp/table_0815" : path.c_str();
   // A name that was not made for this table may be somebody else's file.
-  if (!path.empty()) file = OpenFile(path.c_str(), "we");
+  if (!path.empty()) file = OpenStream(path.c_str(), O_WRONLY);
   if (file == nullptr) {
     GlobalLog.set(EXCEPTION) << "LOG_TABLE: can not open tmp file: " << file_name << "\n";
     if (!path.empty()) unlink(path.c_str());
@@ -97,12 +99,18 @@ void LOG_TABLE::set_second_rule(char fill, char cross) {
 }
 
 OWNED_FILE LOG_TABLE::Reopen() const {
-  OWNED_FILE reader = OpenFile(file_name.c_str(), "re");
+  OWNED_FILE reader = OpenStream(file_name.c_str(), O_RDONLY);
   if (reader == nullptr) {
     GlobalLog.set(EXCEPTION) << "LOG_TABLE: can not open tmp file: " << file_name << "\n";
     throw "can not open tmp file";
   }
   return reader;
+}
+
+void LOG_TABLE::CheckRead(const OWNED_FILE& reader) const {
+  if (std::ferror(reader.get()) == 0) return;
+  GlobalLog.set(EXCEPTION) << "LOG_TABLE: can not read tmp file: " << file_name << "\n";
+  throw "can not read tmp file";
 }
 
 int LOG_TABLE::MarkOf(int character) const {
@@ -133,6 +141,7 @@ int LOG_TABLE::CountColumns() const {
     in_row = true;
     if (MarkOf(c) >= 0) ++separators;
   }
+  CheckRead(reader);
   return std::max(separators - 1, 0);
 }
 
@@ -157,6 +166,7 @@ void LOG_TABLE::MeasureColumns(int count) {
     // The "@" and the character behind it count as none together.
     length += c == '@' ? -1 : 1;
   }
+  CheckRead(reader);
 }
 
 void LOG_TABLE::PrintRows(int level) const {
@@ -194,6 +204,7 @@ void LOG_TABLE::PrintRows(int level) const {
       ++column;
     }
   }
+  CheckRead(reader);
 }
 
 void LOG_TABLE::PrintRule(int level) const {
@@ -209,6 +220,7 @@ void LOG_TABLE::PrintRule(int level) const {
     line.append(static_cast<std::size_t>(WidthOf(column)), rule_char);
     ++column;
   }
+  CheckRead(reader);
   GlobalLog.set(level) << line << "\n";
 }
 

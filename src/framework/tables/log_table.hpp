@@ -42,12 +42,15 @@ class LOG_TABLE {
   void set_rule(char fill, char cross);
   void set_second_rule(char fill, char cross);
 
-  /// Prints the table at a level. Throws the text "can not open tmp file", and ERROR_ARGUMENT for a
+  /// Prints the table at a level. Throws the text "can not open tmp file", "can not read tmp file",
+  /// or "can not write to /tmp" for a row that did not get into the file, and ERROR_ARGUMENT for a
   /// cell of more than 255 characters.
   void flush(int level);
 
  private:
   OWNED_FILE Reopen() const;
+  /// Tells the end of the file from a failure.
+  void CheckRead(const OWNED_FILE& reader) const;
   int CountColumns() const;
   void MeasureColumns(int count);
   void PrintRows(int level) const;
