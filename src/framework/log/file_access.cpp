@@ -4,6 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdint>
+
 #include "framework/log/restarted.hpp"
 
 namespace varnoth {
@@ -28,7 +30,8 @@ bool WriteAll(int descriptor, const char* bytes, std::size_t size, std::size_t& 
   return true;
 }
 
-int Number(void* cookie) { return *static_cast<int*>(cookie); }
+/// A stream's cookie is its descriptor itself.
+int Number(void* cookie) { return static_cast<int>(reinterpret_cast<std::intptr_t>(cookie)); }
 
 ssize_t ReadCookie(void* cookie, char* buffer, std::size_t size) {
   return Restarted([&] { return ::read(Number(cookie), buffer, size); });
@@ -48,10 +51,7 @@ int SeekCookie(void* cookie, off64_t* offset, int origin) {
 /// The descriptor is gone whatever close says, so an interrupted one is not repeated.
 bool Close(int descriptor) { return ::close(descriptor) == 0 || errno == EINTR; }
 
-int CloseCookie(void* cookie) {
-  const std::unique_ptr<int> number(static_cast<int*>(cookie));
-  return Close(*number) ? 0 : -1;
-}
+int CloseCookie(void* cookie) { return Close(Number(cookie)) ? 0 : -1; }
 
 int OpenToReplace(const char* path) {
   constexpr int FLAGS = O_WRONLY | O_CREAT | O_NOFOLLOW;
@@ -71,19 +71,15 @@ int OpenToReplace(const char* path) {
 }  // namespace
 
 OWNED_FILE OpenStream(const char* path, int flags) {
-  auto number = std::make_unique<int>(Open(path, flags));
-  if (*number < 0) return nullptr;
+  const int descriptor = Open(path, flags);
+  if (descriptor < 0) return nullptr;
   // From here on a pipe is waited for again.
-  fcntl(*number, F_SETFL, flags & O_APPEND);
+  fcntl(descriptor, F_SETFL, flags & O_APPEND);
   const bool reads = (flags & O_ACCMODE) == O_RDONLY;
   OWNED_FILE stream(fopencookie(
-      number.get(), reads ? "r" : "w",
+      reinterpret_cast<void*>(std::intptr_t{descriptor}), reads ? "r" : "w",
       {.read = ReadCookie, .write = WriteCookie, .seek = SeekCookie, .close = CloseCookie}));
-  if (stream != nullptr) {
-    static_cast<void>(number.release());  // CloseCookie's from now on
-  } else {
-    ::close(*number);
-  }
+  if (stream == nullptr) ::close(descriptor);
   return stream;
 }
 
