@@ -241,8 +241,11 @@ bool MDB::ReadItem(RECORD_ITEM& item) {
   std::string value;
   if (!(stream >> name >> colon >> value)) {
     if (stream.bad()) {
+      // Not to be taken for the end: the orbit would lack the samples behind.
       GlobalLog.set(ALARM) << "MDB::Read(): can not read file " << path_info.file << "\n";
-    } else if (!name.empty()) {
+      throw ERROR_CAN_NOT_READ_FILE();
+    }
+    if (!name.empty()) {
       GlobalLog.set(WARNING) << "MDB::Read(): file " << path_info.file << " ends within item "
                              << name << "\n";
     }

@@ -88,8 +88,8 @@ class MDB {
   /// without file, type or permission and for what the file does not take.
   virtual void Write();
   /// Reads the next record. False at the end of the file, also within a record, which is told at
-  /// WARNING, or if the file can't be read; the record then stays as it was. Throws ERROR_DATA,
-  /// behind a line at ALARM, for lines that are no items.
+  /// WARNING; the record then stays as it was. Throws, behind a line at ALARM, ERROR_DATA for lines
+  /// that are no items, and ERROR_CAN_NOT_READ_FILE for a file that can't be read.
   virtual bool Read();
   /// The same after going forward by `lines` lines, or back if negative.
   virtual bool ReadStep(int lines);

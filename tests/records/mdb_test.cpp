@@ -199,6 +199,16 @@ TEST_F(MdbTest, FaultyFilesAreTold) {
   EXPECT_EQ(ThrownText([&] { mdb.Open(IN); }), "can not open mdb-file");
 }
 
+TEST_F(MdbTest, AFileThatCanNotBeReadDoesNotEnd) {
+  Prepare("");
+  std::filesystem::remove(path);
+  std::filesystem::create_symlink("/proc/self/mem", path);  // opens, but has no first byte
+  mdb.Open(IN);
+  TakeLog();
+  EXPECT_THROW(mdb.Read(), ERROR_CAN_NOT_READ_FILE);
+  EXPECT_EQ(TakeLog(), "MDB::Read(): can not read file f\n");
+}
+
 TEST_F(MdbTest, RecordsGoBehindTheLastOneOrAreTold) {
   Prepare("t : 1\n  n : 1\nt : 2\n  n : 2");
   mdb.Open(IN | std::ios::trunc);
