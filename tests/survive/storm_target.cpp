@@ -1,6 +1,6 @@
-// A program that does little but log and allocate, to be hit by signals: a handler is most likely to
-// interrupt the allocator or the C library's streams here. With the argument -overflow it runs out
-// of stack.
+// A program that does little but log and allocate, to be hit by signals: a handler is most likely
+// to interrupt the allocator or the C library's streams here. With the argument -overflow it runs
+// out of stack.
 
 #include <cstring>
 #include <string>
