@@ -12,6 +12,7 @@
 
 namespace varnoth::fuzz {
 
+void FuzzConfiguration(const std::string& input);
 void FuzzValues(const std::string& input);
 void FuzzPools(const std::string& input);
 void FuzzUniversalTimes(const std::string& input);
@@ -23,6 +24,7 @@ void FuzzRecords(const std::string& input);
 namespace {
 
 constexpr TARGET TARGETS[] = {
+    {"configuration", FuzzConfiguration, false},
     {"values", FuzzValues, false},
     {"pools", FuzzPools, false},
     {"universal_times", FuzzUniversalTimes, false},

@@ -1,0 +1,25 @@
+#include "framework/process/controller_ifc.hpp"
+#include "fuzz_target.hpp"
+
+namespace varnoth::fuzz {
+
+/// A configuration file of any bytes: a value that is found is one word.
+void FuzzConfiguration(const std::string& input) {
+  WriteFile("own.cfg", input);
+  // Words of the arguments win, so that the file names no log elsewhere and shows no level.
+  std::string words[] = {"fuzz", "-pcf", "own.cfg", "-lfn", "log", "-lfl", "none", "-lsl", "none"};
+  char* argv[std::size(words)];
+  for (std::size_t i = 0; i < std::size(words); ++i) argv[i] = words[i].data();
+  CONTROLLER_IFC controller;
+  if (!Accepts([&] { controller.init(std::size(words), argv, false); })) return;
+  for (const char* key : {"LocalHeight", "k", "MasterPar", ""}) {
+    STRING value("old");
+    if (!Accepts([&] { controller.find_parameter(key, value); })) continue;
+    Require(value.Length() < 1024, "a value is part of a line");
+    for (std::size_t i = 0; i < value.Length(); ++i) {
+      Require(value[i] != ' ' && value[i] != '\t' && value[i] != '\n', "a value is one word");
+    }
+  }
+}
+
+}  // namespace varnoth::fuzz
