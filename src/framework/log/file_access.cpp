@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <bit>
 #include <cstdint>
 
 #include "framework/log/restarted.hpp"
@@ -31,7 +32,7 @@ bool WriteAll(int descriptor, const char* bytes, std::size_t size, std::size_t& 
 }
 
 /// A stream's cookie is its descriptor itself.
-int Number(void* cookie) { return static_cast<int>(reinterpret_cast<std::intptr_t>(cookie)); }
+int Number(void* cookie) { return static_cast<int>(std::bit_cast<std::intptr_t>(cookie)); }
 
 ssize_t ReadCookie(void* cookie, char* buffer, std::size_t size) {
   return Restarted([&] { return ::read(Number(cookie), buffer, size); });
@@ -77,7 +78,7 @@ OWNED_FILE OpenStream(const char* path, int flags) {
   fcntl(descriptor, F_SETFL, flags & O_APPEND);
   const bool reads = (flags & O_ACCMODE) == O_RDONLY;
   OWNED_FILE stream(fopencookie(
-      reinterpret_cast<void*>(std::intptr_t{descriptor}), reads ? "r" : "w",
+      std::bit_cast<void*>(std::intptr_t{descriptor}), reads ? "r" : "w",
       {.read = ReadCookie, .write = WriteCookie, .seek = SeekCookie, .close = CloseCookie}));
   if (stream == nullptr) ::close(descriptor);
   return stream;
