@@ -8,7 +8,7 @@ extern "C" [[noreturn]] void __wrap__ZN7varnoth7nrerrorEPKc(const char* text) { 
 
 namespace varnoth::fuzz {
 
-/// A pool with an orbit: what loads gives states that are numbers or infinite, or refuses. The
+/// A pool with an orbit: what loads can be evaluated and copied, or refuses. The
 /// Hermite methods, which end the process outside their samples, take no part.
 void FuzzOrbits(const std::string& input) {
   Accepts([&] { SCENE_ORBIT().ParseInterpolation(input.c_str()); });

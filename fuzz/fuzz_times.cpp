@@ -21,7 +21,8 @@ std::int64_t Microseconds(const DURATION& span) {
   return (span.Days() * std::int64_t{86400000} + span.Milliseconds()) * 1000 + span.Microseconds();
 }
 
-/// Of a time that a text gives, its own text gives it again; a span there and back returns to it.
+/// Of a time that a text gives, its own text gives it again; where steps return, a time moved by a
+/// span differs by that span.
 template <class TIME>
 void ExpectLaws(const std::string& input, bool (*steps_return)(const TIME&)) {
   Accepts([&] {
