@@ -24,14 +24,14 @@ void FuzzRecords(const std::string& input);
 namespace {
 
 constexpr TARGET TARGETS[] = {
-    {"configuration", FuzzConfiguration, false},
-    {"values", FuzzValues, false},
-    {"pools", FuzzPools, false},
-    {"universal_times", FuzzUniversalTimes, false},
-    {"mission_times", FuzzMissionTimes, false},
-    {"leap_seconds", FuzzLeapSeconds, false},
-    {"orbits", FuzzOrbits, true},
-    {"records", FuzzRecords, false},
+    {"configuration", FuzzConfiguration},
+    {"values", FuzzValues},
+    {"pools", FuzzPools},
+    {"universal_times", FuzzUniversalTimes},
+    {"mission_times", FuzzMissionTimes},
+    {"leap_seconds", FuzzLeapSeconds},
+    {"orbits", FuzzOrbits},
+    {"records", FuzzRecords},
 };
 
 }  // namespace
@@ -44,13 +44,13 @@ const TARGET* FindTarget(const std::string& name) {
   return found != std::end(TARGETS) ? found : nullptr;
 }
 
-void Prepare(const TARGET& target) {
+void Prepare() {
   GlobalLog.set_file_level(NO_LEVEL);
   GlobalLog.set_screen_level(NO_LEVEL);
   std::string directory = std::filesystem::temp_directory_path() / "fuzz_XXXXXX";
   Require(mkdtemp(directory.data()) != nullptr, "a scratch directory");
   std::filesystem::current_path(directory);
-  if (std::getenv("FUZZ_TRAPS") != nullptr && !target.calculates) enable_fp_traps();
+  if (std::getenv("FUZZ_TRAPS") != nullptr) enable_fp_traps();
 }
 
 void Require(bool holds, const char* what) {

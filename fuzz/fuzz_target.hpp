@@ -9,7 +9,6 @@ namespace varnoth::fuzz {
 struct TARGET {
   const char* name;
   void (*run)(const std::string& input);
-  bool calculates;  ///< so that a trap may be the right answer to an absurd input
 };
 
 std::span<const TARGET> Targets();
@@ -17,8 +16,8 @@ std::span<const TARGET> Targets();
 const TARGET* FindTarget(const std::string& name);
 
 /// Prepares the process: a directory of its own to work in, a log that shows nothing and, where the
-/// variable FUZZ_TRAPS is set and no trap is right, arithmetic that traps.
-void Prepare(const TARGET& target);
+/// variable FUZZ_TRAPS is set, arithmetic that traps.
+void Prepare();
 
 /// Ends the process, by an abort that the fuzzer reports, where a requirement does not hold.
 void Require(bool holds, const char* what);

@@ -15,7 +15,7 @@ extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
   const char* const name = std::getenv("FUZZ_TARGET");
   target = varnoth::fuzz::FindTarget(name != nullptr ? name : "");
   varnoth::fuzz::Require(target != nullptr, "FUZZ_TARGET names a target");
-  varnoth::fuzz::Prepare(*target);
+  varnoth::fuzz::Prepare();
   return 0;
 }
 

@@ -13,7 +13,7 @@ int main(int argc, char** argv) {
   Require(argc > 2, "there are inputs");
   std::vector<std::string> inputs;
   for (int i = 2; i < argc; ++i) inputs.push_back(ReadFile(argv[i]));
-  Prepare(*target);
+  Prepare();
   for (const std::string& input : inputs) target->run(input);
   std::printf("%s: %zu inputs\n", target->name, inputs.size());
 }

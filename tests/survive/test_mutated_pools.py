@@ -7,6 +7,7 @@ import re
 import shutil
 import time
 from collections import Counter
+from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
 from varnoth_run import BINARY, run
@@ -47,12 +48,11 @@ def mutated(content, chance):
     return content
 
 
-def test_mutated_pools(tmp_path, monkeypatch):
-    monkeypatch.setattr(varnoth_run, "BINARY", Path(os.environ.get("VARNOTH_ASAN", BINARY)))
-    chance = random.Random(20250406)
-    seen, end = Counter(), time.monotonic() + SECONDS
+def mutated_runs(root, seed, end):
+    """Runs until a moment; counts the exit statuses."""
+    chance, seen = random.Random(seed), Counter()
     while time.monotonic() < end:
-        directory = tmp_path / "run"
+        directory = root / f"run_{seed}"
         shutil.copytree(DATA, directory)
         pool = directory / chance.choice(["master.pool", "slave.pool", "insar.pool"])
         pool.write_bytes(mutated(pool.read_bytes(), chance))
@@ -67,5 +67,14 @@ def test_mutated_pools(tmp_path, monkeypatch):
             assert done.alarms or "run-time error" in done.errors, done
         seen[done.status] += 1
         shutil.rmtree(directory)
+    return seen
+
+
+def test_mutated_pools(tmp_path, monkeypatch):
+    monkeypatch.setattr(varnoth_run, "BINARY", Path(os.environ.get("VARNOTH_ASAN", BINARY)))
+    end = time.monotonic() + SECONDS
+    with ThreadPoolExecutor(2) as pool:
+        workers = [pool.submit(mutated_runs, tmp_path, seed, end) for seed in (1, 2)]
+        seen = sum((worker.result() for worker in workers), Counter())
     print(f"\nmutated pools: exit statuses {dict(seen)}")
     assert seen[0] and seen[1]
