@@ -1,8 +1,9 @@
 #include "pool/entry_reader.hpp"
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
-#include <cfloat>
+#include <charconv>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
@@ -49,6 +50,24 @@ OPENING_WORDS MatrixWords() {
 /// where it is too large.
 long long ScanInteger(const char* token) { return std::strtoll(token, nullptr, 10); }
 
+/// The number that a token starts with, in any form that scanf reads. What is no number gives 0;
+/// users of the format lean on it for missing values.
+double ScanFloating(const char* token, std::size_t length) {
+  double number = 0.0;
+  // A plain decimal number, which is what pools are made of, is read without scanf's machinery.
+  const bool starts_plainly =
+      std::isdigit(static_cast<unsigned char>(*token)) != 0 || *token == '-';
+  const char* const end = token + length;
+  if (starts_plainly && std::isdigit(static_cast<unsigned char>(end[-1])) != 0) {
+    const auto [stop, error] = std::from_chars(token, end, number);
+    if (stop == end && error == std::errc()) return number;
+    number = 0.0;
+  }
+  const HELD_TRAPS held;
+  std::sscanf(token, "%lf", &number);  // NOLINT(cert-err34-c)
+  return number;
+}
+
 bool OverflowedInteger(const char* token) {
   errno = 0;
   ScanInteger(token);
@@ -59,56 +78,56 @@ bool OverflowedInteger(const char* token) {
 
 void ENTRY_READER::Rewind() {
   stream.Rewind();
-  line_length = 0;
-  line[0] = '\0';
+  line = {};
   position = 0;
 }
 
 bool ENTRY_READER::NextLine() {
   position = 0;
-  line_length = 0;
-  while (!stream.AtEnd() && line_length < LINE_LIMIT) {
-    const char byte = static_cast<char>(stream.Fetch());
-    line[line_length++] = byte;
-    if (IsLineEnd(byte)) break;
-  }
-  line[line_length] = '\0';
-  return line_length > 0;
+  line = stream.NextLine();
+  return !line.empty();
 }
 
 bool ENTRY_READER::IsKeyLine() const {
+  if (line.empty()) return false;
   const char first = line[0];
-  return line_length > 0 && !IsBlank(first) && !IsLineEnd(first) && first != '#';
+  return !IsBlank(first) && !IsLineEnd(first) && first != '#';
 }
 
-bool ENTRY_READER::NextKeyLine() {
+bool ENTRY_READER::FindKey(const char* key) {
+  Rewind();
   while (NextLine()) {
-    if (IsKeyLine()) return true;
+    if (line[0] == *key && IsKeyLine() && std::strcmp(TakeKey(), key) == 0) return true;
   }
   return false;
 }
 
 const char* ENTRY_READER::TakeKey() {
-  const int limit = std::min(line_length, KEY_LIMIT);
-  int length = 0;
+  const std::size_t limit = std::min<std::size_t>(line.size(), KEY_LIMIT);
+  std::size_t length = 0;
   while (length < limit && !IsBlank(line[length]) && !IsLineEnd(line[length])) ++length;
-  std::memcpy(current_key, line, static_cast<std::size_t>(length));
+  std::memcpy(current_key, line.data(), length);
   current_key[length] = '\0';
   return current_key;
 }
 
 bool ENTRY_READER::NextToken() {
-  token[0] = '\0';
-  while (position < line_length && (IsBlank(line[position]) || line[position] == '\r')) ++position;
-  if (position >= LINE_LIMIT) return false;
-  token_start = position;
-  while (position < line_length) {
-    ++position;
-    if (position < line_length && (IsBlank(line[position]) || IsLineEnd(line[position]))) break;
+  const char* const end = line.data() + line.size();
+  const char* const start = std::find_if(line.data() + position, end,
+                                         [](char byte) { return !IsBlank(byte) && byte != '\r'; });
+  token_start = static_cast<std::size_t>(start - line.data());
+  if (token_start >= LINE_LIMIT) {
+    position = token_start;
+    token[0] = '\0';
+    return false;
   }
-  const int length = position - token_start;
-  std::memcpy(token, line + token_start, static_cast<std::size_t>(length));
-  token[length] = '\0';
+  // A line end is a token of its own, so the first byte counts whatever it is.
+  const char* const stop = std::find_if(std::min(start + 1, end), end,
+                                        [](char byte) { return IsBlank(byte) || IsLineEnd(byte); });
+  token_length = static_cast<std::size_t>(stop - start);
+  position = token_start + token_length;
+  std::memcpy(token, start, token_length);
+  token[token_length] = '\0';
   return true;
 }
 
@@ -154,12 +173,7 @@ void ENTRY_READER::Parse(long long& value) { ParseInteger(value); }
 template <class T>
 void ENTRY_READER::ParseFloating(T& value) {
   constexpr double LIMIT = std::numeric_limits<T>::max();
-  double number = 0.0;
-  {
-    const HELD_TRAPS held;
-    // What is no number leaves the 0; users of the format lean on it for missing values.
-    std::sscanf(token, "%lf", &number);  // NOLINT(cert-err34-c)
-  }
+  const double number = ScanFloating(token, token_length);
   // Quiet comparisons: a NaN passes and must not trap.
   if (std::isgreater(number, LIMIT) || std::isless(number, -LIMIT)) {
     Fail<PARAMETER_OUT_OF_BOUNDS>(" << read value is : ", token, " (value is out of range) ",
@@ -172,14 +186,14 @@ void ENTRY_READER::Parse(float& value) { ParseFloating(value); }
 void ENTRY_READER::Parse(double& value) { ParseFloating(value); }
 
 void ENTRY_READER::Parse(STRING& value) {
-  const char* const start = line + token_start;
-  const char* const end = line + line_length;
+  const char* const start = line.data() + token_start;
+  const char* const end = line.data() + line.size();
   if (start == end || *start != '"') {
     // The rest of the line, up to the first LF, else up to the first CR.
     const char* last = std::find_if(start, end, [](char c) { return c == '\n' || c == '\0'; });
     if (last == end) last = std::find(start, end, '\r');
     value = STRING(start, static_cast<std::size_t>(last - start));
-    position = static_cast<int>(last - line);
+    position = static_cast<std::size_t>(last - line.data());
     return;
   }
   char text[LINE_LIMIT + 1];
@@ -193,7 +207,7 @@ void ENTRY_READER::Parse(STRING& value) {
     if (*byte != '\\') text[length++] = *byte;
   }
   value = STRING(text, length);
-  position = static_cast<int>(byte - line);
+  position = static_cast<std::size_t>(byte - line.data());
 }
 
 template <class T>

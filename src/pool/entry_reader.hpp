@@ -14,7 +14,7 @@ namespace varnoth {
 /// end one, and the end of the file stands in the last line as the byte 0xFF.
 class ENTRY_READER {
  public:
-  static constexpr int LINE_LIMIT = 1024;
+  static constexpr int LINE_LIMIT = POOL_STREAM::LINE_LIMIT;
   static constexpr int KEY_LIMIT = 100;
 
   explicit ENTRY_READER(POOL_STREAM& file) : stream(file) {}
@@ -23,13 +23,13 @@ class ENTRY_READER {
   void Rewind();
   /// Takes the next line, its terminator included. False if not a byte was left.
   bool NextLine();
-  /// Moves on to the next key line; false at the end of the file.
-  bool NextKeyLine();
+  /// Goes to the first entry of a key, from the file's first byte on; false if there is none.
+  bool FindKey(const char* key);
   /// Whether the current line's first byte makes it a key line.
   bool IsKeyLine() const;
-  bool IsCommentLine() const { return line[0] == '#'; }
+  bool IsCommentLine() const { return line.starts_with('#'); }
   /// The current line's bytes.
-  std::string_view Line() const { return {line, static_cast<std::size_t>(line_length)}; }
+  std::string_view Line() const { return line; }
   /// Takes the current line's first word, at most 100 bytes of it, as the current key.
   const char* TakeKey();
 
@@ -98,11 +98,11 @@ class ENTRY_READER {
   void ParseBlock(X* elements, const RANGE<int>& range);
 
   POOL_STREAM& stream;
-  char line[LINE_LIMIT + 1] = {};
-  int line_length = 0;
+  std::string_view line;  ///< in the stream's block
   char token[LINE_LIMIT + 1] = {};
-  int token_start = 0;
-  int position = 0;
+  std::size_t token_start = 0;
+  std::size_t token_length = 0;
+  std::size_t position = 0;
   char current_key[KEY_LIMIT + 1] = {};
 };
 

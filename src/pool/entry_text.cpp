@@ -1,8 +1,10 @@
 #include "pool/entry_text.hpp"
 
 #include <algorithm>
-#include <cstdarg>
+#include <charconv>
+#include <cmath>
 #include <cstdio>
+#include <iterator>
 
 #include "pool/entry_reader.hpp"
 
@@ -23,27 +25,38 @@ struct DIGITS {
 constexpr DIGITS ALONE{10, 17};
 constexpr DIGITS AS_PART{6, 15};
 
-__attribute__((format(printf, 2, 3))) void AppendFormat(std::string& text, const char* format,
-                                                        ...) {
-  char buffer[64];
-  std::va_list arguments;
-  va_start(arguments, format);
-  const int length = std::vsnprintf(buffer, sizeof buffer, format, arguments);
-  va_end(arguments);
-  text.append(buffer, static_cast<std::size_t>(length));
+/// A number as printf's "%.*E" shows it, but several times as fast.
+void AppendScientific(std::string& text, double value, int digits) {
+  char number[32];
+  char* end = number;
+  if (std::isfinite(value)) {
+    end = std::to_chars(number, std::end(number), value, std::chars_format::scientific, digits).ptr;
+    constexpr int EXPONENT_LENGTH = 4;  // or one more
+    char* const letter = end - EXPONENT_LENGTH;
+    *(*letter == 'e' ? letter : letter - 1) = 'E';
+  } else {
+    end += std::snprintf(number, sizeof number, "%E", value);
+  }
+  text.append(number, end);
+}
+
+template <class T>
+void AppendInteger(std::string& text, T value) {
+  char number[24];
+  text.append(number, std::to_chars(number, std::end(number), value).ptr);
 }
 
 void AppendTo(std::string& text, bool value, DIGITS) { text += value ? "TRUE" : "FALSE"; }
-void AppendTo(std::string& text, unsigned char value, DIGITS) { AppendFormat(text, "%u", value); }
-void AppendTo(std::string& text, char value, DIGITS) { AppendFormat(text, "%d", value); }
-void AppendTo(std::string& text, short value, DIGITS) { AppendFormat(text, "%d", value); }
-void AppendTo(std::string& text, int value, DIGITS) { AppendFormat(text, "%d", value); }
-void AppendTo(std::string& text, long long value, DIGITS) { AppendFormat(text, "%lld", value); }
+void AppendTo(std::string& text, unsigned char value, DIGITS) { AppendInteger(text, int{value}); }
+void AppendTo(std::string& text, char value, DIGITS) { AppendInteger(text, int{value}); }
+void AppendTo(std::string& text, short value, DIGITS) { AppendInteger(text, value); }
+void AppendTo(std::string& text, int value, DIGITS) { AppendInteger(text, value); }
+void AppendTo(std::string& text, long long value, DIGITS) { AppendInteger(text, value); }
 void AppendTo(std::string& text, float value, DIGITS digits) {
-  AppendFormat(text, "%.*E", digits.of_float, static_cast<double>(value));
+  AppendScientific(text, static_cast<double>(value), digits.of_float);
 }
 void AppendTo(std::string& text, double value, DIGITS digits) {
-  AppendFormat(text, "%.*E", digits.of_double, value);
+  AppendScientific(text, value, digits.of_double);
 }
 void AppendTo(std::string& text, const STRING& value, DIGITS) {
   text += '"';
@@ -100,7 +113,9 @@ void ENTRY_TEXT::AppendElement(const X& value) {
 }
 
 void ENTRY_TEXT::AppendRange(const RANGE<int>& range) {
-  AppendFormat(text, "%d\t%d", range.First(), range.Count());
+  AppendInteger(text, range.First());
+  text += '\t';
+  AppendInteger(text, range.Count());
 }
 
 void ENTRY_TEXT::OpenBrace(int block_indent) {
@@ -119,6 +134,10 @@ void ENTRY_TEXT::AppendBlock(const X* elements, int count, int block_indent) {
   const int element_indent = std::min(block_indent + 2, MAXIMUM_INDENT);
   OpenBrace(block_indent);
   text += '\n';
+  if constexpr (std::is_floating_point_v<X>) {
+    constexpr int LONGEST_NUMBER = 26;
+    text.reserve(text.size() + static_cast<std::size_t>(count) * (element_indent + LONGEST_NUMBER));
+  }
   for (int i = 0; i < count; ++i) {
     text.append(static_cast<std::size_t>(element_indent), ' ');
     AppendElement(elements[i]);

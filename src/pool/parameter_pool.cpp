@@ -75,10 +75,7 @@ bool PARAMETER_POOL::find_key(const char* key) {
     GlobalLog.set(ALARM) << "No file pointer given for parameter pool\n";
     throw ERROR_ALGORITHM();
   }
-  entry.Rewind();
-  while (entry.NextKeyLine()) {
-    if (std::strcmp(entry.TakeKey(), key) == 0) return true;
-  }
+  if (entry.FindKey(key)) return true;
   // Not to be taken for a key that isn't there: the caller would go on with a default.
   CheckRead();
   return false;

@@ -135,12 +135,8 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::TakeOver(const std::string& temporary_nam
     LogSystemError(error);
   };
   POOL_STREAM temporary;
-  std::string content;
   const bool is_open = temporary.Open(temporary_name.c_str(), POOL_STREAM::MODE::READ);
-  while (is_open && !temporary.AtEnd()) {
-    content += static_cast<char>(temporary.Fetch());
-    if (temporary.AtEnd()) content.pop_back();
-  }
+  const std::string content = is_open ? temporary.ReadRest() : "";
   // The pool is not cut before all that takes its place is at hand.
   if (!is_open || temporary.HasError()) {
     fail(errno);

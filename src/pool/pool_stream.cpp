@@ -4,7 +4,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstring>
 
 #include "framework/log/restarted.hpp"
 
@@ -12,7 +14,7 @@ namespace varnoth {
 
 namespace {
 
-constexpr unsigned char END_BYTE = 0xFF;
+constexpr char END_BYTE = '\xFF';
 
 }  // namespace
 
@@ -42,24 +44,64 @@ void POOL_STREAM::Rewind() {
   read_failed = false;
   block_length = 0;
   block_position = 0;
+  may_hold_cr = false;
   read_offset = 0;
   write_offset = 0;
 }
 
-unsigned char POOL_STREAM::Fetch() {
-  if (block_position == block_length) {
-    const long count =
-        Restarted([&] { return ::pread(descriptor, block, sizeof block, read_offset); });
-    if (count <= 0) {
-      if (count < 0) read_failed = true;
-      at_end = true;
-      return END_BYTE;
-    }
-    read_offset += count;
-    block_length = count;
-    block_position = 0;
+bool POOL_STREAM::FillBlock() {
+  const std::size_t left = block_length - block_position;
+  std::memmove(block, block + block_position, left);
+  block_position = 0;
+  block_length = left;
+  char* const free = block + left;
+  const long count =
+      Restarted([&] { return ::pread(descriptor, free, BLOCK_SIZE - left, read_offset); });
+  if (count <= 0) {
+    read_failed = count < 0;
+    at_end = true;
+    return false;
   }
-  return static_cast<unsigned char>(block[block_position++]);
+  const auto added = static_cast<std::size_t>(count);
+  read_offset += count;
+  block_length += added;
+  may_hold_cr = (left > 0 && may_hold_cr) || std::memchr(free, '\r', added) != nullptr;
+  return true;
+}
+
+std::string_view POOL_STREAM::NextLine() {
+  if (at_end) return {};
+  for (;;) {
+    const char* const start = block + block_position;
+    const std::size_t room = std::min(block_length - block_position, LINE_LIMIT);
+    const void* end = std::memchr(start, '\n', room);
+    if (may_hold_cr) {
+      const std::size_t bound =
+          end != nullptr ? static_cast<std::size_t>(static_cast<const char*>(end) - start) : room;
+      const void* const carriage_return = std::memchr(start, '\r', bound);
+      if (carriage_return != nullptr) end = carriage_return;
+    }
+    if (end != nullptr || room == LINE_LIMIT) {
+      const std::size_t length =
+          end != nullptr ? static_cast<std::size_t>(static_cast<const char*>(end) - start) + 1
+                         : room;
+      block_position += length;
+      return {start, length};
+    }
+    if (FillBlock()) continue;
+    block[block_length++] = END_BYTE;
+    block_position = block_length;
+    return {block, block_length};
+  }
+}
+
+std::string POOL_STREAM::ReadRest() {
+  std::string rest;
+  do {
+    rest.append(block + block_position, block_length - block_position);
+    block_position = block_length;
+  } while (!at_end && FillBlock());
+  return rest;
 }
 
 long long POOL_STREAM::Size() const {

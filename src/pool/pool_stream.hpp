@@ -5,8 +5,8 @@
 
 namespace varnoth {
 
-/// The open file of a pool: a block reader and a buffered writer on one descriptor, which it owns.
-/// Reads always see the file as it stands after a `Rewind`.
+/// The open file of a pool: a reader of lines and a buffered writer on one descriptor, which it
+/// owns. Reads always see the file as it stands after a `Rewind`.
 class POOL_STREAM {
  public:
   POOL_STREAM() = default;
@@ -28,10 +28,14 @@ class POOL_STREAM {
 
   /// Back to the first byte, for reading and writing.
   void Rewind();
-  /// The next byte. At the end of the file, or where it can't be read, this gives 0xFF and raises
-  /// the end mark.
-  unsigned char Fetch();
-  /// Whether `Fetch` has met the end since the last `Rewind`.
+  static constexpr std::size_t LINE_LIMIT = 1024;
+  /// The next line, its terminator (LF or CR) included, or as many bytes as a line may have. The
+  /// end of the file, or a place that can't be read, ends the line with the byte 0xFF and raises
+  /// the end mark; behind it there are only empty lines. The bytes stay until the next call.
+  std::string_view NextLine();
+  /// All bytes up to the end, which this reaches.
+  std::string ReadRest();
+  /// Whether reading has met the end since the last `Rewind`.
   bool AtEnd() const { return at_end; }
   /// Whether a read since the last `Rewind`, or a write since the opening, failed.
   bool HasError() const { return read_failed || write_failed; }
@@ -45,13 +49,19 @@ class POOL_STREAM {
   bool Truncate();
 
  private:
+  /// Adds bytes of the file to what is left of the block; false, with the end mark raised, if there
+  /// are none.
+  bool FillBlock();
+
   int descriptor = -1;
   bool at_end = false;
   bool read_failed = false;  ///< since the last `Rewind`
   bool write_failed = false;
-  char block[16384];
-  long block_length = 0;
-  long block_position = 0;
+  static constexpr std::size_t BLOCK_SIZE = 16384;
+  char block[BLOCK_SIZE];
+  std::size_t block_length = 0;
+  std::size_t block_position = 0;
+  bool may_hold_cr = false;  ///< whether the block does
   long long read_offset = 0;
   long long write_offset = 0;
   std::string unwritten;
