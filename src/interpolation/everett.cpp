@@ -71,6 +71,7 @@ template <class T>
 void EVERETT<T>::CreateQuiet(const ARRAY<POINT<T>>& series) {
   first = series.GetFirstIndex();
   last = first - 1;  // none, until the table stands
+  inner_begin = inner_end = 0;
   const int end = series.GetLastIndex();
   if (end <= first) RefuseSeries("EVERETT::Create", "more than 1 value needed.");
   const POINT<T>* const p = series.GetBase();
@@ -105,6 +106,8 @@ void EVERETT<T>::CreateQuiet(const ARRAY<POINT<T>>& series) {
     }
   }
   last = end;
+  inner_begin = static_cast<T>(first + half);
+  inner_end = static_cast<T>(RightBound() + 1);
 }
 
 template <class T>
@@ -132,10 +135,8 @@ int EVERETT<T>::GetXi(T x, T& r, T& s) const {
     i = half + first;
     GlobalLog.set(WARNING) << "EVERETT::GetXi: Forced interpolation left hand side.\n";
   }
-  // Without differences the interval's right end must still be a sample.
-  const int right_bound = last - std::max(half, 1);
-  if (i > right_bound) {
-    i = right_bound;
+  if (i > RightBound()) {
+    i = RightBound();
     GlobalLog.set(WARNING) << "EVERETT::GetXi: Forced interpolation right hand side.\n";
   }
   if (i < first) {
@@ -149,6 +150,19 @@ int EVERETT<T>::GetXi(T x, T& r, T& s) const {
     GlobalLog.set(DEBUG) << "EVERETT::GetXi: Extrapolation needed (r=" << r << ", s=" << s
                          << ", i=" << i << ", ax=" << x << ").\n";
   }
+  return i;
+}
+
+template <class T>
+inline int EVERETT<T>::Interval(T x, T& r, T& s) const {
+  const T steps = (x - x0) / dx;
+  if (!std::isgreaterequal(steps, inner_begin) || !std::isless(steps, inner_end)) {
+    return GetXi(x, r, s);
+  }
+  int i = static_cast<int>(steps);
+  if (static_cast<T>(i) > steps) --i;
+  r = steps - static_cast<T>(i);
+  s = 1 - r;
   return i;
 }
 
@@ -169,7 +183,7 @@ template <class T>
 T EVERETT<T>::GetY(T x) const {
   T r;
   T s;
-  const int i = GetXi(x, r, s);
+  const int i = Interval(x, r, s);
   const T* const values = differences.Rows()[0];
   T y = values[i + 1] * r + values[i] * s;
   ForEachDifference<EVERETT_TERM<T>>(r, s, i, [&](auto& right, T b, auto& left, T a) {
@@ -182,7 +196,7 @@ template <class T>
 T EVERETT<T>::GetDerivedY(T x) const {
   T r;
   T s;
-  const int i = GetXi(x, r, s);
+  const int i = Interval(x, r, s);
   const T* const values = differences.Rows()[0];
   T dy = values[i + 1] - values[i];
   if (half == 0) return dy / dx;
@@ -196,7 +210,7 @@ template <class T>
 T EVERETT<T>::GetDerived2Y(T x) const {
   T r;
   T s;
-  const int i = GetXi(x, r, s);
+  const int i = Interval(x, r, s);
   T v = 0;
   if (half == 0) return v / (dx * dx);
   ForEachDifference<EVERETT_DERIVATIVES<T>>(r, s, i, [&](auto& right, T b, auto& left, T a) {

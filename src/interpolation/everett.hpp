@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+
 #include "foundation/matrix.hpp"
 #include "interpolation/interpolation.hpp"
 
@@ -41,6 +43,11 @@ class EVERETT : public INTERPOLATION<T, POINT<T>> {
   virtual int GetXi(T x, T& r, T& s) const;
 
  private:
+  /// The same as GetXi, but for the usual case without a call.
+  int Interval(T x, T& r, T& s) const;
+  /// The last interval with enough samples to its right; without differences its right end must
+  /// still be a sample.
+  int RightBound() const { return last - std::max(half, 1); }
   /// Calls add(right, b, left, a) for every order of differences: the terms of the interval's ends,
   /// TERM objects, with the differences b and a there.
   template <class TERM, class ADD>
@@ -53,6 +60,9 @@ class EVERETT : public INTERPOLATION<T, POINT<T>> {
   int half = 0;    ///< half the order of the table
   int first = 0;
   int last = 0;
+  /// Steps from x0 to the first and behind the last interval with enough samples on both sides.
+  T inner_begin = 0;
+  T inner_end = 0;
 };
 
 extern template class EVERETT<float>;

@@ -3,22 +3,22 @@
 #include <algorithm>
 #include <cmath>
 
-#include "foundation/array.hpp"
 #include "interpolation/numerics/nrerror.hpp"
+#include "interpolation/numerics/scratch.hpp"
 
 namespace varnoth {
 
 namespace {
 
 struct PIVOT {
-  int row = 0;
-  int column = 0;
+  int row;
+  int column;
 };
 
 /// The largest element outside the rows and columns that were pivots already; the last one of equal
 /// size wins.
 PIVOT LargestElement(double* const* a, int n, const int* used) {
-  PIVOT pivot;
+  PIVOT pivot{};
   double largest = 0.0;
   for (int row = 1; row <= n; ++row) {
     if (used[row] != 0) continue;
@@ -47,11 +47,11 @@ void SubtractRow(double* row, const double* pivot_row, int columns, double facto
 }  // namespace
 
 void gaussj(double* const* a, int n, double* const* b, int m) {
-  ARRAY<int> used_array(1, n);
-  ARRAY<PIVOT> pivot_array(1, n);
-  int* const used = used_array.GetBase();
-  PIVOT* const pivots = pivot_array.GetBase();
-  std::fill_n(used_array.GetElementBase(0), n, 0);
+  SCRATCH<int> used_space(n);
+  SCRATCH<PIVOT> pivot_space(n);
+  int* const used = used_space.Base();
+  PIVOT* const pivots = pivot_space.Base();
+  std::fill_n(used_space.Start(), n, 0);
 
   for (int i = 1; i <= n; ++i) {
     const PIVOT found = LargestElement(a, n, used);

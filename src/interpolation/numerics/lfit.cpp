@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "foundation/matrix.hpp"
 #include "interpolation/numerics/gaussj.hpp"
 #include "interpolation/numerics/nrerror.hpp"
+#include "interpolation/numerics/scratch.hpp"
 
 namespace varnoth {
 
@@ -21,39 +21,45 @@ void lfit(const double* x, const double* y, const double* sig, int ndat, double*
   int mfit = 0;
   for (int j = 1; j <= ma; ++j) mfit += ia[j] != 0 ? 1 : 0;
   if (mfit == 0) nrerror("lfit: no parameters to be fitted");
-  const MATRIX<double> beta_matrix(RANGE<int>(1, ma), RANGE<int>(1, 1));
-  const ARRAY<double> afunc_array(1, ma);
-  double* const* const beta = beta_matrix.Rows();
-  double* const afunc = afunc_array.GetBase();
-  for (int j = 1; j <= mfit; ++j) {
-    std::fill_n(covar[j] + 1, mfit, 0.0);
-    beta[j][1] = 0.0;
+  SCRATCH<double> afunc_space(ma);
+  SCRATCH<double> fitted_space(mfit);
+  SCRATCH<double> beta_space(mfit);
+  SCRATCH<double*> beta_rows(mfit);
+  double* const afunc = afunc_space.Base();
+  // The basis functions of the fitted parameters alone.
+  double* const basis = mfit < ma ? fitted_space.Base() : afunc;
+  double* const beta = beta_space.Base();
+  for (int row = 1; row <= mfit; ++row) {
+    std::fill_n(covar[row] + 1, mfit, 0.0);
+    beta[row] = 0.0;
+    beta_rows.Base()[row] = beta + row - 1;
   }
 
   for (int i = 1; i <= ndat; ++i) {
     funcs(x[i], afunc, ma);
     double rest = y[i];
-    for (int j = 1; j <= ma && mfit < ma; ++j) {
-      if (ia[j] == 0) rest -= a[j] * afunc[j];
+    for (int row = 0, j = 1; j <= ma && mfit < ma; ++j) {
+      if (ia[j] != 0) {
+        basis[++row] = afunc[j];
+      } else {
+        rest -= a[j] * afunc[j];
+      }
     }
     const double weight = 1.0 / (sig[i] * sig[i]);
-    for (int row = 0, l = 1; l <= ma; ++l) {
-      if (ia[l] == 0) continue;
-      ++row;
-      const double weighted = afunc[l] * weight;
-      for (int column = 0, m = 1; m <= l; ++m) {
-        if (ia[m] != 0) covar[row][++column] += weighted * afunc[m];
-      }
-      beta[row][1] += rest * weighted;
+    for (int row = 1; row <= mfit; ++row) {
+      const double weighted = basis[row] * weight;
+      double* const sums = covar[row];
+      for (int column = 1; column <= row; ++column) sums[column] += weighted * basis[column];
+      beta[row] += rest * weighted;
     }
   }
   for (int j = 2; j <= mfit; ++j) {
     for (int k = 1; k < j; ++k) covar[k][j] = covar[j][k];
   }
 
-  gaussj(covar, mfit, beta, 1);
+  gaussj(covar, mfit, beta_rows.Base(), 1);
   for (int row = 0, l = 1; l <= ma; ++l) {
-    if (ia[l] != 0) a[l] = beta[++row][1];
+    if (ia[l] != 0) a[l] = beta[++row];
   }
 
   *chisq = 0.0;

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <memory>
+#include <new>
+
+#include "foundation/errors.hpp"
+
+namespace varnoth {
+
+/// Work space of a kernel, one-based and not initialised: in the object itself for the small
+/// systems that are usual, so that a fit takes no memory for it, else on the heap. Throws
+/// ERROR_NO_MEMORY.
+template <class T, int USUAL = 32>
+class SCRATCH {
+ public:
+  explicit SCRATCH(int count)
+      : heap(count > USUAL ? new (std::nothrow) T[static_cast<std::size_t>(count)] : nullptr) {
+    if (count > USUAL && heap == nullptr) throw ERROR_NO_MEMORY();
+  }
+  SCRATCH(const SCRATCH&) = delete;
+  SCRATCH& operator=(const SCRATCH&) = delete;
+
+  T* Start() { return heap != nullptr ? heap.get() : local; }
+  /// For kernels that count from one.
+  T* Base() { return Start() - 1; }
+
+ private:
+  T local[USUAL];
+  std::unique_ptr<T[]> heap;
+};
+
+}  // namespace varnoth
