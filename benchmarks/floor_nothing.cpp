@@ -1,0 +1,2 @@
+// The least that any program costs.
+int main() {}
