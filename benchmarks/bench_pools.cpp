@@ -174,7 +174,8 @@ void OrbitLoadFloor(benchmark::State& state) {
       const auto* line_end = static_cast<const char*>(std::memchr(line, '\n', end - line));
       if (*line == ' ') {
         double value = 0.0;
-        std::from_chars(line + 2, line_end, value);
+        constexpr int INDENT = 49;
+        std::from_chars(line + INDENT, line_end, value);
         sum += value;
       }
       line = line_end + 1;

@@ -38,8 +38,9 @@ std::string OrbitText(int samples, int order) {
       const double angle = 0.4 + 1.078e-3 * t;
       const double state[] = {t, 7e6 * std::cos(angle), 2e6 * std::sin(angle),
                               6.7e6 * std::sin(angle)};
-      char number[40];
-      std::snprintf(number, sizeof number, "  %.17E\n", state[column]);
+      char number[80];
+      std::snprintf(number, sizeof number,
+                    "                                                 %.17E\n", state[column]);
       text += number;
     }
     text += "}\n";

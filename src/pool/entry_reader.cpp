@@ -113,8 +113,12 @@ const char* ENTRY_READER::TakeKey() {
 
 bool ENTRY_READER::NextToken() {
   const char* const end = line.data() + line.size();
-  const char* const start = std::find_if(line.data() + position, end,
-                                         [](char byte) { return !IsBlank(byte) && byte != '\r'; });
+  const char* start = line.data() + position;
+  // The indents of blocks are long.
+  constexpr char BLANKS[] = "        ";
+  constexpr int WIDTH = sizeof BLANKS - 1;
+  while (end - start >= WIDTH && std::memcmp(start, BLANKS, WIDTH) == 0) start += WIDTH;
+  while (start < end && (IsBlank(*start) || *start == '\r')) ++start;
   token_start = static_cast<std::size_t>(start - line.data());
   if (token_start >= LINE_LIMIT) {
     position = token_start;

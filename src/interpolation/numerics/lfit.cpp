@@ -21,13 +21,14 @@ void lfit(const double* x, const double* y, const double* sig, int ndat, double*
   int mfit = 0;
   for (int j = 1; j <= ma; ++j) mfit += ia[j] != 0 ? 1 : 0;
   if (mfit == 0) nrerror("lfit: no parameters to be fitted");
-  SCRATCH<double> afunc_space(ma);
+  // The basis functions at all points, a point a row: they are needed twice.
+  SCRATCH<double, 128> afunc_space(static_cast<std::size_t>(ndat) * ma);
   SCRATCH<double> fitted_space(mfit);
   SCRATCH<double> beta_space(mfit);
   SCRATCH<double*> beta_rows(mfit);
-  double* const afunc = afunc_space.Base();
-  // The basis functions of the fitted parameters alone.
-  double* const basis = mfit < ma ? fitted_space.Base() : afunc;
+  const auto afunc_of = [&](int point) {
+    return afunc_space.Base() + std::ptrdiff_t{ma} * (point - 1);
+  };
   double* const beta = beta_space.Base();
   for (int row = 1; row <= mfit; ++row) {
     std::fill_n(covar[row] + 1, mfit, 0.0);
@@ -36,7 +37,10 @@ void lfit(const double* x, const double* y, const double* sig, int ndat, double*
   }
 
   for (int i = 1; i <= ndat; ++i) {
+    double* const afunc = afunc_of(i);
     funcs(x[i], afunc, ma);
+    // Those of the fitted parameters alone.
+    double* const basis = mfit < ma ? fitted_space.Base() : afunc;
     double rest = y[i];
     for (int row = 0, j = 1; j <= ma && mfit < ma; ++j) {
       if (ia[j] != 0) {
@@ -64,7 +68,7 @@ void lfit(const double* x, const double* y, const double* sig, int ndat, double*
 
   *chisq = 0.0;
   for (int i = 1; i <= ndat; ++i) {
-    funcs(x[i], afunc, ma);
+    const double* const afunc = afunc_of(i);
     double fitted = 0.0;
     for (int j = 1; j <= ma; ++j) fitted += a[j] * afunc[j];
     const double residual = (y[i] - fitted) / sig[i];
@@ -79,6 +83,7 @@ void covsrt(double* const* covar, int ma, const int* ia, int mfit) {
   }
   for (int j = ma, k = mfit; j >= 1; --j) {
     if (ia[j] == 0) continue;
+    if (j == k) break;  // so are all that follow
     for (int i = 1; i <= ma; ++i) std::swap(covar[i][k], covar[i][j]);
     for (int i = 1; i <= ma; ++i) std::swap(covar[k][i], covar[j][i]);
     --k;

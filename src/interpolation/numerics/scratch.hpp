@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <new>
 
@@ -10,11 +11,11 @@ namespace varnoth {
 /// Work space of a kernel, one-based and not initialised: in the object itself for the small
 /// systems that are usual, so that a fit takes no memory for it, else on the heap. Throws
 /// ERROR_NO_MEMORY.
-template <class T, int USUAL = 32>
+template <class T, std::size_t USUAL = 32>
 class SCRATCH {
  public:
-  explicit SCRATCH(int count)
-      : heap(count > USUAL ? new (std::nothrow) T[static_cast<std::size_t>(count)] : nullptr) {
+  explicit SCRATCH(std::size_t count)
+      : heap(count > USUAL ? new (std::nothrow) T[count] : nullptr) {
     if (count > USUAL && heap == nullptr) throw ERROR_NO_MEMORY();
   }
   SCRATCH(const SCRATCH&) = delete;
