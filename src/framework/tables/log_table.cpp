@@ -18,6 +18,12 @@ namespace {
 
 constexpr int CELL_LIMIT = 255;
 
+/// The first line that is no rule.
+std::string FirstRow(const std::string& text) {
+  const std::size_t start = text.find_first_not_of("-\n");
+  return start != text.npos ? text.substr(start, text.find('\n', start) - start) : "";
+}
+
 /// Adds a cell, padded to its column's width.
 void AppendCell(std::string& line, const std::string& text, char alignment, int width) {
   const int length = static_cast<int>(text.size());
@@ -98,23 +104,25 @@ void LOG_TABLE::set_second_rule(char fill, char cross) {
   second_rule_cross = cross;
 }
 
-OWNED_FILE LOG_TABLE::Reopen() const {
-  OWNED_FILE reader = OpenStream(file_name.c_str(), O_RDONLY);
+std::string LOG_TABLE::ReadBack() const {
+  const OWNED_FILE reader = OpenStream(file_name.c_str(), O_RDONLY);
   if (reader == nullptr) {
     GlobalLog.set(EXCEPTION) << "LOG_TABLE: can not open tmp file: " << file_name << "\n";
     throw "can not open tmp file";
   }
-  return reader;
+  std::string text;
+  char block[4096];
+  std::size_t count = 0;
+  while ((count = std::fread(block, 1, sizeof block, reader.get())) > 0) text.append(block, count);
+  if (std::ferror(reader.get()) != 0) {
+    GlobalLog.set(EXCEPTION) << "LOG_TABLE: can not read tmp file: " << file_name << "\n";
+    throw "can not read tmp file";
+  }
+  return text;
 }
 
-void LOG_TABLE::CheckRead(const OWNED_FILE& reader) const {
-  if (std::ferror(reader.get()) == 0) return;
-  GlobalLog.set(EXCEPTION) << "LOG_TABLE: can not read tmp file: " << file_name << "\n";
-  throw "can not read tmp file";
-}
-
-int LOG_TABLE::MarkOf(int character) const {
-  const char* mark = character > 0 ? std::strchr(marks, character) : nullptr;
+int LOG_TABLE::MarkOf(char character) const {
+  const char* mark = character != '\0' ? std::strchr(marks, character) : nullptr;
   return mark != nullptr ? static_cast<int>(mark - marks) : -1;
 }
 
@@ -132,27 +140,19 @@ void LOG_TABLE::flush(int level) {
 }
 
 int LOG_TABLE::CountColumns() const {
-  const OWNED_FILE reader = Reopen();
-  int separators = 0;
-  bool in_row = false;
-  for (int c = std::fgetc(reader.get()); c != EOF; c = std::fgetc(reader.get())) {
-    if (!in_row && (c == '\n' || c == '-')) continue;
-    if (c == '\n') break;
-    in_row = true;
-    if (MarkOf(c) >= 0) ++separators;
-  }
-  CheckRead(reader);
-  return std::max(separators - 1, 0);
+  const std::string row = FirstRow(ReadBack());
+  const auto separators =
+      std::count_if(row.begin(), row.end(), [this](char c) { return MarkOf(c) >= 0; });
+  return std::max(static_cast<int>(separators) - 1, 0);
 }
 
 void LOG_TABLE::MeasureColumns(int count) {
   if (widths.Resize(RANGE<int>(0, count)) != ARRAY_OK) throw ERROR_NO_MEMORY();
   int* const width = widths.GetElementBase(0);
   std::fill_n(width, count, 0);
-  const OWNED_FILE reader = Reopen();
   int column = -1;
   int length = -1;
-  for (int c = std::fgetc(reader.get()); c != EOF; c = std::fgetc(reader.get())) {
+  for (const char c : ReadBack()) {
     if (MarkOf(c) >= 0) {
       if (column >= 0 && length > CELL_LIMIT) {
         GlobalLog.set(ALARM) << "LOG_TABLE: cell of " << length << " characters is longer than "
@@ -166,36 +166,37 @@ void LOG_TABLE::MeasureColumns(int count) {
     // The "@" and the character behind it count as none together.
     length += c == '@' ? -1 : 1;
   }
-  CheckRead(reader);
 }
 
 void LOG_TABLE::PrintRows(int level) const {
-  const OWNED_FILE reader = Reopen();
+  const std::string text = ReadBack();
   std::string line;
   std::string cell;
   char alignment = 'c';
   int column = -1;
   bool at_start = true;
-  for (int c = std::fgetc(reader.get());; c = std::fgetc(reader.get())) {
-    if (c == EOF && at_start) break;
+  const auto end_row = [&] {
+    GlobalLog.set(level) << line << "\n";
+    line.clear();
+    cell.clear();
+    alignment = 'c';
+    column = -1;
+    at_start = true;
+  };
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
     if (at_start && c == '-') {
-      PrintRule(level);
-      std::fgetc(reader.get());
+      PrintRule(FirstRow(text), level);
+      ++i;  // its line end
       continue;
     }
     at_start = false;
-    if (c == '\n' || c == EOF) {
-      GlobalLog.set(level) << line << "\n";
-      line.clear();
-      cell.clear();
-      alignment = 'c';
-      column = -1;
-      at_start = true;
-      if (c == EOF) break;
+    if (c == '\n') {
+      end_row();
     } else if (c == '@') {
-      alignment = static_cast<char>(std::fgetc(reader.get()));
+      if (++i < text.size()) alignment = text[i];
     } else if (const int mark = MarkOf(c); mark < 0) {
-      cell += static_cast<char>(c);
+      cell += c;
     } else {
       if (column >= 0) AppendCell(line, cell, alignment, WidthOf(column));
       line += row_map[mark];
@@ -204,23 +205,19 @@ void LOG_TABLE::PrintRows(int level) const {
       ++column;
     }
   }
-  CheckRead(reader);
+  if (!at_start) end_row();
 }
 
-void LOG_TABLE::PrintRule(int level) const {
-  const OWNED_FILE reader = Reopen();
-  int c = std::fgetc(reader.get());
-  while (c == '-' || c == '\n') c = std::fgetc(reader.get());
+void LOG_TABLE::PrintRule(const std::string& row, int level) const {
   std::string line;
   int column = 0;
-  for (; c != '\n' && c != EOF; c = std::fgetc(reader.get())) {
+  for (const char c : row) {
     const int mark = MarkOf(c);
     if (mark < 0) continue;
     line += rule_map[mark];
     line.append(static_cast<std::size_t>(WidthOf(column)), rule_char);
     ++column;
   }
-  CheckRead(reader);
   GlobalLog.set(level) << line << "\n";
 }
 

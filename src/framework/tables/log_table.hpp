@@ -48,16 +48,16 @@ class LOG_TABLE {
   void flush(int level);
 
  private:
-  OWNED_FILE Reopen() const;
-  /// Tells the end of the file from a failure.
-  void CheckRead(const OWNED_FILE& reader) const;
+  /// What stands in the file now; every pass looks anew.
+  std::string ReadBack() const;
   int CountColumns() const;
   void MeasureColumns(int count);
   void PrintRows(int level) const;
-  void PrintRule(int level) const;
+  /// A rule line with crossings where a row has its separators.
+  void PrintRule(const std::string& row, int level) const;
   int WidthOf(int column) const;
   /// Place of a character among the separators, or -1.
-  int MarkOf(int character) const;
+  int MarkOf(char character) const;
 
   char rule_char = '-';
   char rule_cross = '+';
