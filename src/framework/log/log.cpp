@@ -115,10 +115,8 @@ LOG::~LOG() { CloseFile(); }
 LOG& LOG::set(int level) {
   if (level == QA_WARNING) qa_flag = true;
   current_level = level;
-  if (ShownOnScreen()) {
-    std::printf("%s : %s : ", RowOf(level).label, prefix.c_str());
-    std::fflush(stdout);
-  }
+  // The first piece takes the head to the screen with it.
+  if (ShownOnScreen()) std::printf("%s : %s : ", RowOf(level).label, prefix.c_str());
   if (ShownInFile()) std::fprintf(file.get(), "%s : %s : ", RowOf(level).label, prefix.c_str());
   return *this;
 }

@@ -176,7 +176,7 @@ void LOG_TABLE::PrintRows(int level) const {
   int column = -1;
   bool at_start = true;
   const auto end_row = [&] {
-    GlobalLog.set(level) << line << "\n";
+    GlobalLog.set(level) << line + '\n';
     line.clear();
     cell.clear();
     alignment = 'c';
@@ -218,7 +218,7 @@ void LOG_TABLE::PrintRule(const std::string& row, int level) const {
     line.append(static_cast<std::size_t>(WidthOf(column)), rule_char);
     ++column;
   }
-  GlobalLog.set(level) << line << "\n";
+  GlobalLog.set(level) << line + '\n';
 }
 
 }  // namespace varnoth
