@@ -3,18 +3,8 @@ import pty
 
 import pytest
 
-from varnoth_run import Pair, run
-
-
-@pytest.fixture
-def pair():
-    return Pair()
-
-
-@pytest.fixture
-def ready(tmp_path, pair):
-    """A fresh directory with a made-up pair."""
-    return pair.write(tmp_path)
+from pair_fixtures import pair, ready  # noqa: F401
+from varnoth_run import Pair, arguments, run
 
 
 @pytest.fixture
@@ -29,6 +19,5 @@ def terminal():
 @pytest.fixture(scope="module")
 def traced(tmp_path_factory):
     """One run of a made-up pair with everything in the log."""
-    from varnoth_run import arguments
     directory = Pair().write(tmp_path_factory.mktemp("traced"))
     return run(directory, arguments(lfl="TRACE"))

@@ -16,8 +16,6 @@ def replace(pool, key, kind, value):
 
 # name: (change of the pair, arguments, lines at ALARM ahead of the supervisor's)
 CASES = {
-    "missing key": (lambda pair: pair.slave.pop("prf"), {}, [
-        f"{KEY}prf << not found", "pool error - key not found"]),
     "wrong type": (replace("insar", "n_lines", "FLT_15", 3.0), {}, [
         f"{KEY}n_lines << type INT_32 expected", "pool error - wrong parameter type"]),
     "number beyond all bounds": (lambda pair: pair.master.update(
@@ -51,8 +49,6 @@ CASES = {
         replace("insar", "master_first_rg_time", "FLT_15", 0.0045), {}, [
             "geolocation_fast: No intersection of earth ellipsoid and sphere around the satellite",
             "geolocation_fast: during iteration in step: 1", "data error"]),
-    "overlong value": (lambda pair: None, {"MasterPar": "x" * 256}, [
-        "value of parameter MasterPar is longer than 255 characters", "wrong argument"]),
     "degree below -1": (lambda pair: None, {"FlatEarthPolyDegree": "-2"}, [
         "ARRAY : can not copy array"]),
 }
@@ -80,16 +76,6 @@ def test_degree_of_minus_one(ready):
     assert done.errors == ("Numerical Recipes run-time error...\nlfit: no parameters to be fitted\n"
                            "...now exiting to system...\n")
     assert "eff_baseline" not in done.pool()
-
-
-@pytest.mark.parametrize("key", ["MasterPar", "ParameterPool"])
-def test_directory_in_place_of_a_pool(ready, key):
-    (ready / "folder").mkdir()
-    done = run(ready, arguments(**{key: "folder"}))
-    assert done.status == 1
-    assert done.alarms == ["parameter file folder is a directory!",
-                           "can not open parameter file folder",
-                           "pool error - can not open parameter pool", FAILED]
 
 
 @pytest.mark.parametrize("pool, key, value", [

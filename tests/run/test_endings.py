@@ -150,12 +150,6 @@ def test_signal_that_is_not_caught(ready, terminal):
     assert (done.status, done.marks) == (-signal.SIGUSR1, {"ERROR": "1"})
 
 
-def test_overlong_name_still_ends_in_a_failure_mark(ready):
-    done = run(ready, arguments(lfn="x" * 256))
-    assert (done.status, done.marks) == (1, {"ERROR": "1"})
-    assert FAILED in done.screen
-
-
 def test_closed_standard_output(ready):
     """The first pool must not be opened in its place."""
     done = run(ready, preexec_fn=lambda: os.close(1))
