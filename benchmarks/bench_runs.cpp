@@ -84,6 +84,28 @@ double SecondsOf(const std::function<void()>& work) {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
+double Median(std::vector<double> values) {
+  std::sort(values.begin(), values.end());
+  return values[values.size() / 2];
+}
+
+/// Measures the program and its floor in turn, so that both meet the same disturbances, and reports
+/// the medians: the counters "cost" and "floor" in the unit that `measure` has.
+template <class MEASURE>
+void InTurn(benchmark::State& state, int turns, MEASURE measure) {
+  std::vector<double> costs;
+  std::vector<double> floors;
+  for (auto _ : state) {
+    for (int i = 0; i < turns; ++i) {
+      costs.push_back(measure(false));
+      floors.push_back(measure(true));
+    }
+  }
+  if (Median(floors) <= 0) state.SkipWithError("nothing was measured");
+  state.counters["cost"] = Median(costs);
+  state.counters["floor"] = Median(floors);
+}
+
 struct TEXT_FILE {
   std::string content;
   explicit TEXT_FILE(const std::string& path) {
@@ -120,68 +142,53 @@ const WORDS& WordsOf(bool is_floor) {
   return is_floor ? FLOOR : RUN;
 }
 
-void NeedSuccess(benchmark::State& state, int status, int wanted = 0) {
-  if (status != wanted) state.SkipWithError("a run failed");
+void NeedStatus(int status, int wanted) {
+  if (status != wanted) throw std::runtime_error("a run failed");
 }
 
-void WholeRun(benchmark::State& state, bool is_floor) {
-  const WORDS words = WordsOf(is_floor);
+constexpr double MILLISECONDS = 1e3;
+
+void WholeRun(benchmark::State& state) {
   const STAGE stage;
-  for (auto _ : state) {
+  InTurn(state, 30, [&](bool is_floor) {
     const std::string directory = stage.Fresh(0);
-    int status = 0;
-    state.SetIterationTime(SecondsOf([&] { status = Run(words, directory); }));
-    NeedSuccess(state, status);
-  }
+    return MILLISECONDS * SecondsOf([&] { NeedStatus(Run(WordsOf(is_floor), directory), 0); });
+  });
 }
-BENCHMARK_CAPTURE(WholeRun, varnoth, false)->UseManualTime();
-BENCHMARK_CAPTURE(WholeRun, floor, true)->UseManualTime();
+BENCHMARK(WholeRun)->Iterations(1);
 
 /// Many pairs, two processes at a time.
-void ManyPairs(benchmark::State& state, bool is_floor) {
+void ManyPairs(benchmark::State& state) {
   constexpr int PAIRS = 400;
-  const WORDS words = WordsOf(is_floor);
   const STAGE stage;
-  for (auto _ : state) {
+  InTurn(state, 1, [&](bool is_floor) {
     std::vector<std::string> directories;
     for (int i = 0; i < PAIRS; ++i) directories.push_back(stage.Fresh(i));
-    int failures = 0;
-    state.SetIterationTime(SecondsOf([&] {
-      const auto every_other = [&](int first) {
-        int failed = 0;
-        for (int i = first; i < PAIRS; i += 2) failed += Run(words, directories[i]) != 0 ? 1 : 0;
-        return failed;
-      };
-      auto odd = std::async(std::launch::async, every_other, 1);
-      failures = every_other(0) + odd.get();
-    }));
-    NeedSuccess(state, failures);
-  }
+    const auto every_other = [&](int first) {
+      for (int i = first; i < PAIRS; i += 2) NeedStatus(Run(WordsOf(is_floor), directories[i]), 0);
+    };
+    return MILLISECONDS * SecondsOf([&] {
+             auto odd = std::async(std::launch::async, every_other, 1);
+             every_other(0);
+             odd.get();
+           });
+  });
 }
-BENCHMARK_CAPTURE(ManyPairs, varnoth, false)
-    ->UseManualTime()
-    ->Iterations(1)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(ManyPairs, floor, true)
-    ->UseManualTime()
-    ->Iterations(1)
-    ->Unit(benchmark::kMillisecond);
+BENCHMARK(ManyPairs)->Iterations(1);
 
 /// From the start to the end at a STOP file.
-void Stop(benchmark::State& state, bool is_floor) {
+void Stop(benchmark::State& state) {
   constexpr int STOPPED = 2;
-  const WORDS words = is_floor ? WORDS{NOTHING} : RUN;
   const STAGE stage;
   const std::string directory = stage.Fresh(0);
   std::ofstream(directory + "/STOP.varnoth") << "\n";
-  for (auto _ : state) {
-    int status = 0;
-    state.SetIterationTime(SecondsOf([&] { status = Run(words, directory); }));
-    NeedSuccess(state, status, is_floor ? 0 : STOPPED);
-  }
+  InTurn(state, 30, [&](bool is_floor) {
+    return MILLISECONDS * SecondsOf([&] {
+             NeedStatus(Run(is_floor ? WORDS{NOTHING} : RUN, directory), is_floor ? 0 : STOPPED);
+           });
+  });
 }
-BENCHMARK_CAPTURE(Stop, varnoth, false)->UseManualTime();
-BENCHMARK_CAPTURE(Stop, floor, true)->UseManualTime();
+BENCHMARK(Stop)->Iterations(1);
 
 /// Largest memory that a program had, in kB. The system keeps it while the process stands at its
 /// end; its report to the parent would count what the child had of the parent before its start.
@@ -208,17 +215,10 @@ double LargestMemory(WORDS words, const std::string& directory) {
   return memory;
 }
 
-/// One kB stands as a nanosecond.
-void Memory(benchmark::State& state, bool is_floor) {
-  const WORDS words = WordsOf(is_floor);
+void Memory(benchmark::State& state) {
   const STAGE stage;
-  for (auto _ : state) {
-    const double memory = LargestMemory(words, stage.Fresh(0));
-    if (memory <= 0) state.SkipWithError("memory could not be read");
-    state.SetIterationTime(memory * 1e-9);
-  }
+  InTurn(state, 3, [&](bool is_floor) { return LargestMemory(WordsOf(is_floor), stage.Fresh(0)); });
 }
-BENCHMARK_CAPTURE(Memory, varnoth, false)->UseManualTime()->Iterations(1);
-BENCHMARK_CAPTURE(Memory, floor, true)->UseManualTime()->Iterations(1);
+BENCHMARK(Memory)->Iterations(1);
 
 }  // namespace
