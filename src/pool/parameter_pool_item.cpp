@@ -1,6 +1,7 @@
 #include "pool/parameter_pool_item.hpp"
 
 #include <cstring>
+#include <utility>
 
 #include "foundation/errors.hpp"
 #include "pool/join_key.hpp"
@@ -20,6 +21,7 @@ PARAMETER_POOL_ITEM& PARAMETER_POOL_ITEM::operator=(const PARAMETER_POOL_ITEM& o
   type = other.type;
   comments = other.comments;
   value = other.value != nullptr ? other.value->Copy() : nullptr;
+  text.reset();
   return *this;
 }
 
@@ -28,11 +30,13 @@ void PARAMETER_POOL_ITEM::TakeKey(const char* item_key) {
   std::memcpy(key, item_key, std::strlen(item_key) + 1);
 }
 
-ENTRY_TEXT PARAMETER_POOL_ITEM::Text() const {
+const ENTRY_TEXT& PARAMETER_POOL_ITEM::Text() const {
+  if (text != nullptr) return *text;
   if (type == UNKNOWN) throw ERROR_UNHANDLED_CASE();
-  ENTRY_TEXT text(key, type, comments);
-  value->AppendTo(text);
-  return text;
+  auto made = std::make_unique<ENTRY_TEXT>(key, type, comments);
+  value->AppendTo(*made);
+  text = std::move(made);
+  return *text;
 }
 
 }  // namespace varnoth

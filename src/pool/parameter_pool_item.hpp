@@ -50,8 +50,9 @@ class PARAMETER_POOL_ITEM {
   PARAMETER_POOL_ITEM& operator=(PARAMETER_POOL_ITEM&&) = default;
   ~PARAMETER_POOL_ITEM() = default;
 
-  /// The entry's text. Throws ERROR_UNHANDLED_CASE for an item of type UNKNOWN.
-  ENTRY_TEXT Text() const;
+  /// The entry's text, made when it is first asked for: afterwards the item must not be changed.
+  /// Throws ERROR_UNHANDLED_CASE for an item of type UNKNOWN.
+  const ENTRY_TEXT& Text() const;
 
   char key[ENTRY_READER::KEY_LIMIT + 1] = {};
   TYPE_CODE type = UNKNOWN;
@@ -60,6 +61,8 @@ class PARAMETER_POOL_ITEM {
 
  private:
   void TakeKey(const char* item_key);
+
+  mutable std::unique_ptr<const ENTRY_TEXT> text;
 };
 
 }  // namespace varnoth

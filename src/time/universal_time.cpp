@@ -17,9 +17,8 @@ namespace varnoth {
 
 namespace {
 
-constexpr const char* EPOCH = "06-JAN-1980/00:00:00.000000";
+constexpr char EPOCH[] = "06-JAN-1980/00:00:00.000000";
 constexpr double MAX_SECONDS = 9223372036854.0;  // 2^63 us
-constexpr int TEXT_LENGTH = 27;
 
 // First position of each field in the text.
 enum FIELD : int {
@@ -105,15 +104,23 @@ void UNIVERSAL_TIME::Format(const UTC_VALUES& v) {
 
 void UNIVERSAL_TIME::Format(int year, int month, int day, int hour, int minute, int second, int ms,
                             int us) {
-  char printed[128];
-  const int length = std::snprintf(printed, sizeof printed, "%.2d-%3s-%.4d/%.2d:%.2d:%.2d.%.3d%.3d",
-                                   day, MonthName(month), year, hour, minute, second, ms, us);
-  // The widths are least widths: the length is right only if every field fits.
-  if (length != TEXT_LENGTH) {
-    GlobalLog.printf_line(ALARM, "UNIVERSAL_TIME: no text can show the time %s", printed);
-    throw ERROR_DATA();
+  UNIVERSAL_TIME printed;
+  std::memcpy(printed.text, EPOCH, sizeof printed.text);  // for its separators
+  const char* const name = MonthName(month);
+  if (std::strlen(name) == 3 && WriteDigits(printed.text + DAY, 2, day) &&
+      WriteDigits(printed.text + YEAR, 4, year) && WriteDigits(printed.text + HOUR, 2, hour) &&
+      WriteDigits(printed.text + MINUTE, 2, minute) &&
+      WriteDigits(printed.text + SECOND, 2, second) &&
+      WriteDigits(printed.text + MILLISECOND, 3, ms) &&
+      WriteDigits(printed.text + MICROSECOND, 3, us)) {
+    std::memcpy(printed.text + MONTH, name, 3);
+    *this = printed;
+    return;
   }
-  std::memcpy(text, printed, sizeof text);
+  GlobalLog.printf_line(
+      ALARM, "UNIVERSAL_TIME: no text can show the time %.2d-%3s-%.4d/%.2d:%.2d:%.2d.%.3d%.3d", day,
+      name, year, hour, minute, second, ms, us);
+  throw ERROR_DATA();
 }
 
 void UNIVERSAL_TIME::Move(std::int64_t days, std::int64_t milliseconds, std::int64_t microseconds) {

@@ -169,26 +169,33 @@ void LOG::WriteLine(int level, const char* format, ...) {
 void LOG::WriteLine(int level, const char* format, std::va_list arguments) {
   if (level == QA_WARNING) qa_flag = true;
   current_level = level;
+  if (current_level < lowest_level) return;
   const LEVEL_ROW& row = RowOf(level);
+  // Formatted once for all who take it; only a line that the buffer cuts is formatted again.
+  std::va_list copy;
+  va_copy(copy, arguments);
+  const int length = std::vsnprintf(scratch, sizeof scratch, format, copy);
+  va_end(copy);
+  const bool is_whole = length >= 0 && static_cast<std::size_t>(length) < sizeof scratch;
+  const auto print = [&](std::FILE* stream) {
+    std::va_list again;
+    va_copy(again, arguments);
+    is_whole ? std::fputs(scratch, stream) : std::vfprintf(stream, format, again);
+    va_end(again);
+  };
   if (ShownOnScreen()) {
-    std::va_list copy;
-    va_copy(copy, arguments);
     std::printf("%s%s : %s : ", row.screen_style, row.label, prefix.c_str());
-    std::vprintf(format, copy);
-    va_end(copy);
+    print(stdout);
     std::printf("\n%s", level > QA_WARNING ? STYLE_RESET : "");
     std::fflush(stdout);
     if (capture) {
-      va_copy(copy, arguments);
-      std::vsnprintf(scratch, sizeof scratch, format, copy);
-      va_end(copy);
       Capture(scratch);
       Capture("\n");
     }
   }
   if (ShownInFile()) {
     std::fprintf(file.get(), "%s : %s : ", row.label, prefix.c_str());
-    std::vfprintf(file.get(), format, arguments);
+    print(file.get());
     std::fputc('\n', file.get());
     std::fflush(file.get());
   }
