@@ -12,6 +12,7 @@
 #include "orbit/general_orbit.hpp"
 #include "pool/entry_reader.hpp"
 #include "pool/entry_text.hpp"
+#include "pool/parameter_pool_read_write_change.hpp"
 #include "pool_file.hpp"
 
 namespace varnoth {
@@ -90,6 +91,24 @@ void SearchesFloor(benchmark::State& state) {
   }
 }
 BENCHMARK(SearchesFloor)->Arg(40)->Arg(4000)->Unit(benchmark::kMicrosecond);
+
+constexpr int RESULTS = 39;  // of a run
+
+/// An update with the results of a run, by the entries of the pool.
+void Update(benchmark::State& state) {
+  bench::ShowNothing();
+  const std::string text = Entries(static_cast<int>(state.range(0)));
+  for (auto _ : state) {
+    state.PauseTiming();
+    const POOL_FILE file(text);
+    state.ResumeTiming();
+    PARAMETER_POOL_READ_WRITE_CHANGE pool(file.Path());
+    for (int i = 0; i < RESULTS; ++i) {
+      pool.Change(("result_" + std::to_string(i)).c_str(), static_cast<double>(i));
+    }
+  }
+}
+BENCHMARK(Update)->Arg(40)->Arg(400)->Arg(4000)->Unit(benchmark::kMicrosecond);
 
 constexpr const char* NUMBER = "-3.40161812345678912E+06";
 

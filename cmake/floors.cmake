@@ -1,5 +1,7 @@
 # A folder of src/ is a floor of the house and one library target; see docs/architecture.md.
 
+include(GNUInstallDirs)
+
 add_library(varnoth_options INTERFACE)
 target_compile_features(varnoth_options INTERFACE cxx_std_20)
 target_include_directories(varnoth_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
@@ -19,7 +21,12 @@ target_compile_options(varnoth_options INTERFACE
 function(varnoth_floor target)
   cmake_parse_arguments(FLOOR "" "" "SOURCES;FLOORS_BELOW" ${ARGN})
   add_library(${target} STATIC ${FLOOR_SOURCES})
-  target_link_libraries(${target} PUBLIC varnoth_options ${FLOOR_FLOORS_BELOW})
+  target_compile_features(${target} PUBLIC cxx_std_20)
+  target_link_libraries(${target} PUBLIC $<BUILD_INTERFACE:varnoth_options> ${FLOOR_FLOORS_BELOW})
+  target_include_directories(${target} INTERFACE $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/varnoth>)
+  string(REPLACE "varnoth_" "" name ${target})
+  set_target_properties(${target} PROPERTIES EXPORT_NAME ${name})
+  set_property(GLOBAL APPEND PROPERTY VARNOTH_FLOORS ${target})
   add_dependencies(${target} varnoth_check_floors)
 endfunction()
 

@@ -34,7 +34,7 @@ def hit(command, directory, delays):
     (directory / f"ERROR.{name}").unlink(missing_ok=True)
     (directory / f"log.{name}").unlink(missing_ok=True)
     process = subprocess.Popen(command, cwd=directory, stdin=subprocess.DEVNULL,
-                               stdout=subprocess.DEVNULL)
+                               stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     sent = [random.choice(CAUGHT + IGNORED_WITHOUT_HANDLER) for _ in delays]
     sent[-1] = random.choice(CAUGHT)
     for number, delay in zip(sent, delays):

@@ -1,0 +1,60 @@
+# The program, its pages, and the libraries as a CMake package and for pkg-config. Nothing that is
+# installed names the place it was installed to.
+include(CMakePackageConfigHelpers)
+
+install(TARGETS varnoth RUNTIME COMPONENT program)
+install(FILES README.md CHANGELOG.md docs/operation.md docs/pool-format.md docs/geometry.md
+        DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program)
+
+install(FILES packaging/varnoth.bash-completion RENAME varnoth
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT program)
+
+# Manual pages, where there is a tool to make them.
+find_program(SCDOC scdoc)
+if(SCDOC)
+  foreach(page IN ITEMS varnoth.1 varnoth-pool.5)
+    string(REGEX MATCH "[0-9]$" section ${page})
+    set(source ${PROJECT_SOURCE_DIR}/docs/man/${page}.scd)
+    add_custom_command(OUTPUT ${page}.gz
+      COMMAND sh -c "${SCDOC} <'${source}' | gzip -9n >${page}.gz" VERBATIM DEPENDS ${source})
+    list(APPEND pages ${PROJECT_BINARY_DIR}/${page}.gz)
+    install(FILES ${PROJECT_BINARY_DIR}/${page}.gz
+            DESTINATION ${CMAKE_INSTALL_MANDIR}/man${section} COMPONENT program)
+  endforeach()
+  add_custom_target(varnoth_pages ALL DEPENDS ${pages})
+endif()
+
+get_property(floors GLOBAL PROPERTY VARNOTH_FLOORS)
+list(REMOVE_ITEM floors varnoth_driver)  # the program's own
+install(TARGETS ${floors} EXPORT varnothTargets ARCHIVE COMPONENT libraries)
+# Headers of the program, of steps that solvers share, and of templates' bodies are nobody else's.
+install(DIRECTORY src/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/varnoth COMPONENT libraries
+        FILES_MATCHING PATTERN "*.hpp"
+        PATTERN "driver" EXCLUDE
+        PATTERN "*_definitions.hpp" EXCLUDE
+        PATTERN "catalogue*.hpp" EXCLUDE
+        PATTERN "geolocation_steps.hpp" EXCLUDE
+        PATTERN "geolocation_report.hpp" EXCLUDE
+        PATTERN "surface_search.hpp" EXCLUDE
+        PATTERN "plane_angle.hpp" EXCLUDE
+        PATTERN "scratch.hpp" EXCLUDE
+        PATTERN "fatal_signals.hpp" EXCLUDE
+        PATTERN "enumeration_entry.hpp" EXCLUDE)
+
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/varnoth)
+install(EXPORT varnothTargets NAMESPACE varnoth:: DESTINATION ${package_dir} COMPONENT libraries)
+configure_package_config_file(cmake/varnothConfig.cmake.in varnothConfig.cmake
+  INSTALL_DESTINATION ${package_dir})
+write_basic_package_version_file(varnothConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+file(RELATIVE_PATH PREFIX_FROM_PC "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
+# Each library behind those that use it.
+set(PC_LIBRARIES "")
+foreach(floor IN LISTS floors)
+  string(PREPEND PC_LIBRARIES "-l${floor} ")
+endforeach()
+configure_file(cmake/varnoth.pc.in varnoth.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/varnothConfig.cmake
+              ${PROJECT_BINARY_DIR}/varnothConfigVersion.cmake
+        DESTINATION ${package_dir} COMPONENT libraries)
+install(FILES ${PROJECT_BINARY_DIR}/varnoth.pc
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT libraries)

@@ -1,0 +1,37 @@
+"""What the manual page shows is what happens, and the completion knows the page's options."""
+
+import re
+import shlex
+import shutil
+import subprocess
+from pathlib import Path
+
+from varnoth_run import run
+
+ROOT = Path(__file__).parents[2]
+PAGE = (ROOT / "docs" / "man" / "varnoth.1.scd").read_text()
+OPTIONS = sorted(set(re.findall(r"\*(-\w+)\*", PAGE)))
+
+
+def test_example(tmp_path):
+    command, screen, results = re.findall(r"```\n(.*?)```", PAGE, re.DOTALL)
+    shutil.copytree(ROOT / "examples" / "real_pair", tmp_path / "pair")
+    done = run(tmp_path / "pair", shlex.split(command)[1:])
+    assert (done.status, re.sub("\033\\[.m", "", done.screen)) == (0, screen)
+    content = (tmp_path / "pair" / "insar.pool").read_text(encoding="latin-1")
+    assert all(line in content.splitlines() for line in results.splitlines())
+
+
+def completed(*words):
+    script = ('source packaging/varnoth.bash-completion; COMP_WORDS=(varnoth "$@"); '
+              'COMP_CWORD=$#; _varnoth; printf "%s\\n" "${COMPREPLY[@]}"')
+    done = subprocess.run(["bash", "-c", script, "bash", *words], cwd=ROOT, check=True,
+                          capture_output=True, text=True)
+    return done.stdout.split()
+
+
+def test_completion():
+    assert sorted(completed("-")) == OPTIONS
+    assert completed("-lfl", "TR") == ["TRACE"]
+    assert completed("-MasterPar", "READ") == ["README.md"]
+    assert completed("-status", "example") == ["examples"]
