@@ -1,0 +1,35 @@
+"""Every example shows what stands beside it, and the made-up ones are what their maker writes."""
+
+import subprocess
+import sys
+from pathlib import Path
+
+import pytest
+
+from varnoth_run import BINARY
+
+EXAMPLES = Path(__file__).parents[2] / "examples"
+NAMES = sorted(path.parent.name for path in EXAMPLES.glob("*/output.txt"))
+
+
+def show(name):
+    return subprocess.run([EXAMPLES / "run", name, BINARY], check=False, capture_output=True,
+                          text=True, timeout=60)
+
+
+@pytest.mark.parametrize("name", NAMES)
+def test_output(name):
+    assert show(name).stdout == (EXAMPLES / name / "output.txt").read_text()
+
+
+def test_makers_pools(tmp_path):
+    subprocess.run([sys.executable, EXAMPLES / "make.py", tmp_path], check=True)
+    made = [path for path in tmp_path.rglob("*") if path.is_file()]
+    assert len(made) > 3 * 10
+    for path in made:
+        assert path.read_bytes() == (EXAMPLES / path.relative_to(tmp_path)).read_bytes(), path
+
+
+def test_wrong_name():
+    done = show("nothing")
+    assert done.returncode == 2 and done.stderr.startswith("there is no example nothing in ")
