@@ -1,0 +1,38 @@
+"""The table of signs in the description of the geometry, cell by cell."""
+
+import math
+import re
+import sys
+from pathlib import Path
+
+import pytest
+
+from varnoth_run import run
+
+ROOT = Path(__file__).parents[2]
+sys.path.insert(0, str(ROOT / "examples"))
+import make  # noqa: E402 (stands beside the examples)
+
+TABLE = re.findall(r"^\| (right|left) \| (\w+) \| (east|swapped) \| (.*) \|$",
+                   (ROOT / "docs" / "geometry.md").read_text(), re.MULTILINE)
+
+
+def test_table_is_whole():
+    assert len({row[:3] for row in TABLE}) == 8
+
+
+@pytest.mark.parametrize("look, way, slave, signs", TABLE)
+def test_row(tmp_path, look, way, slave, signs):
+    pair = make.Example(start=0.5 if way == "ascending" else math.pi - 0.5)
+    pair.look = {"master": look, "slave": look}
+    if slave == "swapped":
+        pair.orbits = {"master": pair.orbits["slave"], "slave": pair.orbits["master"]}
+    pair.write(tmp_path)
+    pool = run(tmp_path).pool()
+    assert (pool["sensor_look_direction"], pool["equator_crossing_direction"]) == (look, way)
+    found = (pool["eff_baseline"], pool["height_conversion_factor"],
+             pool["flat_phase_poly_early_az"][0], pool["varnoth_deltaR"])
+    assert " | ".join("+" if value > 0 else "-" for value in found) == signs
+    for line in ("early", "late"):
+        factors = pool[f"{line}_az_phase_to_height_conv"]
+        assert all(f * pool["height_conversion_factor"] > 0 for f in factors)
