@@ -1,0 +1,46 @@
+"""One pair of a stack: the endings that engines tell apart, and results that are whole or not there."""
+
+import os
+import subprocess
+from pathlib import Path
+
+import pytest
+
+from varnoth_run import BINARY
+
+STACK = Path(__file__).parents[2] / "examples" / "stack"
+
+
+@pytest.fixture
+def pairs(tmp_path):
+    subprocess.run([STACK / "make_pairs", "2", tmp_path / "pairs"], check=True)
+    return tmp_path / "pairs"
+
+
+def run_pair(pair, program=BINARY):
+    done = subprocess.run([STACK / "run_pair", pair, pair.parents[1] / "results"], check=False,
+                          env={**os.environ, "VARNOTH": str(program)}, capture_output=True,
+                          text=True, timeout=60)
+    return done.returncode, done.stderr
+
+
+def test_endings(pairs):
+    results = pairs.parent / "results"
+    before = (pairs / "pair_00000" / "insar.pool").read_bytes()
+    assert run_pair(pairs / "pair_00000") == (0, "")
+    assert "eff_baseline" in (results / "pair_00000" / "insar.pool").read_text(encoding="latin-1")
+    assert (pairs / "pair_00000" / "insar.pool").read_bytes() == before
+    (pairs / "pair_00001" / "STOP.varnoth").touch()
+    assert run_pair(pairs / "pair_00001") == (2, "pair_00001: stop requested\n")
+    (pairs / "pair_00001" / "STOP.varnoth").unlink()
+    (pairs / "pair_00001" / "master.pool").write_text("")
+    status, told = run_pair(pairs / "pair_00001")
+    assert status == 1 and "status 1: ALARM : varnoth : parameter pool" in told
+    assert [path.name for path in results.iterdir()] == ["pair_00000"]
+
+
+@pytest.mark.parametrize("pair, program, told", [
+    ("pair_00009", BINARY, "is no pair"), ("pair_00000", "nowhere", "there is no program nowhere")])
+def test_refused(pairs, pair, program, told):
+    status, errors = run_pair(pairs / pair, program)
+    assert status == 1 and told in errors and len(errors.splitlines()) == 1
