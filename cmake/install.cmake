@@ -3,7 +3,8 @@
 include(CMakePackageConfigHelpers)
 
 install(TARGETS varnoth RUNTIME COMPONENT program)
-install(FILES README.md CHANGELOG.md docs/operation.md docs/pool-format.md docs/geometry.md
+install(FILES README.md CHANGELOG.md docs/operation.md docs/troubleshooting.md docs/pool-format.md
+              docs/geometry.md
         DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program)
 
 install(FILES packaging/varnoth.bash-completion RENAME varnoth
