@@ -7,6 +7,8 @@ install(FILES README.md CHANGELOG.md docs/operation.md docs/troubleshooting.md d
               docs/geometry.md
         DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program)
 
+install(DIRECTORY docs/pictures DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program
+        FILES_MATCHING PATTERN "*.svg")
 install(FILES packaging/varnoth.bash-completion RENAME varnoth
         DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT program)
 

@@ -1,5 +1,6 @@
-"""Every example shows what stands beside it, and the made-up ones are what their maker writes."""
+"""Every example shows what stands beside it; made-up pools and pictures are what their makers write."""
 
+import shutil
 import subprocess
 import sys
 from pathlib import Path
@@ -28,6 +29,14 @@ def test_makers_pools(tmp_path):
     assert len(made) > 3 * 10
     for path in made:
         assert path.read_bytes() == (EXAMPLES / path.relative_to(tmp_path)).read_bytes(), path
+
+
+def test_pictures(tmp_path):
+    pictures = EXAMPLES.parent / "docs" / "pictures"
+    copy = shutil.copy(pictures / "draw.py", tmp_path)
+    subprocess.run([sys.executable, copy], check=True)
+    for path in tmp_path.glob("*.svg"):
+        assert path.read_bytes() == (pictures / path.name).read_bytes(), path
 
 
 def test_wrong_name():
