@@ -40,6 +40,12 @@ def entry(key, kind, value):
     return f"{key:32} {kind:15} 0\t{len(value)}\n  {{\n{rows}  }}\n\n"
 
 
+def write_pools(directory, pools):
+    for name, entries in pools.items():
+        text = "".join(entry(key, *value) for key, value in entries.items())
+        (directory / f"{name}.pool").write_text(text, encoding="latin-1")
+
+
 def epochs(kind, day, first):
     """The epochs of a kind of time, and the reference time that scene times count from."""
     seconds = [first + STEP * i for i in range(SAMPLES)]
@@ -94,19 +100,21 @@ class Example:
         values.update({key: ("FLT_15_V", column) for key, column in columns.items()})
         return values, times, columns
 
-    def write(self, directory):
-        directory.mkdir(parents=True, exist_ok=True)
+    def pools(self):
+        """The entries of the three pools, each a key with its type and value."""
         insar = {
             "n_samples": ("INT_32", 5001), "n_lines": ("INT_32", 2001),
             "master_first_az_time": ("FLT_15", 3601.25), "slave_first_az_time": ("FLT_15", 3601.25),
             "master_first_rg_time": ("FLT_15", 0.0055), "slave_first_rg_time": ("FLT_15", 0.0055),
             "observation_mode": ("STR", self.mode), "local_height": ("FLT_15", 0.0)}
-        (directory / "insar.pool").write_text("".join(entry(k, *v) for k, v in insar.items()))
-        for name in ("master", "slave"):
-            values, times, columns = self.scene(name)
-            text = "".join(entry(k, *v) for k, v in values.items())
-            (directory / f"{name}.pool").write_text(text)
-            if self.records:
+        return {"master": self.scene("master")[0], "slave": self.scene("slave")[0], "insar": insar}
+
+    def write(self, directory):
+        directory.mkdir(parents=True, exist_ok=True)
+        write_pools(directory, self.pools())
+        if self.records:
+            for name in ("master", "slave"):
+                _, times, columns = self.scene(name)
                 self.write_records(directory / "records", name, times, columns)
 
     def write_records(self, root, name, times, columns):

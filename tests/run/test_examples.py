@@ -3,13 +3,11 @@
 import shutil
 import subprocess
 import sys
-from pathlib import Path
 
 import pytest
 
-from varnoth_run import BINARY
+from varnoth_run import BINARY, EXAMPLES
 
-EXAMPLES = Path(__file__).parents[2] / "examples"
 NAMES = sorted(path.parent.name for path in EXAMPLES.glob("*/output.txt"))
 
 

@@ -4,18 +4,17 @@ import re
 import shlex
 import shutil
 import subprocess
-from pathlib import Path
 
-from varnoth_run import run
+from varnoth_run import EXAMPLES, run
 
-ROOT = Path(__file__).parents[2]
+ROOT = EXAMPLES.parent
 PAGE = (ROOT / "docs" / "man" / "varnoth.1.scd").read_text()
 OPTIONS = sorted(set(re.findall(r"\*(-\w+)\*", PAGE)))
 
 
 def test_example(tmp_path):
     command, screen, results = re.findall(r"```\n(.*?)```", PAGE, re.DOTALL)
-    shutil.copytree(ROOT / "examples" / "real_pair", tmp_path / "pair")
+    shutil.copytree(EXAMPLES / "real_pair", tmp_path / "pair")
     done = run(tmp_path / "pair", shlex.split(command)[1:])
     assert (done.status, re.sub("\033\\[.m", "", done.screen)) == (0, screen)
     content = (tmp_path / "pair" / "insar.pool").read_text(encoding="latin-1")

@@ -4,13 +4,12 @@ import json
 import math
 import re
 import shutil
-from pathlib import Path
 
 import pytest
 
-from varnoth_run import arguments, run
+from varnoth_run import EXAMPLES, arguments, run
 
-DATA = Path(__file__).parents[2] / "examples" / "real_pair"
+DATA = EXAMPLES / "real_pair"
 TRUTH = json.loads((DATA / "truth.json").read_text())
 LINES = ("early_az", "late_az")
 SCENES = ("insar.pool", "insar_baseline.pool")

@@ -2,19 +2,14 @@
 
 import math
 import re
-import sys
-from pathlib import Path
 
 import pytest
 
-from varnoth_run import run
+from varnoth_run import EXAMPLES, make, run
 
-ROOT = Path(__file__).parents[2]
-sys.path.insert(0, str(ROOT / "examples"))
-import make  # noqa: E402 (stands beside the examples)
-
+PAGE = EXAMPLES.parent / "docs" / "geometry.md"
 TABLE = re.findall(r"^\| (right|left) \| (\w+) \| (east|swapped) \| (.*) \|$",
-                   (ROOT / "docs" / "geometry.md").read_text(), re.MULTILINE)
+                   PAGE.read_text(), re.MULTILINE)
 
 
 def test_table_is_whole():

@@ -2,13 +2,12 @@
 
 import os
 import subprocess
-from pathlib import Path
 
 import pytest
 
-from varnoth_run import BINARY
+from varnoth_run import BINARY, EXAMPLES
 
-STACK = Path(__file__).parents[2] / "examples" / "stack"
+STACK = EXAMPLES / "stack"
 
 
 @pytest.fixture

@@ -1,12 +1,16 @@
 """Drives the built program from outside: made-up pairs, runs in fresh directories, and a reader of
 pools that shares nothing with the program's own."""
 
-import math
 import os
 import re
 import subprocess
+import sys
 from dataclasses import dataclass
 from pathlib import Path
+
+EXAMPLES = Path(__file__).parents[2] / "examples"
+sys.path.insert(0, str(EXAMPLES))
+import make  # noqa: E402 (stands beside the examples)
 
 BINARY = Path(os.environ["VARNOTH_BINARY"])
 KEYS = {
@@ -111,70 +115,13 @@ def read_pool(path):
     return entries
 
 
-def entry(key, kind, value):
-    """Text of an entry; a list becomes a vector."""
-    def form(x):
-        return f'"{x}"' if isinstance(x, str) else f"{x:.17E}" if isinstance(x, float) else str(x)
-    if not isinstance(value, list):
-        return f"{key} {kind} {form(value)}\n\n"
-    lines = "".join(f"  {form(x)}\n" for x in value)
-    return f"{key} {kind} 0 {len(value)}\n  {{\n{lines}  }}\n\n"
-
-
-class Circle:
-    """A circular orbit about a sphere that does not turn, in closed form. The plane is tilted by an
-    angle with sine 0.96 and cosine 0.28."""
-
-    RADIUS = 7071000.0
-    ANGULAR_VELOCITY = math.sqrt(3.986004418e14 / RADIUS**3)
-
-    def __init__(self, higher=0.0, aside=0.0):
-        self.radius, self.aside = self.RADIUS + higher, aside
-
-    def position(self, t):
-        angle = 0.5 + self.ANGULAR_VELOCITY * t
-        along, up = self.radius * math.cos(angle), self.radius * math.sin(angle)
-        return [along, 0.28 * up - 0.96 * self.aside, 0.96 * up + 0.28 * self.aside]
-
-
 class Pair:
-    """The three pools of a made-up pair; change the entries before `write`."""
+    """The three pools of an example that is made; change their entries before `write`."""
 
-    EARTH = 6371000.0
-
-    def __init__(self):
-        self.master = self.scene(Circle())
-        self.slave = self.scene(Circle(higher=40.0, aside=120.0))
-        self.insar = {
-            "n_samples": ("INT_32", 5001), "n_lines": ("INT_32", 2001),
-            "master_first_az_time": ("FLT_15", 1001.25), "slave_first_az_time": ("FLT_15", 1001.25),
-            "master_first_rg_time": ("FLT_15", 0.0055), "slave_first_rg_time": ("FLT_15", 0.0055),
-            "observation_mode": ("STR", "dual_pass"), "local_height": ("FLT_15", 0.0),
-        }
-
-    @classmethod
-    def scene(cls, orbit):
-        times = [-80.0 + 10.0 * i for i in range(17)]
-        axes = list(zip(*(orbit.position(t) for t in times)))
-        return {
-            "ellipsoid_parameters": ("FLT_15_V", [0.0] * 7 + [cls.EARTH, cls.EARTH]),
-            "prf": ("FLT_15", 500.0), "az_bandwidth": ("FLT_15", 400.0),
-            "range_sampling_frequency": ("FLT_15", 1.0e8), "radar_frequency": ("FLT_15", 5.4e9),
-            "antenna_look_direction": ("STR", "right"),
-            "center_longitude": ("FLT_6", 0.0), "center_latitude": ("FLT_6", 28.0),
-            "orbit_representation": ("STR", "orbit_pool_double_double"),
-            "orbit_interpolation": ("STR", "everett_8"),
-            "orbit_param_key": ("STR", "orbit_epoch"),
-            "orbit_value_key": ("STR", "orbit_x, orbit_y, orbit_z"),
-            # The first epoch is 1000 - 80 s; scene times count from 0.
-            "orbit_reference_time": ("STR", "0"),
-            "orbit_epoch": ("FLT_15_V", [1000.0 + t for t in times]),
-            **{f"orbit_{axis}": ("FLT_15_V", list(values)) for axis, values in zip("xyz", axes)},
-        }
+    def __init__(self, example=None):
+        for name, entries in (example or make.Example()).pools().items():
+            setattr(self, name, entries)
 
     def write(self, directory):
-        for name in ("master", "slave", "insar"):
-            rows = getattr(self, name).items()
-            text = "".join(entry(key, kind, value) for key, (kind, value) in rows)
-            (directory / f"{name}.pool").write_text(text, encoding="latin-1")
+        make.write_pools(directory, vars(self))
         return directory

@@ -10,10 +10,10 @@ from collections import Counter
 from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
-from varnoth_run import BINARY, run
+from varnoth_run import BINARY, EXAMPLES, run
 import varnoth_run
 
-DATA = Path(__file__).parents[2] / "examples" / "real_pair"
+DATA = EXAMPLES / "real_pair"
 SECONDS = float(os.environ.get("MUTATION_SECONDS", "30"))
 NUMBERS = [b"0", b"-1", b"1E308", b"-1E-308", b"1E999", b"nan", b"inf", b"", b"7" * 400, b"1e", b"0x1p3"]
 
