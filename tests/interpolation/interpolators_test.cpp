@@ -37,30 +37,6 @@ TYPED_TEST(EverettOf, ReproducesPolynomialsUpToOneDegreeAboveItsOrder) {
   }
 }
 
-// Of a product of factors t + j the second derivative is the product times the sum of
-// 1/((t + a)(t + b)) over every two of them. Differences of sin are (-4 sin²(1/2))^k sin.
-TEST(EverettTest, ItsSecondDerivativeIsTheDoubleSumOverTheFactors) {
-  const auto everett = Everett(8, Series(GRID, [](double x) { return std::sin(x); }));
-  for (const double x : {3.4, 7.001, 9.3, 9.5}) {
-    const int i = std::max(4, static_cast<int>(x));
-    double plain = 0.0;
-    for (const int end : {i, i + 1}) {
-      const double t = end == i ? i + 1 - x : x - i;
-      double term = t * std::sin(end);
-      for (int k = 1; k <= 4; ++k) {
-        term *= (t + k) * (t - k) / (2 * k * (2 * k + 1)) * -4 * std::pow(std::sin(0.5), 2);
-        for (int a = -k; a <= k; ++a) {
-          for (int b = -k; b <= k; ++b) plain += a != b ? term / (t + a) / (t + b) : 0.0;
-        }
-      }
-    }
-    // An 8th difference has some 256 roundings of 1e-16; near a sample 1/r keeps 1e-13 of 1000.
-    EXPECT_NEAR(everett.GetDerived2Y(x), plain, 1e-12) << x;
-  }
-  EXPECT_FALSE(std::isfinite(everett.GetDerivedY(5.0)));  // a factor is 0
-  EXPECT_FALSE(std::isfinite(everett.GetDerived2Y(5.0)));
-}
-
 TEST_F(InterpolatorsTest, EverettTakesTheNearestGoodIntervalAndTells) {
   const auto everett = Everett(8, Series(GRID, Fourth));
   const std::string left = "EVERETT::GetXi: Forced interpolation left hand side.\n";

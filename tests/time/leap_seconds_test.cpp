@@ -36,15 +36,6 @@ TEST_F(LeapSecondsTest, CountsRowsStrictlyBetween) {
   EXPECT_EQ(Between("31-DEC-1998/23:59:58.000001", "01-JAN-1999/00:00:00.9"), -1);
 }
 
-TEST_F(LeapSecondsTest, IsLoggedUnlessTheYearsAreOutOfReach) {
-  TakeLog();
-  EXPECT_EQ(Between("01-JAN-1970/00:00:00", "01-JAN-1971/00:00:00"), 0);
-  EXPECT_EQ(Between("01-JAN-2016/00:00:00", "01-JAN-2017/00:00:00"), 0);
-  EXPECT_EQ(TakeLog(), "");
-  EXPECT_EQ(Between("01-JUL-1997/12:00:00", "30-JUN-1997/12:00:00"), 1);
-  EXPECT_EQ(TakeLog(), "leap secs = -1\n");
-}
-
 TEST_F(LeapSecondsTest, NewRowsGoInFrontOfTheEnd) {
   const LEAP_SECOND_ITEM row_2016{{2016, 12, 31, 23, 59, 60, 0, 0}, 1};
   const LEAP_SECOND_ITEM row_1973{{1973, 6, 30, 23, 59, 60, 0, 0}, 1};

@@ -127,16 +127,5 @@ TEST_F(TimeScannerTest, AMetTextFillsTheFieldsUpToTheFault) {
   }
 }
 
-TEST(UtcScanner, KnowsTheTwelveNames) {
-  int month = 0;
-  for (const char* name :
-       {"JAN", "FEB", "MAR", "APR", "MAY", "JUN", "JUL", "AUG", "SEP", "OCT", "NOV", "DEC"}) {
-    const std::string text = std::string("14-") + name + "-2004/10:11:12.000000";
-    EXPECT_EQ(UNIVERSAL_TIME(text.c_str()).Month(), ++month);
-    EXPECT_EQ(UNIVERSAL_TIME(text.c_str()).c_str(), text);
-  }
-  EXPECT_STREQ(MISSION_ELAPSED_TIME("1\\2\\3T4").c_str(), "+0001/02:03:04.000000");
-}
-
 }  // namespace
 }  // namespace varnoth::test

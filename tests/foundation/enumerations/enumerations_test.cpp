@@ -2,7 +2,6 @@
 
 #include "foundation/enumerations/azimuths.hpp"
 #include "foundation/enumerations/basic_enumerations.hpp"
-#include "foundation/enumerations/image_direction.hpp"
 #include "foundation/enumerations/tx_rx_type.hpp"
 #include "geometry/ellipsoid_type.hpp"
 #include "support/log_capture.hpp"
@@ -91,19 +90,6 @@ TEST_F(EnumerationTest, TellsClassesCaseAndSeparatorsApart) {
   EXPECT_THROW(projection.Set("ground-range"), ERROR_ENUM_BASE_INVALID_VALUE);
   projection.SetTolerant("GROUND_-range ");
   EXPECT_EQ(projection.text, "ground range");
-}
-
-TEST(ImageDirection, EdgesAreOrthogonalAndPositionsLieAtThem) {
-  const char* const edges[] = {"TOP", "RIGHT", "BOTTOM", "LEFT"};  // clockwise
-  EXPECT_NE(ThrownText([&] { ImageDirection(Edge("TOP"), Edge("BOTTOM")); }), "nothing thrown");
-  for (int range = 0; range < 4; ++range) {
-    const ImageDirection direction(Edge(edges[range]), Edge(edges[(range + 1) % 4]));
-    EXPECT_EQ(direction.EdgeOf(Range("near")).text, edges[range]);
-    EXPECT_EQ(direction.EdgeOf(Range("far")).text, edges[(range + 2) % 4]);
-    EXPECT_EQ(direction.EdgeOf(Azimuth("start")).text, edges[(range + 1) % 4]);
-    EXPECT_EQ(direction.EdgeOf(Azimuth("stop")).text, edges[(range + 3) % 4]);
-    EXPECT_EQ(ThrownText([&] { direction.EdgeOf(Azimuth("mid")); }), "mid azimuth is at no edge");
-  }
 }
 
 TEST_F(EnumerationTest, KeysOfAzimuthsAreJoinedOfPartsPositionAndWord) {
