@@ -36,8 +36,6 @@ constexpr TARGET TARGETS[] = {
 
 }  // namespace
 
-std::span<const TARGET> Targets() { return TARGETS; }
-
 const TARGET* FindTarget(const std::string& name) {
   const auto found = std::find_if(std::begin(TARGETS), std::end(TARGETS),
                                   [&](const TARGET& target) { return name == target.name; });

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <span>
 #include <string>
+
+#include "foundation/errors.hpp"
 
 namespace varnoth::fuzz {
 
@@ -11,7 +12,6 @@ struct TARGET {
   void (*run)(const std::string& input);
 };
 
-std::span<const TARGET> Targets();
 /// The target of a name; null for none.
 const TARGET* FindTarget(const std::string& name);
 
@@ -22,19 +22,12 @@ void Prepare();
 /// Ends the process, by an abort that the fuzzer reports, where a requirement does not hold.
 void Require(bool holds, const char* what);
 
-/// Runs an action that may refuse its input by any of the system's failures.
-template <class ACTION>
-bool Accepts(ACTION action);
-
 void WriteFile(const char* path, const std::string& content);
 std::string ReadFile(const char* path);
 
-}  // namespace varnoth::fuzz
-
-#include "foundation/errors.hpp"
-
+/// Runs an action that may refuse its input by any of the system's failures.
 template <class ACTION>
-bool varnoth::fuzz::Accepts(ACTION action) {
+bool Accepts(ACTION action) {
   try {
     action();
     return true;
@@ -43,3 +36,5 @@ bool varnoth::fuzz::Accepts(ACTION action) {
   }
   return false;
 }
+
+}  // namespace varnoth::fuzz

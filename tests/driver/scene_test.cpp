@@ -22,14 +22,12 @@ class SceneTest : public LoggedTest {
 
 TEST_F(SceneTest, ParametersComeFromTheirPoolsAndGiveTheEndTimes) {
   Open(master,
-       "prf FLT_15 10\naz_bandwidth FLT_15 12\nrange_sampling_frequency FLT_15 "
-       "20\n"
+       "prf FLT_15 10\naz_bandwidth FLT_15 12\nrange_sampling_frequency FLT_15 20\n"
        "radar_frequency FLT_15 14\nantenna_look_direction STR \" l e\tft \"\n"
        "orbit_interpolation STR \"everett\"\n"
        "ellipsoid_parameters FLT_15_V 2\t9\n{\n0\n0\n0\n0\n0\n0\n0\n8\n7\n}\n");
   Open(slave,
-       "prf FLT_15 40\naz_bandwidth FLT_15 22\nrange_sampling_frequency FLT_15 "
-       "50\n"
+       "prf FLT_15 40\naz_bandwidth FLT_15 22\nrange_sampling_frequency FLT_15 50\n"
        "radar_frequency FLT_15 24\nantenna_look_direction STR \"right\"\n");
   Open(insar,
        "n_samples INT_32 11\nn_lines INT_32 21\nmaster_first_az_time FLT_15 3\n"

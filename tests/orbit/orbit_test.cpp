@@ -49,17 +49,6 @@ TEST_F(OrbitTest, TheOffsetIsTheReferenceTimeFromTheFirstSample) {
   }
 }
 
-TEST_F(OrbitTest, EpochsThatAreNoTimesAreRefused) {
-  SCENE_ORBIT orbit;
-  const auto damaged = [](TIME_KIND kind, const std::string& right, const char* wrong) {
-    std::string text = ORBIT_POOL{.kind = kind}.Text();
-    return text.replace(text.find(right), right.size(), wrong);
-  };
-  EXPECT_THROW(Read(orbit, damaged(UTC, "02:19:23.324203", "02")), ERROR_DATA);
-  EXPECT_EQ(ThrownText([&] { Read(orbit, damaged(MET, ":23.324203", "")); }),
-            "TIME: scanner: unexpected end of string");
-}
-
 /// Two records, with x = 1 + t/2, y = -2 - t and z = 3.5 - t/4 through them.
 const std::vector<RECORD_TEXTS> TWO_RECORDS = {{"1", "-2", "3.5", "5"}, {"2.0", "-4", "3", "7.0"}};
 
@@ -74,12 +63,7 @@ TEST_F(OrbitTest, ARecordFileIsReadInTwoPassesThatMustAgree) {
   orbit.SetKeys("t", "x y z", nullptr);
   TakeLog();
   EXPECT_THROW(orbit.read(directory.Path("").c_str(), 2, 41, 1, 7, 2001, 2, "states"), ERROR_DATA);
-  const std::string log = TakeLog();
-  EXPECT_TRUE(
-      log.starts_with("mdb_orbit compiled without: TYPE_IS_STRING_VECTOR\n"
-                      "mdb compiled with: TYPE_IS_STRING_VECTOR\n"))
-      << log;
-  EXPECT_TRUE(log.ends_with("ORBIT: mdb file was changed between open() and read()\n"));
+  EXPECT_TRUE(TakeLog().ends_with("ORBIT: mdb file was changed between open() and read()\n"));
 }
 
 TEST_F(OrbitTest, RecordsWithoutTheirEpochOrCoordinatesAreRefused) {

@@ -107,14 +107,6 @@ TEST_F(PoolRefusalTest, OfAKeyThatIsTooLong) {
   EXPECT_EQ(key, (part + "_" + part + "x").c_str());
 }
 
-TEST_F(PoolRefusalTest, LeavesAPairAsItWas) {
-  WriteFile(directory.Path("pool"), "k INT_32_INT_32 5 x\n");
-  PARAMETER_POOL pool(directory.Path("pool").c_str());
-  POINT<int> value(1, 2);
-  EXPECT_THROW(pool.Read("k", value), INVALID_PARAMETER_VALUE);
-  EXPECT_EQ(value.x * 10 + value.y, 12);
-}
-
 TEST_F(PoolRefusalTest, OfABrokenBlock) {
   const std::string ints = "k INT_32_V 4 1";
   Broken<ARRAY<int>>(ints + " ", "no { due to end of file");

