@@ -7,11 +7,13 @@ ellipsoid of WGS 84. An example is a base pair with what makes it an example; se
 
 import math
 import sys
+from datetime import date, timedelta
 from pathlib import Path
 
 RADIUS, RATE = 7.071e6, 1.0617e-3  # m, rad/s
 SAMPLES, STEP = 13, 10.0
 AXES = "xyz"
+FIRST_DAY = date(2026, 10, 31)
 
 
 class Circle:
@@ -51,9 +53,9 @@ def epochs(kind, day, first):
     seconds = [first + STEP * i for i in range(SAMPLES)]
     if kind == "double":
         return "FLT_15_V", [float(s) for s in seconds], "0"
-    date = f"2026-11-{day:02d}T" if kind == "utc" else f"{day:04d}/"
-    texts = [f"{date}{int(s) // 3600:02d}:{int(s) // 60 % 60:02d}:{s % 60:09.6f}" for s in seconds]
-    return "STR_V", texts, date + "00:00:00.000000"
+    head = f"{FIRST_DAY + timedelta(day)}T" if kind == "utc" else f"{day:04d}/"
+    texts = [f"{head}{int(s) // 3600:02d}:{int(s) // 60 % 60:02d}:{s % 60:09.6f}" for s in seconds]
+    return "STR_V", texts, head + "00:00:00.000000"
 
 
 class Example:
@@ -63,12 +65,12 @@ class Example:
         self.orbits = {"master": Circle(node, start=start),
                        "slave": Circle(node, higher=40.0, aside=120.0, start=start)}
         self.extra = {"master": {}, "slave": {}}
+        self.days = {"master": 10, "slave": 22}  # since the first day, or a mission's start
         self.records = False
 
     def scene(self, name):
         orbit, middle = self.orbits[name], STEP * (SAMPLES - 1) / 2
-        time_type, times, reference = epochs(self.kind, 10 if name == "master" else 22,
-                                             3600.0 - middle)
+        time_type, times, reference = epochs(self.kind, self.days[name], 3600.0 - middle)
         columns = {f"orbit_{axis}": [orbit.state(STEP * i - middle)[c] for i in range(SAMPLES)]
                    for c, axis in enumerate(AXES)}
         source = "mdb" if self.records else "pool"

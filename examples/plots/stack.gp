@@ -1,3 +1,4 @@
-set title "Effective baseline over the pairs of a stack"
-unset key; set xlabel "pair"; set ylabel "m"; set xzeroaxis
-plot "baselines" using 0:1 with points pointtype 7
+set title "Effective baseline over the slaves' dates"
+unset key; set ylabel "m"; set xzeroaxis
+set xdata time; set timefmt "%Y-%m-%d"; set format x "%b %Y"; set xtics rotate by -30; set rmargin 6
+plot "baselines" using 1:2 with points pointtype 7
