@@ -1,7 +1,6 @@
 #include "records/mdb.hpp"
 
 #include <algorithm>
-#include <cmath>
 #include <filesystem>
 #include <random>
 
@@ -96,29 +95,6 @@ INSTANTIATE_TEST_SUITE_P(
                     SERIES{"utc", "31-DEC-2016/23:59:49", "31-DEC-2016/23:59:50",
                            "31-DEC-2016/23:59:55", "31-DEC-2016/23:59:60", "01-JAN-2017/00:00:03",
                            "01-JAN-2017/00:00:09", "01-JAN-2017/00:00:10"}));
-
-TEST_F(MdbTest, ValuesComeBackToTheBit) {
-  Prepare("");
-  mdb.SetNameWidth(3);
-  mdb.Open(OUT);
-  std::vector<RECORD_ITEM> items;
-  for (const char* text :
-       {"-2147483648", "+2147483647", "+9999/23:59:59.999999", "31-DEC-1998/23:59:60.999999",
-        "1.7976931348623157e308", "5.e-324", "-0.0", "0.1", "1.0000000000000002"}) {
-    items.push_back(Item("n", text));
-    Write(items.back(), items.back());
-  }
-  mdb.Open(IN);
-  for (const RECORD_ITEM& item : items) {
-    ASSERT_TRUE(mdb.Read());
-    const RECORD_ITEM& read = mdb.GetRecord().GetBase()[0];
-    EXPECT_TRUE(read.type == item.type && read.Equals(item)) << item.Text().c_str();
-    EXPECT_EQ(std::signbit(read.number), std::signbit(item.number));
-  }
-  EXPECT_NE(ReadFile(path).find("\nn :  1.0000000000000002e+00\n  n   :  1.0000000000000002e+00\n"),
-            std::string::npos);
-  EXPECT_NE(Log().find("\nDEBUG : log : mdb file: " + path + "\n"), std::string::npos);
-}
 
 TEST_F(MdbTest, RefusesWhatIsOutOfOrder) {
   RECORD_ITEM wanted = Item("t", "5");
