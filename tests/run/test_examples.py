@@ -37,6 +37,16 @@ def test_pictures(tmp_path):
         assert path.read_bytes() == (pictures / path.name).read_bytes(), path
 
 
-def test_wrong_name():
-    done = show("nothing")
-    assert done.returncode == 2 and done.stderr.startswith("there is no example nothing in ")
+@pytest.mark.parametrize("words, told", [
+    ("run nothing", "there is no example nothing in "), ("make.py nowhere", "nowhere is no directory"),
+    ("plots/plot", "usage: plot"), ("plots/plot {0}/real_pair out", "has no log.varnoth"),
+    ("plots/plot_stack nowhere out.svg", "there is no directory nowhere"),
+    ("stack/make_pairs two out", "usage: make_pairs"), ("stack/with_slurm out", "usage: with_slurm"),
+    ("stack/with_parallel nowhere out", "there is no directory nowhere"),
+])
+def test_wrong_words(tmp_path, words, told):
+    script, *words = words.format(EXAMPLES).split()
+    done = subprocess.run([EXAMPLES / script, *words], cwd=tmp_path, check=False, text=True,
+                          capture_output=True)
+    assert done.returncode in (1, 2) and told in done.stderr
+    assert len(done.stderr.splitlines()) == 1 and not list(tmp_path.iterdir())
