@@ -73,6 +73,11 @@ TEST_F(ControllerDeathTest, AFullStackIsTold) {
             std::string::npos);
 }
 
+TEST(SoftwareIdentity, KeywordsAreCutToTheirValues) {
+  EXPECT_EQ(PlainVersion("$Revision: 1.2 $"), "1.2");
+  EXPECT_EQ(PlainDate("$Date: 2004/01/14 10:11:12 $"), "2004-01-14T10:11:12");
+}
+
 class SoftwareLogTest : public LoggedTest {
  protected:
   /// A run of 90 s that ends now.

@@ -1,6 +1,7 @@
 #include <filesystem>
 
 #include "pool/parameter_pool_read_write_change.hpp"
+#include "pool/time_entries.hpp"
 #include "support/log_capture.hpp"
 
 namespace varnoth::test {
@@ -101,6 +102,21 @@ TEST_F(PoolUpdateTest, AnUnwindingExceptionUpdatesAndIsNeverReplaced) {
   EXPECT_EQ(ThrownText([&] { unwind(folder); }), "first");
   EXPECT_EQ(ReadFile(path), Entry("k", 5));
   EXPECT_EQ(ThrownText([&] { unwind(directory.Path("moved")); }), "first");
+}
+
+TEST_F(PoolUpdateTest, TimesAreEntriesOfTheirOwnForm) {
+  ARRAY<UNIVERSAL_TIME> times(3, 1), read;
+  times.GetBase()[3] = UNIVERSAL_TIME("2004-01-14T10:11:12.123456");
+  {
+    auto pool = Pool();
+    WriteTime(pool, {"scene", "", "start"}, times.GetBase()[3], 6, true);
+    WriteTimes(pool, {"epochs"}, times, 6);
+  }
+  PARAMETER_POOL pool(path.c_str());
+  ReadTimes(pool, {"epochs"}, read);
+  EXPECT_EQ(read.GetBase()[3], times.GetBase()[3]);
+  ReadTime(pool, {"scene", "start"}, read.GetBase()[3]);
+  EXPECT_STREQ(read.GetBase()[3].c_str(), "14-JAN-2004/10:11:12.123450");
 }
 
 }  // namespace
