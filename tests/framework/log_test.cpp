@@ -18,6 +18,12 @@ TEST_F(LogTest, EveryLevelHasItsLabelAndItsExactName) {
             "QA_WA : log : 5\nWARN  : log : 6\nEXCEP : log : 7\nALARM : log : 8\n");
 }
 
+TEST_F(LogTest, ALineOfAnyLengthIsWhole) {
+  const std::string text(100000, 'x');
+  GlobalLog.printf_line(INFO, "%s", text.c_str());
+  EXPECT_EQ(TakeLog(), text + "\n");
+}
+
 TEST_F(LogTest, NumbersInTheFileHaveTheFormatOfTheirType) {
   const unsigned short small = 65535;
   GlobalLog.set(INFO) << 'A' << static_cast<unsigned char>('B') << short{-5} << " " << small << " "

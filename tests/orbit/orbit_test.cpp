@@ -105,6 +105,7 @@ TEST_F(OrbitTest, GivesItsSamples) {
   expect([&](auto&& out) { core.GetSample(1, out); }, {2, -4, 3});
   expect([&](auto&& out) { core.GetSampleVelocity(1, out); }, {0.5, -1, -0.25});
   expect([&](auto&& out) { core.GetSampleAcceleration(1, out); }, {0, 0, 0});
+  EXPECT_THROW(core.GetSampleTime(2, time), ERROR_ARGUMENT);
 }
 
 }  // namespace

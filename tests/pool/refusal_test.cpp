@@ -124,6 +124,7 @@ TEST_F(PoolRefusalTest, OfABrokenBlock) {
   using TEXTS = MATRIX<STRING>;
   Broken<TEXTS>("k STR_M 0 1 0 1\n[\n", "{ expected instead of [ for STR_15_M");
   Broken<TEXTS>("k STR_M 0 1 0 1\n{\n[\n", "{ expected instead of [ for STR_V");
+  Broken<TEXTS>("k STR_M 0 0 0 0\n{\n]\n", "} expected instead of ] for STR_M");
 }
 
 }  // namespace
