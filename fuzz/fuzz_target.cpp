@@ -17,6 +17,7 @@ void FuzzValues(const std::string& input);
 void FuzzPools(const std::string& input);
 void FuzzUniversalTimes(const std::string& input);
 void FuzzMissionTimes(const std::string& input);
+void FuzzLeapSeconds(const std::string& input);
 void FuzzOrbits(const std::string& input);
 void FuzzRecords(const std::string& input);
 
@@ -28,6 +29,7 @@ constexpr TARGET TARGETS[] = {
     {"pools", FuzzPools},
     {"universal_times", FuzzUniversalTimes},
     {"mission_times", FuzzMissionTimes},
+    {"leap_seconds", FuzzLeapSeconds},
     {"orbits", FuzzOrbits},
     {"records", FuzzRecords},
 };

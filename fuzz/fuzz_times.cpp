@@ -1,7 +1,11 @@
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
+#include <sstream>
+#include <vector>
 
 #include "fuzz_target.hpp"
+#include "time/leap_seconds.hpp"
 #include "time/mission_elapsed_time.hpp"
 #include "time/universal_time.hpp"
 
@@ -59,6 +63,29 @@ void FuzzMissionTimes(const std::string& input) {
     Require(Microseconds(back - time) == 0, "the way back leads back");
   });
   Accepts([&] { MISSION_ELAPSED_TIME::Parse(input.c_str()); });
+}
+
+/// Two or three times, a line each.
+void FuzzLeapSeconds(const std::string& input) {
+  Accepts([&] {
+    std::istringstream lines(input);
+    std::vector<UNIVERSAL_TIME> times;
+    for (std::string line; times.size() < 3 && std::getline(lines, line);) {
+      times.emplace_back(line.c_str());
+    }
+    if (times.size() < 2) return;
+    std::sort(times.begin(), times.end());
+    const auto between = [&times](std::size_t a, std::size_t b) {
+      return LeapSecondsBetween(times[a].Split(), times[b].Split());
+    };
+    const std::size_t last = times.size() - 1;
+    Require(between(0, last) == -between(last, 0), "leap seconds count alike in both directions");
+    Require(std::abs(between(0, last)) <= STATIC_OBJECT<LEAP_SECOND_TABLE>::Get().rows.GetLength(),
+            "no more than the table has");
+    // Both counts leave out a leap second that begins or ends at the time in between.
+    if (!IsFarFromLeapSeconds(times[1])) return;
+    Require(between(0, 1) + between(1, last) == between(0, last), "counts of two spans add up");
+  });
 }
 
 }  // namespace varnoth::fuzz

@@ -1,7 +1,6 @@
 #include <numeric>
 #include <stdexcept>
 
-#include "foundation/matrix.hpp"
 #include "foundation/vector.hpp"
 #include "support/log_capture.hpp"
 
@@ -50,16 +49,6 @@ TEST(Vector, ProductsAreSummedFromTheLastElement) {
   // The other order loses the 1 beside 1e100.
   EXPECT_EQ(DotProduct(Vector(1, {1, 1e100, -1e100}), Vector(0, {1, 1, 1})), 1.0);
   EXPECT_EQ(Length(VECTOR_3D<double>{3, 4, 12}), 13.0);
-}
-
-TEST(Matrix, EveryColumnBaseViewsTheSameBlock) {
-  MATRIX<int> matrix(RANGE<int>(-1, 2), RANGE<int>(5, 3));
-  std::iota(matrix.GetBlock(), matrix.GetBlock() + 6, 1);
-  int* const* const own = matrix.Rows();
-  EXPECT_EQ(own[-1][5], 1);
-  EXPECT_EQ(own[0][7], 6);
-  EXPECT_EQ(&matrix.Rows(0)[0][2], &own[0][7]);
-  EXPECT_EQ(matrix.Rows(), own);
 }
 
 }  // namespace

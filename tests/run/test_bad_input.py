@@ -3,9 +3,8 @@ still is what it was."""
 
 import pytest
 
-from varnoth_run import Pair, arguments, make, run
+from varnoth_run import FAILED, Pair, arguments, make, run
 
-FAILED = "ZOD_MSG|ERROR|Varnoth Estimations terminated with error!"
 KEY = "parameter pool: parameter key >> "
 NOT_A_NUMBER = "pool error - no or invalid parameter value in file"
 

@@ -8,9 +8,8 @@ import time
 
 import pytest
 
-from varnoth_run import BINARY, Run, arguments, run
+from varnoth_run import BINARY, FAILED, Run, arguments, run
 
-FAILED = "ZOD_MSG|ERROR|Varnoth Estimations terminated with error!"
 
 
 def test_success(ready):

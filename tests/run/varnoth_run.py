@@ -13,6 +13,7 @@ sys.path.insert(0, str(EXAMPLES))
 import make  # noqa: E402 (stands beside the examples)
 
 BINARY = Path(os.environ["VARNOTH_BINARY"])
+FAILED = "ZOD_MSG|ERROR|Varnoth Estimations terminated with error!"
 KEYS = {
     "FlatEarthPolyDegree": "4",
     "MasterPar": "master.pool",

@@ -9,9 +9,8 @@ from pathlib import Path
 
 import pytest
 
-from varnoth_run import BINARY, Pair, Run, arguments, run
+from varnoth_run import BINARY, FAILED, Pair, Run, arguments, run
 
-FAILED = "ZOD_MSG|ERROR|Varnoth Estimations terminated with error!"
 
 
 def expect_truth(done):

@@ -1,5 +1,5 @@
-"""Thousands of signals at random moments of runs that write all that they have into their log, the
-second while the first is still dealt with. The process is gone within two seconds, its marks right."""
+"""Thousands of signals at random moments of runs, and of a program that logs and allocates all the
+time, the second while the first is dealt with. The process is gone in two seconds, its marks right."""
 
 import os
 import random
@@ -10,24 +10,26 @@ import time
 from collections import Counter
 from concurrent.futures import ThreadPoolExecutor
 
+import pytest
+
 from varnoth_run import BINARY, Pair, Run, arguments, run
 
-RUNS = int(os.environ.get("STORM_SIGNALS", "4000")) // 2
+STORM_TARGET = os.environ["STORM_TARGET"]
+RUNS = int(os.environ.get("STORM_SIGNALS", "4000")) // 4
 CAUGHT = [1, 2, 3, 4, 6, 7, 8, 11, 15, 24, 25, 31]
 IGNORED_WITHOUT_HANDLER = [signal.SIGURG]
-WORDS = arguments(lfl="TRACE")
 # Done before the signals, or told and marked; marked, and ended by the handler's guard or by a fault of
 # its own. The mark of before stands where there were no handlers yet.
 RIGHT = {0: {"OK": "0"}, 1: {"ERROR": "1"},
          -signal.SIGALRM: {"ERROR": "1"}, -signal.SIGSEGV: {"ERROR": "1"}}
 
 
-def hit(directory, duration):
-    """Starts a run, sends it two signals and gives the outcome."""
+def hit(command, directory, duration):
+    """Starts a program, sends it two signals and gives the outcome."""
     for path in directory.glob("*.varnoth"):
         path.unlink()
     (directory / "OK.varnoth").write_text("0")
-    process = subprocess.Popen([BINARY, *WORDS], cwd=directory, stdin=subprocess.DEVNULL,
+    process = subprocess.Popen(command, cwd=directory, stdin=subprocess.DEVNULL,
                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     sent = random.choice(CAUGHT + IGNORED_WITHOUT_HANDLER), random.choice(CAUGHT)
     for number, delay in zip(sent, (random.uniform(0, duration / 2), random.uniform(0, 0.001))):
@@ -44,9 +46,10 @@ def hit(directory, duration):
     return f"status {status}" if marks in right else f"wrong: {sent}, {status}, {marks}"
 
 
-def test_storm(tmp_path):
+@pytest.mark.parametrize("command", [[BINARY, *arguments()], [STORM_TARGET, "-pid", "varnoth"]])
+def test_storm(tmp_path, command):
     start = time.monotonic()
-    run(Pair().write(tmp_path), WORDS)
+    run(Pair().write(tmp_path))
     duration = time.monotonic() - start
 
     def worker(number):
@@ -54,7 +57,7 @@ def test_storm(tmp_path):
         directory.mkdir()
         outcomes = Counter()
         for _ in range(RUNS // 2):
-            outcomes[hit(Pair().write(directory), duration)] += 1
+            outcomes[hit(command, Pair().write(directory), duration)] += 1
             for path in directory.glob("pool_*"):
                 path.unlink()
         shutil.rmtree(directory)
