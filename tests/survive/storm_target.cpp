@@ -1,5 +1,5 @@
-// A program that does little but log and allocate, to be hit by signals: a handler is most likely to
-// interrupt the allocator or the C library's streams here.
+// A program that does little but log and allocate, to be hit by signals: a handler is most likely
+// to interrupt the allocator or the C library's streams here.
 
 #include <string>
 #include <vector>
