@@ -80,5 +80,17 @@ TEST_F(LoggedTest, AFailedSearchThrowsATextAndGivesNothing) {
          "geolocation_test: No intersection with earth (negative radiant).");
 }
 
+double Swinging(void* context, double, double, double) {
+  const int call = ++*static_cast<int*>(context);
+  return call < 21 && call % 2 == 0 ? 1e3 : 0;
+}
+
+TEST_F(LoggedTest, ASearchThatSwingsGoesOnFromTheMiddle) {
+  FOUND found;
+  found.Search(TEST_SOLVER, Swinging, EQUATORIAL, true, 1, 9e5);
+  EXPECT_GT(found.calls, 20);
+  EXPECT_TRUE(TakeLog().starts_with("geolocation_test: Alternating points detected"));
+}
+
 }  // namespace
 }  // namespace varnoth::test

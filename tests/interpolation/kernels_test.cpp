@@ -58,6 +58,15 @@ TEST(Ludcmp, TheLaterOfEqualPivotsWinsAndAZeroPivotBecomesTiny) {
   EXPECT_EQ(a.Rows()[2][2], 1e-20L);
 }
 
+TEST(Polcoe, FindsAPolynomialThroughItsPoints) {
+  const double x[] = {0, 1, -2, -1, 3};
+  const double y[] = {0, 0, -3, 2, 22};
+  const double known[] = {0, 1, -2, 0, 1};
+  double c[5] = {};
+  polcoe(4, x, y, c);
+  for (int j = 1; j <= 4; ++j) EXPECT_NEAR(c[j], known[j], 1e-15) << j;  // roundings of 22
+}
+
 template <class T>
 class SvdOf : public testing::Test {};
 using REALS = testing::Types<float, double, long double>;
@@ -112,11 +121,17 @@ TEST(Lfit, AgreesWithTheFitBySingularValuesAndKeepsFixedParameters) {
 }
 
 // The sanitizers see a block that is too short, the values rows that overlap.
-TEST(Nrutil, EveryElementWithinTheBoundsIsThere) {
+TEST(Nrutil, EveryElementWithinTheBoundsIsThereAndSharedByTheViews) {
   double** const m = dmatrix(-1, 2, 3, 5);
   for (int i = 0; i < 12; ++i) m[i / 3 - 1][i % 3 + 3] = i;
   for (int i = 0; i < 12; ++i) EXPECT_EQ(m[i / 3 - 1][i % 3 + 3], i);
   free_dmatrix(m, -1, 2, 3, 5);
+  float block[12] = {};  // and the views on it
+  float** const whole = convert_matrix(block, 1, 3, 1, 4);
+  float** const part = submatrix(whole, 2, 3, 2, 3, 0, 7);
+  EXPECT_EQ(&part[1][8], &block[10]);
+  free_submatrix(part, 0, 1, 7, 8);
+  free_convert_matrix(whole, 1, 3, 1, 4);
 }
 
 TEST(KernelsDeathTest, EndTheProcessWithTheirText) {

@@ -2,6 +2,7 @@
 
 #include "foundation/enumerations/azimuths.hpp"
 #include "foundation/enumerations/basic_enumerations.hpp"
+#include "foundation/enumerations/image_direction.hpp"
 #include "foundation/enumerations/tx_rx_type.hpp"
 #include "geometry/ellipsoid_type.hpp"
 #include "support/log_capture.hpp"
@@ -90,6 +91,16 @@ TEST_F(EnumerationTest, TellsClassesCaseAndSeparatorsApart) {
   EXPECT_THROW(projection.Set("ground-range"), ERROR_ENUM_BASE_INVALID_VALUE);
   projection.SetTolerant("GROUND_-range ");
   EXPECT_EQ(projection.text, "ground range");
+}
+
+TEST(Enumerations, PairsOfPolarizationsAndOfEdges) {
+  const TxRxType pair(PolarizationType("V"), PolarizationType("H"));
+  EXPECT_EQ(pair.text, "VH");
+  EXPECT_EQ(pair.transmit.text + pair.receive.text, "VH");
+  const ImageDirection direction(Edge("TOP"), Edge("RIGHT"));  // near range, start azimuth
+  EXPECT_EQ(direction.EdgeOf(Range("far")), Edge("BOTTOM"));
+  EXPECT_EQ(direction.EdgeOf(Azimuth("stop")), Edge("LEFT"));
+  EXPECT_NE(ThrownText([] { ImageDirection(Edge("TOP"), Edge("BOTTOM")); }), "nothing thrown");
 }
 
 TEST_F(EnumerationTest, KeysOfAzimuthsAreJoinedOfPartsPositionAndWord) {
