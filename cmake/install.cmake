@@ -3,12 +3,12 @@
 include(CMakePackageConfigHelpers)
 
 install(TARGETS varnoth RUNTIME COMPONENT program)
-install(FILES README.md CHANGELOG.md docs/operation.md docs/troubleshooting.md docs/pool-format.md
-              docs/geometry.md
-        DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program)
-
-install(DIRECTORY docs/pictures DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program
-        FILES_MATCHING PATTERN "*.svg")
+# The pages name each other, the pictures and the examples by their places here.
+install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program)
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program
+        FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN "man" EXCLUDE)
+install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program USE_SOURCE_PERMISSIONS
+        PATTERN "__pycache__" EXCLUDE PATTERN ".snakemake" EXCLUDE)
 install(FILES packaging/varnoth.bash-completion RENAME varnoth
         DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT program)
 

@@ -38,10 +38,12 @@ def test_pictures(tmp_path):
 
 
 @pytest.mark.parametrize("words, told", [
-    ("run nothing", "there is no example nothing in "), ("make.py nowhere", "nowhere is no directory"),
+    ("run nothing", "there is no example nothing in "),
+    ("run seconds nowhere", "there is no program nowhere"), ("stack/run_pair nowhere", "nowhere is no pair"),
+    ("stack/make_pairs 1 {0}/run", "Not a directory"), ("make.py nowhere", "nowhere is no directory"),
     ("plots/plot", "usage: plot"), ("plots/plot {0}/real_pair out", "has no log.varnoth"),
     ("plots/plot_stack nowhere out.svg", "there is no directory nowhere"),
-    ("stack/make_pairs two out", "usage: make_pairs"), ("stack/with_slurm out", "usage: with_slurm"),
+    ("stack/make_pairs two out", "usage: make_pairs"), ("stack/with_slurm out", "with_slurm <pairs> <results>"),
     ("stack/with_parallel nowhere out", "there is no directory nowhere"),
 ])
 def test_wrong_words(tmp_path, words, told):

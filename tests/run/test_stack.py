@@ -35,7 +35,18 @@ def test_endings(pairs):
     (pairs / "pair_00001" / "master.pool").write_text("")
     status, told = run_pair(pairs / "pair_00001")
     assert status == 1 and "status 1: ALARM : varnoth : parameter pool" in told
-    assert [path.name for path in results.iterdir()] == ["pair_00000"]
+    assert sorted(path.name for path in results.iterdir()) == ["failed", "pair_00000", "stopped"]
+    assert told.split("ALARM")[1] in (results / "failed" / "pair_00001.log").read_text()
+    assert not list((results / "stopped").iterdir())
+    assert run_pair(pairs / "pair_00000", "/bin/false") == (1, "pair_00000: status 1: \n")
+    assert (results / "pair_00000" / "OK.varnoth").exists(), "a result goes only for a better one"
+
+
+def test_results_beside_their_pairs(pairs):
+    done = subprocess.run([STACK / "run_pair", pairs / "pair_00000", pairs], check=False, text=True,
+                          env={**os.environ, "VARNOTH": str(BINARY)}, capture_output=True)
+    assert done.returncode == 1 and "would replace" in done.stderr
+    assert len(list(pairs.iterdir())) == 2 and len(list((pairs / "pair_00000").iterdir())) == 3
 
 
 @pytest.mark.parametrize("pair, program, told", [

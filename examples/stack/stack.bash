@@ -1,0 +1,38 @@
+# What the scripts of all engines share; to be sourced.
+
+# refuse <words>: a wrong call ends with one line.
+refuse() { echo "$*" >&2; exit 2; }
+
+# need_program: exports VARNOTH, the program's whole path.
+need_program() {
+  local program=${VARNOTH:-varnoth}
+  VARNOTH=$(command -v "$program") || refuse "there is no program $program: install it or set VARNOTH"
+  VARNOTH=$(realpath "$VARNOTH")
+  export VARNOTH
+}
+
+# open_stack <pairs> <results>: sets pairs and results to whole paths, and names to the pairs without results.
+# Ends here where every pair has them.
+open_stack() {
+  [ -d "$1" ] || refuse "there is no directory $1"
+  pairs=$(realpath "$1")
+  local all name
+  mapfile -t all < <(find "$pairs" -mindepth 1 -maxdepth 1 -name 'pair_*' -printf '%f\n' | sort)
+  [ ${#all[@]} -gt 0 ] || refuse "there are no pairs in $1"
+  [ "$(realpath -m "$2")" != "$pairs" ] || refuse "results in $1 would replace the pairs"
+  results=$(realpath -m "$2")
+  names=()
+  for name in "${all[@]}"; do [ -e "$results/$name/OK.varnoth" ] || names+=("$name"); done
+  [ ${#names[@]} -gt 0 ] || { echo "every pair has its results"; exit 0; }
+}
+
+# close_stack: tells how the pairs of names ended; fails unless all are done.
+close_stack() {
+  local name done=0 stopped=0
+  for name in "${names[@]}"; do
+    if [ -e "$results/$name/OK.varnoth" ]; then done=$((done + 1)); fi
+    if [ -e "$results/stopped/$name.log" ]; then stopped=$((stopped + 1)); fi
+  done
+  echo "done $done, failed $((${#names[@]} - done - stopped)), stopped $stopped"
+  [ "$done" -eq ${#names[@]} ]
+}
