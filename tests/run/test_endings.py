@@ -20,16 +20,6 @@ def test_success(ready):
     assert (ready / "parent_process.pid").read_text() == f"{os.getpid()}\n"
 
 
-def test_failure(ready):
-    (ready / "OK.varnoth").write_text("0")
-    done = run(ready, arguments(MasterPar="nowhere.pool"))
-    assert (done.status, done.marks) == (1, {"ERROR": "1"})
-    assert done.alarms == ["parameter pool: parameter key >> orbit_representation << not found",
-                           "pool error - key not found", FAILED]
-    assert FAILED in done.screen
-    assert (ready / "nowhere.pool").read_text() == ""  # opening makes it
-
-
 def test_stop_file_leaves_everything_alone(ready):
     (ready / "STOP.varnoth").touch()
     (ready / "OK.varnoth").write_text("old")

@@ -12,8 +12,8 @@ EXPECTED = Path(__file__).parent / "expected" / "log.txt"
 APART = re.compile(r"TRACE : varnoth : (PP\.|geolocation_fast:)")
 
 
-def test_whole_log(traced):
-    lines = [line for line in traced.log if not APART.match(line)]
+def test_whole_log(ready):
+    lines = [line for line in run(ready, arguments(lfl="TRACE")).log if not APART.match(line)]
     assert difference(EXPECTED.read_text(), "\n".join(lines) + "\n") is None
 
 

@@ -44,8 +44,8 @@ def scene(name):
     return next(s for s in TRUTH["scenes"] if s["insar_pool"] == name)
 
 
-def points(name="insar.pool"):
-    return scene(name)["points"]
+def points():
+    return scene("insar.pool")["points"]
 
 
 def swept(results, name, scene_name, quantity):

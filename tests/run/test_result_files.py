@@ -20,14 +20,11 @@ def with_foreign_lines(directory):
     return directory
 
 
-def test_insar_pool(ready):
+def test_written_pools(ready):
     assert run(with_foreign_lines(ready)).status == 0
-    assert difference(text(EXPECTED / "insar_pool.txt"), text(ready / "insar.pool")) is None
-
-
-def test_log_pool(ready):
-    assert run(ready).status == 0
-    assert difference(text(EXPECTED / "log_pool.txt"), text(ready / "log.pool")) is None
+    for name in ("insar", "log"):
+        wanted = text(EXPECTED / f"{name}_pool.txt")
+        assert difference(wanted, text(ready / f"{name}.pool")) is None
 
 
 def test_second_run_replaces_in_place(ready):

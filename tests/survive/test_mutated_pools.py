@@ -22,10 +22,6 @@ RESULT = re.compile(rb"^eff_baseline +FLT_15 ", re.MULTILINE)
 NO_NUMBER = re.compile(rb"[\s-](nan|inf)\b", re.IGNORECASE)
 
 
-def pool_of_results(directory):
-    return (directory / "insar.pool").read_bytes()
-
-
 def mutated(content, chance):
     """A pool with one to three faults: bytes, lines, or numbers."""
     for _ in range(chance.randint(1, 3)):
@@ -59,10 +55,11 @@ def mutated_runs(root, seed, end):
         given = NO_NUMBER.search(pool.read_bytes()) is not None
         done = run(directory)
         assert done.status in (0, 1) and "Sanitizer" not in done.errors, (done, pool.read_bytes())
-        if done.status == 0 and RESULT.search(pool_of_results(directory)) is None:
+        results = (directory / "insar.pool").read_bytes()
+        if done.status == 0 and RESULT.search(results) is None:
             assert done.alarms, done  # no results only where the last update failed in words
         elif done.status == 0:
-            assert not NO_NUMBER.search(pool_of_results(directory)) or given, done
+            assert not NO_NUMBER.search(results) or given, done
         else:
             assert done.alarms or "run-time error" in done.errors, done
         seen[done.status] += 1

@@ -16,8 +16,7 @@ from varnoth_run import BINARY, Pair, Run, arguments, run
 
 STORM_TARGET = os.environ["STORM_TARGET"]
 RUNS = int(os.environ.get("STORM_SIGNALS", "4000")) // 4
-CAUGHT = [1, 2, 3, 4, 6, 7, 8, 11, 15, 24, 25, 31]
-IGNORED_WITHOUT_HANDLER = [signal.SIGURG]
+CAUGHT = [1, 2, 3, 4, 6, 7, 8, 11, 15, 24, 25, 31]  # and SIGURG, ignored without a handler
 # Done before the signals, or told and marked; marked, and ended by the handler's guard or by a fault of
 # its own. The mark of before stands where there were no handlers yet.
 RIGHT = {0: {"OK": "0"}, 1: {"ERROR": "1"},
@@ -31,7 +30,7 @@ def hit(command, directory, duration):
     (directory / "OK.varnoth").write_text("0")
     process = subprocess.Popen(command, cwd=directory, stdin=subprocess.DEVNULL,
                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-    sent = random.choice(CAUGHT + IGNORED_WITHOUT_HANDLER), random.choice(CAUGHT)
+    sent = random.choice([signal.SIGURG, *CAUGHT]), random.choice(CAUGHT)
     for number, delay in zip(sent, (random.uniform(0, duration / 2), random.uniform(0, 0.001))):
         time.sleep(delay)
         process.send_signal(number)
