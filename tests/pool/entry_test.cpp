@@ -117,6 +117,7 @@ TEST_F(EntryLayoutTest, EveryTypeComesBackInItsLayout) {
   Check<long long>("INT_64", "-9223372036854775808", "9223372036854775807");
   Check<float>("FLT_6", "1.0000000149E-01", "-2.5000000000E+00");
   Check<double>("FLT_15", "1.00000000000000006E-01", "1.79769313486231571E+308");
+  Check<double>("FLT_15", "NAN", "-2.22507385850720138E-308");
   Check<STRING>("STR", "\"say \\\"hi\\\" \"", "\"\"");
   Check<COMPLEX<float>>("CPL_6", floats, "0.000000E+00\t1.000000E+09");
   Check<COMPLEX<double>>("CPL_15", doubles, doubles);
