@@ -11,7 +11,6 @@ PAGE = EXAMPLES.parent / "docs" / "geometry.md"
 TABLE = re.findall(r"^\| (right|left) \| (\w+) \| (east|swapped) \| (.*) \|$",
                    PAGE.read_text(), re.MULTILINE)
 
-
 assert len({row[:3] for row in TABLE}) == 8
 
 
