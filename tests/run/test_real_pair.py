@@ -34,8 +34,7 @@ def results(tmp_path_factory):
 
 @pytest.fixture(scope="module")
 def at_height_of(tmp_path_factory):
-    """Results of runs at the heights of the published points, tenths of a millimetre that show in
-    the angles. The three points of a line differ, the lines hardly."""
+    """Results at the heights of the published points, which differ along a line and show in angles."""
     return {i: run_pair(tmp_path_factory, "insar.pool", LocalHeight=repr(p["height_m"]))
             for p in points() if p["k"] == 0 for i in (p["i"],)}
 
