@@ -10,7 +10,7 @@ set(FLOORS
   "3 time" "3 interpolation"
   "2 framework/tables" "2 interpolation/numerics"
   "1 foundation"
-  "0 framework/log")
+  "0 framework/log" "0 system/signal_safe")
 
 # The floor of a path relative to src/, or -1; the longest folder name that fits decides.
 function(floor_of path result)

@@ -8,7 +8,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "framework/log/restarted.hpp"
+#include "system/signal_safe/restarted.hpp"
 
 namespace varnoth {
 

@@ -1,5 +1,8 @@
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <filesystem>
 
 #include "framework/process/controller_ifc.hpp"
 #include "framework/process/software_log.hpp"
@@ -16,6 +19,7 @@ class ControllerTest : public LoggedTest {
   /// Sets the controller up in the test's directory with a configuration file and more arguments.
   void Init(const std::string& configuration, const std::vector<std::string>& more = {}) {
     WriteFile(directory.Path("pcf"), configuration);
+    std::filesystem::create_directory(directory.Path("status"));
     words = {"step"};
     for (const std::string name : {"status", "pcf", "lfn"}) {
       words.insert(words.end(), {"-" + name, directory.Path(name)});
@@ -60,7 +64,16 @@ int Overflow(int depth) {
   return Overflow(depth + 1) + page[0];
 }
 
-using ControllerDeathTest = ControllerTest;
+class ControllerDeathTest : public ControllerTest {
+ protected:
+  void ExpectTold(const char* signal) {
+    const std::string log = ReadFile(directory.Path("lfn"));
+    EXPECT_NE(log.find(std::string("\nALARM : log : got fatal signal ") + signal),
+              std::string::npos)
+        << log;
+    EXPECT_EQ(ReadFile(directory.Path("status/ERROR.step")), "1");
+  }
+};
 
 // The handler needs a stack of its own.
 TEST_F(ControllerDeathTest, AFullStackIsTold) {
@@ -69,8 +82,39 @@ TEST_F(ControllerDeathTest, AFullStackIsTold) {
     Overflow(0);
   };
   EXPECT_EXIT(overflow(), testing::ExitedWithCode(1), "");
-  EXPECT_NE(ReadFile(directory.Path("lfn")).find("got fatal signal 11: segmentation violation"),
-            std::string::npos);
+  ExpectTold("11: segmentation violation");
+}
+
+// Neither may the handler allocate, nor find what it needs on the heap.
+TEST_F(ControllerDeathTest, AHeapInDisorderIsTold) {
+#if defined(__SANITIZE_ADDRESS__)
+  GTEST_SKIP() << "the sanitizer finds it first";
+#else
+  const auto overwrite = [&] {
+    Init("");
+    GlobalLog.set(INFO) << "broken line";
+    std::vector<char*> blocks;
+    for (int i = 0; i < 64; ++i) blocks.push_back(new char[100]);
+    char* volatile start = blocks.front();
+    std::memset(start - 16, 0x5a, 64 * 100);
+    for (char* block : blocks) delete[] block;
+  };
+  EXPECT_EXIT(overwrite(), testing::ExitedWithCode(1), "");
+  ExpectTold("6: IOT instruction");
+#endif
+}
+
+TEST_F(ControllerDeathTest, AFaultOfTheHandlerEndsAtOnceBehindTheMark) {
+  const auto fail = [&] {
+    Init("");
+    FATAL_EXIT_PLAN plan = controller.fatal_exit_plan();
+    plan.log = reinterpret_cast<LOG_OUTLETS*>(4096);  // nobody's memory
+    PlanFatalExit(plan);
+    std::remove(directory.Path("status/ERROR.step").c_str());
+    std::raise(SIGTERM);
+  };
+  EXPECT_EXIT(fail(), testing::KilledBySignal(SIGSEGV), "");
+  EXPECT_EQ(ReadFile(directory.Path("status/ERROR.step")), "1");
 }
 
 TEST(SoftwareIdentity, KeywordsAreCutToTheirValues) {

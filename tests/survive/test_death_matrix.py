@@ -1,9 +1,12 @@
 """Every way to die that a pool, a file, a limit or the screen can bring about. The marks tell the
 truth, and the end of the log names the reason."""
 
+import fcntl
 import os
 import resource
 import subprocess
+import termios
+import time
 from collections import Counter
 from pathlib import Path
 
@@ -133,6 +136,22 @@ def test_screen_that_nobody_reads(ready):
                             timeout=20).returncode
     os.close(writer)
     assert (status, Run(ready, 0, "", "").marks) == (-13, {"ERROR": "1"})
+
+
+def test_screen_that_is_held(ready):
+    """A pipe that nobody reads takes no more lines; a signal ends the run all the same."""
+    reader, writer = os.pipe()
+    fcntl.fcntl(writer, fcntl.F_SETPIPE_SZ, 4096)
+    with subprocess.Popen([BINARY, *arguments(lsl="TRACE")], cwd=ready, stdout=writer) as process:
+        waiting = bytearray(4)
+        while fcntl.ioctl(reader, termios.FIONREAD, waiting) or int.from_bytes(waiting, "little") < 3500:
+            time.sleep(0.01)
+        process.send_signal(15)
+    done = Run(ready, process.returncode, "", "")
+    for end in (reader, writer):
+        os.close(end)
+    expect_truth(done)
+    assert done.status == 1 and "got fatal signal 15" in done.alarms[0]
 
 
 FILES = {"MasterPar": "master.pool", "SlavePar": "slave.pool", "ParameterPool": "insar.pool",

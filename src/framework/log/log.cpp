@@ -6,36 +6,22 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
 
-#include "framework/log/file_access.hpp"
 #include "framework/log/temporary_file.hpp"
+#include "system/signal_safe/descriptor.hpp"
+#include "system/signal_safe/restarted.hpp"
+#include "system/signal_safe/uninterrupted.hpp"
 
 namespace varnoth {
 
 namespace {
 
-struct LEVEL_ROW {
-  const char* label;  ///< five characters, as a line shows it
-  const char* name;   ///< long name, as thresholds are given
-  const char* screen_style;
-};
-
-constexpr LEVEL_ROW LEVELS[] = {
-    {"LEV_?", nullptr, ""},          {"TRACE", "TRACE", ""},
-    {"DEBUG", "DEBUG", ""},          {"PARAM", "PARAMETER", ""},
-    {"INFO ", "INFO", ""},           {"QA_WA", "QA_WARNING", ""},
-    {"WARN ", "WARNING", "\033[4m"}, {"EXCEP", "EXCEPTION", "\033[1m"},
-    {"ALARM", "ALARM", "\033[7m"},
-};
 constexpr const char* STYLE_RESET = "\033[0m";
 constexpr const char* ASTERISKS = "***********************************************************";
-
-const LEVEL_ROW& RowOf(int level) {
-  return level >= TRACE && level <= ALARM ? LEVELS[level] : LEVELS[0];
-}
 
 /// The present form of a time in local time, as in "Tue Nov 24 21:06:38 2026".
 std::string TimeText(std::time_t time) {
@@ -52,21 +38,12 @@ std::string HostName() {
   return name;
 }
 
-void ScreenFailure(const std::string& prefix, const char* text, const std::string& name) {
-  std::printf("ALARM : %s :  :  %s%s\n", prefix.c_str(), text, name.c_str());
-  std::fflush(stdout);
-}
-
 /// Where a starter closed standard input, output or error, the next file that the process opens
 /// would take its place, and the screen's lines would go into a pool.
 void OccupyStandardDescriptors() {
   for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (fcntl(descriptor, F_GETFD) < 0) ::open("/dev/null", O_RDWR);
   }
-}
-
-OWNED_FILE OpenForAppending(const char* path) {
-  return OpenStream(path, O_WRONLY | O_CREAT | O_APPEND);
 }
 
 /// Whether two paths lead to one file.
@@ -77,11 +54,14 @@ bool IsSameFile(const char* one, const char* other) {
          of_one.st_dev == of_other.st_dev && of_one.st_ino == of_other.st_ino;
 }
 
-bool AppendContent(std::FILE* from, std::FILE* to) {
+/// Whether everything that a file has from here on could be read and written.
+bool AppendContent(int from, TEXT_SINK& to) {
   char block[8192];
-  std::size_t count = 0;
-  while ((count = std::fread(block, 1, sizeof block, from)) > 0) std::fwrite(block, 1, count, to);
-  return std::ferror(from) == 0 && std::fflush(to) == 0 && std::ferror(to) == 0;
+  ssize_t count = 0;
+  while ((count = Restarted([&] { return ::read(from, block, sizeof block); })) > 0) {
+    to.Append({block, static_cast<std::size_t>(count)});
+  }
+  return to.Flush() && count == 0;
 }
 
 }  // namespace
@@ -96,12 +76,12 @@ LOG_LEVEL LogLevelFromName(const char* name) {
 
 LOG::LOG() {
   OccupyStandardDescriptors();
-  prefix = "global";
+  SetPrefix("global");
   start_time = std::time(nullptr);
   for (const char* directory : {"/tmp/", "/var/tmp/", "./"}) {
     const std::string path = CreateTemporaryFile(directory, "log.");
     if (path.empty()) {
-      ScreenFailure(prefix, "can not open logging file: ", std::string(directory) + "log.");
+      ScreenFailure("can not open logging file: ", std::string(directory) + "log.");
     } else if (open_file(path.c_str(), "global", DEBUG, DEBUG)) {
       return;
     } else {
@@ -110,39 +90,45 @@ LOG::LOG() {
   }
 }
 
-LOG::~LOG() { CloseFile(); }
+LOG::~LOG() {
+  CloseFile();
+  SetPrefix("");
+}
 
 LOG& LOG::set(int level) {
   if (level == QA_WARNING) qa_flag = true;
   current_level = level;
   // The first piece takes the head to the screen with it.
-  if (ShownOnScreen()) std::printf("%s : %s : ", RowOf(level).label, prefix.c_str());
-  if (ShownInFile()) std::fprintf(file.get(), "%s : %s : ", RowOf(level).label, prefix.c_str());
+  for (LOG_OUTLET* outlet : {&outlets.screen, &outlets.file}) {
+    if (outlet->Shows(level)) outlets.AppendHead(outlet->sink, level);
+  }
   return *this;
 }
 
-void LOG::WritePiece(const char* file_format, const char* screen_format, ...) {
+void LOG::WriteNumber(const char* file_format, const char* screen_format, ...) {
+  char in_file[512];  // "%f" takes up to 317 characters
+  char on_screen[512];
   std::va_list arguments;
-  if (ShownOnScreen()) {
-    va_start(arguments, screen_format);
-    std::vprintf(screen_format, arguments);
-    va_end(arguments);
-    std::fflush(stdout);
-    if (capture) {
-      va_start(arguments, screen_format);
-      std::vsnprintf(scratch, sizeof scratch, file_format, arguments);
-      va_end(arguments);
-      Capture(scratch);
-    }
-  }
-  if (ShownInFile()) {
-    va_start(arguments, screen_format);
-    std::vfprintf(file.get(), file_format, arguments);
-    va_end(arguments);
-  }
+  va_start(arguments, screen_format);
+  const int file_length = std::vsnprintf(in_file, sizeof in_file, file_format, arguments);
+  va_end(arguments);
+  va_start(arguments, screen_format);
+  const int screen_length = std::vsnprintf(on_screen, sizeof on_screen, screen_format, arguments);
+  va_end(arguments);
+  WritePiece({in_file, static_cast<std::size_t>(file_length)},
+             {on_screen, static_cast<std::size_t>(screen_length)});
 }
 
-void LOG::Capture(const char* text) {
+void LOG::WritePiece(std::string_view in_file, std::string_view on_screen) {
+  if (outlets.screen.Shows(current_level)) {
+    outlets.screen.sink.Append(on_screen);
+    outlets.screen.sink.Flush();
+    if (capture) Capture(in_file);
+  }
+  if (outlets.file.Shows(current_level)) outlets.file.sink.Append(in_file);
+}
+
+void LOG::Capture(std::string_view text) {
   pending_line += text;
   if (pending_line.empty() || pending_line.back() != '\n') return;
   pending_line.pop_back();
@@ -170,59 +156,67 @@ void LOG::WriteLine(int level, const char* format, std::va_list arguments) {
   if (level == QA_WARNING) qa_flag = true;
   current_level = level;
   if (current_level < lowest_level) return;
-  const LEVEL_ROW& row = RowOf(level);
-  // Formatted once for all who take it; only a line that the buffer cuts is formatted again.
   std::va_list copy;
   va_copy(copy, arguments);
-  const int length = std::vsnprintf(scratch, sizeof scratch, format, copy);
+  const int length = std::max(std::vsnprintf(scratch, sizeof scratch, format, copy), 0);
   va_end(copy);
-  const bool is_whole = length >= 0 && static_cast<std::size_t>(length) < sizeof scratch;
-  const auto print = [&](std::FILE* stream) {
-    std::va_list again;
-    va_copy(again, arguments);
-    is_whole ? std::fputs(scratch, stream) : std::vfprintf(stream, format, again);
-    va_end(again);
-  };
-  if (ShownOnScreen()) {
-    std::printf("%s%s : %s : ", row.screen_style, row.label, prefix.c_str());
-    print(stdout);
-    std::printf("\n%s", level > QA_WARNING ? STYLE_RESET : "");
-    std::fflush(stdout);
+  std::string_view text(scratch, std::min<std::size_t>(length, sizeof scratch - 1));
+  std::string longer;
+  if (text.size() < static_cast<std::size_t>(length)) {
+    longer.resize(length);
+    std::vsnprintf(longer.data(), longer.size() + 1, format, arguments);
+    text = longer;
+  }
+  const UNINTERRUPTED whole;
+  if (outlets.screen.Shows(level)) {
+    TEXT_SINK& screen = outlets.screen.sink;
+    screen.AppendUnseen(RowOf(level).screen_style);
+    outlets.AppendHead(screen, level);
+    screen.Append(text);
+    screen.Append("\n");
+    if (level > QA_WARNING) screen.AppendUnseen(STYLE_RESET);
+    screen.Flush();
     if (capture) {
       Capture(scratch);
       Capture("\n");
     }
   }
-  if (ShownInFile()) {
-    std::fprintf(file.get(), "%s : %s : ", row.label, prefix.c_str());
-    print(file.get());
-    std::fputc('\n', file.get());
-    std::fflush(file.get());
+  if (outlets.file.Shows(level)) {
+    TEXT_SINK& file = outlets.file.sink;
+    outlets.AppendHead(file, level);
+    file.Append(text);
+    file.Append("\n");
+    file.Flush();
   }
 }
 
-void LOG::SetLevels(int screen, int file_threshold) {
-  screen_level = screen;
-  file_level = file_threshold;
-  lowest_level = std::min(screen, file_threshold);
+void LOG::SetLevels(int screen_level, int file_level) {
+  outlets.screen.lowest_level = screen_level;
+  outlets.file.lowest_level = file_level;
+  lowest_level = std::min(screen_level, file_level);
 }
 
-void LOG::configure(const char* name, const char* prefix_word, int screen, int file_threshold) {
+void LOG::SetPrefix(const char* word) {
+  const UNINTERRUPTED whole;
+  prefix = word;
+  outlets.prefix = prefix.c_str();
+}
+
+void LOG::configure(const char* name, const char* prefix_word, int screen_level, int file_level) {
   configured_name = name;
-  prefix = prefix_word;
-  SetLevels(screen, file_threshold);
+  SetPrefix(prefix_word);
+  SetLevels(screen_level, file_level);
 }
 
-bool LOG::open_file(const char* path, const char* prefix_word, int screen, int file_threshold) {
-  prefix = prefix_word;
-  SetLevels(screen, file_threshold);
+bool LOG::open_file(const char* path, const char* prefix_word, int screen_level, int file_level) {
+  SetPrefix(prefix_word);
+  SetLevels(screen_level, file_level);
   qa_flag = false;
   current_level = TRACE;
   start_time = std::time(nullptr);
   CloseFile();
-  file = OpenForAppending(path);
-  if (file == nullptr) {
-    ScreenFailure(prefix, "can not open logging file: ", path);
+  if (!OpenForAppending(path)) {
+    ScreenFailure("can not open logging file: ", path);
     return false;
   }
   file_path = path;
@@ -231,25 +225,27 @@ bool LOG::open_file(const char* path, const char* prefix_word, int screen, int f
 
 void LOG::change_file(const char* path) {
   const std::lock_guard lock(mutex);
-  const bool had_file = file != nullptr;
+  const bool had_file = outlets.file.sink.IsOpen();
   if (had_file && IsSameFile(file_path.c_str(), path)) return;  // it would be copied into itself
+  const UNINTERRUPTED whole;  // a signal's lines would have no file
   const std::string old_path = file_path;
   CloseFile();
-  file = OpenForAppending(path);
-  if (file == nullptr) {
-    ScreenFailure(prefix, " can not open logging file: ", path);
+  if (!OpenForAppending(path)) {
+    ScreenFailure(" can not open logging file: ", path);
     std::exit(-1);
   }
   file_path = path;
   if (!had_file) return;
 
-  const OWNED_FILE old = OpenStream(old_path.c_str(), O_RDONLY);
-  if (old == nullptr) {
-    ScreenFailure(prefix, " can not reopen tmp logging file: ", old_path);
+  const int old = OpenDescriptor(old_path.c_str(), O_RDONLY);
+  if (old < 0) {
+    ScreenFailure(" can not reopen tmp logging file: ", old_path);
     return;
   }
-  if (!AppendContent(old.get(), file.get())) {
-    ScreenFailure(prefix, " can not copy tmp logging file: ", old_path);
+  const bool is_whole = AppendContent(old, outlets.file.sink);
+  CloseDescriptor(old);
+  if (!is_whole) {
+    ScreenFailure(" can not copy tmp logging file: ", old_path);
     return;
   }
   if (unlink(old_path.c_str()) != 0) {
@@ -261,12 +257,12 @@ void LOG::change_file(const char* path) {
 
 void LOG::set_screen_level(int level) {
   const std::lock_guard lock(mutex);
-  SetLevels(level, file_level);
+  SetLevels(level, outlets.file.lowest_level);
 }
 
 void LOG::set_file_level(int level) {
   const std::lock_guard lock(mutex);
-  SetLevels(screen_level, level);
+  SetLevels(outlets.screen.lowest_level, level);
 }
 
 bool LOG::set_screen_level(const char* name) {
@@ -336,16 +332,26 @@ void LOG::end_banner() {
   current_level = saved_level;
 }
 
-bool LOG::flush() {
-  return file != nullptr && std::fflush(file.get()) == 0 && std::ferror(file.get()) == 0;
+bool LOG::flush() { return outlets.file.sink.IsOpen() && outlets.file.sink.Flush(); }
+
+bool LOG::OpenForAppending(const char* path) {
+  const int descriptor = OpenDescriptor(path, O_WRONLY | O_CREAT | O_APPEND);
+  if (descriptor >= 0) outlets.file.sink.Open(descriptor);
+  return descriptor >= 0;
 }
 
 void LOG::CloseFile() {
-  if (file == nullptr) return;
-  const bool is_complete = flush();
-  if (std::fclose(file.release()) != 0 || !is_complete) {
-    ScreenFailure(prefix, " log file is incomplete: ", file_path);
+  if (outlets.file.sink.IsOpen() && !outlets.file.sink.Close()) {
+    ScreenFailure(" log file is incomplete: ", file_path);
   }
+}
+
+void LOG::ScreenFailure(const char* text, const std::string& name) {
+  TEXT_SINK& screen = outlets.screen.sink;
+  for (const char* piece : {"ALARM : ", prefix.c_str(), " :  :  ", text, name.c_str(), "\n"}) {
+    screen.Append(piece);
+  }
+  screen.Flush();
 }
 
 }  // namespace varnoth

@@ -1,29 +1,16 @@
 #pragma once
 
 #include <cstdarg>
-#include <cstdio>
 #include <ctime>
 #include <list>
 #include <mutex>
 #include <string>
+#include <string_view>
 
-#include "framework/log/owned_file.hpp"
 #include "framework/log/static_object.hpp"
+#include "system/signal_safe/log_outlets.hpp"
 
 namespace varnoth {
-
-/// Severity of a log message; the numbers are those that callers and thresholds use.
-enum LOG_LEVEL : int {
-  TRACE = 1,
-  DEBUG = 2,
-  PARAMETER = 3,
-  INFO = 4,
-  QA_WARNING = 5,
-  WARNING = 6,
-  EXCEPTION = 7,
-  ALARM = 8,
-  NO_LEVEL = 9,  ///< above all levels: a threshold that shows nothing
-};
 
 /// Level of a long name ("TRACE" … "ALARM", exact), or NO_LEVEL for any other text.
 LOG_LEVEL LogLevelFromName(const char* name);
@@ -49,8 +36,8 @@ struct BANNER_INFO {
 /// A message is either built of pieces behind `set`, whose last piece ends in "\n", or written
 /// whole by `printf_line`. Use the instance `GlobalLog`.
 ///
-/// The pieces take no lock, so that a signal handler may write them; everything else is guarded by
-/// one mutex.
+/// The pieces take no lock; everything else is guarded by one mutex. A fatal signal finds what was
+/// written so far in the outlets, and ends a line that it broke.
 class LOG {
  public:
   /// Starts on a temporary file "log." and six random characters in /tmp, else /var/tmp, else the
@@ -66,10 +53,10 @@ class LOG {
 
   /// Adds a piece to the message under way. Floating values differ between file and screen: the
   /// file has printf's "%f" ("%LG" for long double), the screen six significant digits.
-  LOG& operator<<(const char* text) { return Piece("%s", "%s", text != nullptr ? text : "(null)"); }
+  LOG& operator<<(const char* text) { return Text(text != nullptr ? text : "(null)"); }
   LOG& operator<<(const std::string& text) { return *this << text.c_str(); }
-  LOG& operator<<(char value) { return Piece("%c", "%c", value); }
-  LOG& operator<<(unsigned char value) { return Piece("%c", "%c", value); }
+  LOG& operator<<(char value) { return Text({&value, 1}); }
+  LOG& operator<<(unsigned char value) { return *this << static_cast<char>(value); }
   LOG& operator<<(short value) { return Piece("%d", "%d", value); }
   LOG& operator<<(unsigned short value) { return Piece("%u", "%u", static_cast<unsigned>(value)); }
   LOG& operator<<(int value) { return Piece("%d", "%d", value); }
@@ -86,11 +73,11 @@ class LOG {
   void printf_line(int level, const char* format, ...) __attribute__((format(printf, 3, 4)));
 
   /// Names the program: default log file name (may be empty), word of the line heads, thresholds.
-  void configure(const char* name, const char* prefix_word, int screen, int file_threshold);
+  void configure(const char* name, const char* prefix_word, int screen_level, int file_level);
 
   /// Closes what is open and opens `path` for appending. On failure tells so on the screen and
   /// gives false; the log then has only the screen.
-  bool open_file(const char* path, const char* prefix_word, int screen, int file_threshold);
+  bool open_file(const char* path, const char* prefix_word, int screen_level, int file_level);
 
   /// Moves the log to its final file: what stood in the old file is appended to `path` and the old
   /// file removed. Ends the process with exit status 255 if `path` can't be opened.
@@ -118,34 +105,42 @@ class LOG {
   /// since its opening could not be written into it.
   bool flush();
 
+  /// Where the lines go, for the handler of fatal signals.
+  LOG_OUTLETS& Outlets() { return outlets; }
+
   /// Keeps the text of messages that reach the screen, without the heads, in `captured()`.
   void set_capture(bool on) { capture = on; }
   bool is_capturing() const { return capture; }
   const std::list<std::string>& captured() const { return captured_lines; }
   const std::string& last_captured_line() const { return last_line; }
   /// Adds text to the captured lines.
-  void Capture(const char* text);
+  void Capture(std::string_view text);
 
  private:
   template <class VALUE>
   LOG& Piece(const char* file_format, const char* screen_format, VALUE value) {
-    if (current_level >= lowest_level) WritePiece(file_format, screen_format, value);
+    if (current_level >= lowest_level) WriteNumber(file_format, screen_format, value);
     return *this;
   }
-  void WritePiece(const char* file_format, const char* screen_format, ...);
+  LOG& Text(std::string_view text) {
+    if (current_level >= lowest_level) WritePiece(text, text);
+    return *this;
+  }
+  void WriteNumber(const char* file_format, const char* screen_format, ...);
+  void WritePiece(std::string_view in_file, std::string_view on_screen);
   void WriteLine(int level, const char* format, ...) __attribute__((format(printf, 3, 4)));
   void WriteLine(int level, const char* format, std::va_list arguments);
-  void SetLevels(int screen, int file_threshold);
+  void SetLevels(int screen_level, int file_level);
+  void SetPrefix(const char* word);
   void WriteStartLine();
+  bool OpenForAppending(const char* path);
   /// A file that lacks lines is told of on the screen.
   void CloseFile();
-  bool ShownOnScreen() const { return current_level >= screen_level; }
-  bool ShownInFile() const { return file != nullptr && current_level >= file_level; }
+  /// What can only be told on the screen.
+  void ScreenFailure(const char* text, const std::string& name);
 
-  OWNED_FILE file;
-  int screen_level = DEBUG;
-  int file_level = DEBUG;
-  int lowest_level = DEBUG;  ///< the lower one of the two: below it nothing is formatted
+  LOG_OUTLETS outlets;
+  int lowest_level = DEBUG;  ///< the lower one of the thresholds: below it nothing is formatted
   int current_level = TRACE;
   std::string prefix;
   std::string configured_name;

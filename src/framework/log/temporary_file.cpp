@@ -4,7 +4,7 @@
 
 #include <cstdlib>
 
-#include "framework/log/restarted.hpp"
+#include "system/signal_safe/restarted.hpp"
 
 namespace varnoth {
 

@@ -13,14 +13,14 @@
 #include "foundation/errors.hpp"
 #include "framework/log/file_access.hpp"
 #include "framework/log/log.hpp"
-#include "framework/log/restarted.hpp"
 #include "framework/process/fatal_signals.hpp"
+#include "system/signal_safe/descriptor.hpp"
+#include "system/signal_safe/uninterrupted.hpp"
 
 namespace varnoth {
 
 namespace {
 
-constexpr std::size_t PATH_LIMIT = 255;
 constexpr int DEFAULT_INPUT_SECONDS = 120;
 
 /// A name of the run within the limit that all its file names have.
@@ -33,20 +33,14 @@ STRING Bounded(const char* what, const STRING& text) {
   return text;
 }
 
-/// Writes a mark: the status and nothing else.
-void WriteStatusFile(const STRING& path, int status) {
-  if (path.IsEmpty()) return;  // the name of the program itself was refused
-  const char digit = static_cast<char>('0' + status);
-  if (!ReplaceFile(path.c_str(), {&digit, 1})) {
-    GlobalLog.set(WARNING) << "Can not create file " << path << "!\n";
-  }
+void TellOfFaults(const MARK_FAULTS& faults, const STRING& old_mark, const STRING& new_mark) {
+  if (faults.is_missing) GlobalLog.set(WARNING) << "Can not create file " << new_mark << "!\n";
+  if (faults.is_left) GlobalLog.set(WARNING) << "Can not remove file " << old_mark << "!\n";
 }
 
-/// Whether nothing stands under the name any more.
-bool RemoveStatusFile(const STRING& path) { return unlink(path.c_str()) == 0 || errno == ENOENT; }
-
-void TellOfMarkLeft(const STRING& path) {
-  GlobalLog.set(WARNING) << "Can not remove file " << path << "!\n";
+/// A name in a fixed buffer; within the limit already.
+void Copy(const STRING& name, char (&buffer)[PATH_LIMIT + 1]) {
+  std::memcpy(buffer, name.c_str(), name.Length() + 1);
 }
 
 /// One word from standard input, bounded: a longer one is refused by whoever takes the value.
@@ -119,6 +113,21 @@ void CONTROLLER_IFC::FormMarks() {
   ok_file = Bounded("path of the success mark", status_path + "OK." + binary_name);
   stop_file = stop;
   error_file = error;
+  PlanFatalExit(fatal_exit_plan());
+}
+
+FATAL_EXIT_PLAN CONTROLLER_IFC::fatal_exit_plan() const {
+  FATAL_EXIT_PLAN plan{
+      .log = &GlobalLog.Outlets(), .has_controller = true, .is_supervised = supervised};
+  Copy(base_name, plan.program);
+  Copy(ok_file, plan.ok_mark);
+  Copy(error_file, plan.error_mark);
+  return plan;
+}
+
+void CONTROLLER_IFC::set_supervised() {
+  supervised = true;
+  PlanFatalExit(fatal_exit_plan());
 }
 
 void CONTROLLER_IFC::MoveLog() {
@@ -140,8 +149,7 @@ void CONTROLLER_IFC::TakeLogLevels() {
 }
 
 void CONTROLLER_IFC::ObeyStopFile() const {
-  constexpr int FLAGS = O_RDONLY | O_NONBLOCK | O_CLOEXEC;  // a pipe is a STOP file as well
-  if (Restarted([&] { return ::open(stop_file.c_str(), FLAGS); }) < 0) return;
+  if (OpenDescriptor(stop_file.c_str(), O_RDONLY) < 0) return;  // a pipe is a STOP file as well
   constexpr const char* LINE = "====================================================\n";
   GlobalLog.set(INFO) << LINE;
   GlobalLog.set(INFO) << "Program execution interrupted - STOP file was found!\n";
@@ -242,7 +250,7 @@ const STRING& CONTROLLER_IFC::get_binary_name() {
 int CONTROLLER_IFC::mark_ok() {
   close_config();
   remove_error_file();
-  WriteStatusFile(ok_file, 0);
+  TellOfFaults(ChangeMarks("", ok_file.c_str(), 0), "", ok_file);
   return 0;
 }
 
@@ -253,17 +261,23 @@ int CONTROLLER_IFC::mark_error() {
 }
 
 void CONTROLLER_IFC::set_failure_mark() {
-  const bool removed = RemoveStatusFile(ok_file);
-  WriteStatusFile(error_file, 1);
-  if (!removed) TellOfMarkLeft(ok_file);
+  TellOfFaults(ChangeMarks(ok_file.c_str(), error_file.c_str(), 1), ok_file, error_file);
 }
 
-void CONTROLLER_IFC::exit_ok() { std::exit(mark_ok()); }
+void CONTROLLER_IFC::exit_ok() {
+  {
+    // No signal that comes behind the success mark may take it away.
+    const UNINTERRUPTED whole;
+    EndWell();
+    mark_ok();
+  }
+  std::exit(0);
+}
 
 void CONTROLLER_IFC::exit_error() { std::exit(mark_error()); }
 
 void CONTROLLER_IFC::remove_error_file() {
-  if (!RemoveStatusFile(error_file)) TellOfMarkLeft(error_file);
+  TellOfFaults(ChangeMarks(error_file.c_str(), "", 0), error_file, "");
 }
 
 void enable_fp_traps() { feenableexcept(FE_INVALID | FE_DIVBYZERO | FE_OVERFLOW); }

@@ -2,6 +2,7 @@
 
 #include "foundation/string.hpp"
 #include "framework/log/owned_file.hpp"
+#include "system/signal_safe/fatal_exit.hpp"
 
 namespace varnoth {
 
@@ -51,14 +52,15 @@ class CONTROLLER_IFC {
   /// The same without ending the process; gives that status.
   int mark_ok();
   int mark_error();
-  /// Sets the failure mark by system calls alone, so that a signal handler may.
   void set_failure_mark();
   void remove_error_file();
   /// Safe on a closed file.
   void close_config() { config_file.reset(); }
 
-  void set_supervised() { supervised = true; }
+  void set_supervised();
   bool is_supervised() const { return supervised; }
+  /// What a fatal signal has to know of the run, as far as it is known.
+  FATAL_EXIT_PLAN fatal_exit_plan() const;
 
  private:
   bool FindInArguments(const char* key, STRING& value) const;

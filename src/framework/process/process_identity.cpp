@@ -5,8 +5,8 @@
 #include <string>
 
 #include "foundation/errors.hpp"
-#include "framework/log/file_access.hpp"
 #include "framework/log/log.hpp"
+#include "system/signal_safe/descriptor.hpp"
 
 namespace varnoth {
 

@@ -1,0 +1,73 @@
+#include "system/signal_safe/descriptor.hpp"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "system/signal_safe/restarted.hpp"
+
+namespace varnoth {
+
+namespace {
+
+constexpr mode_t NEW_FILE = 0666;
+
+/// Without waiting for the other end of a pipe.
+int OpenAtOnce(const char* path, int flags) {
+  return Restarted([&] { return ::open(path, flags | O_NONBLOCK | O_CLOEXEC, NEW_FILE); });
+}
+
+int OpenToReplace(const char* path) {
+  constexpr int FLAGS = O_WRONLY | O_CREAT | O_NOFOLLOW;
+  const int descriptor = OpenAtOnce(path, FLAGS);
+  if (descriptor < 0 && errno != ELOOP && errno != ENXIO) return descriptor;
+  if (descriptor >= 0) {
+    struct stat status {};
+    const bool is_foreign =
+        ::fstat(descriptor, &status) == 0 && (!S_ISREG(status.st_mode) || status.st_nlink > 1);
+    if (!is_foreign) return descriptor;
+    ::close(descriptor);
+  }
+  ::unlink(path);
+  return OpenAtOnce(path, FLAGS | O_EXCL);
+}
+
+}  // namespace
+
+int OpenDescriptor(const char* path, int flags) {
+  const int descriptor = OpenAtOnce(path, flags);
+  if (descriptor >= 0) ::fcntl(descriptor, F_SETFL, flags & O_APPEND);
+  return descriptor;
+}
+
+bool WriteAll(int descriptor, const char* bytes, std::size_t size, std::size_t& written) {
+  for (written = 0; written < size;) {
+    const ssize_t count =
+        Restarted([&] { return ::write(descriptor, bytes + written, size - written); });
+    if (count == 0) errno = EIO;
+    if (count <= 0) return false;
+    written += static_cast<std::size_t>(count);
+  }
+  return true;
+}
+
+bool TakesBytes(int descriptor) {
+  pollfd wanted{.fd = descriptor, .events = POLLOUT, .revents = 0};
+  return ::poll(&wanted, 1, 0) == 1 && (wanted.revents & POLLOUT) != 0;
+}
+
+bool CloseDescriptor(int descriptor) { return ::close(descriptor) == 0 || errno == EINTR; }
+
+bool ReplaceFile(const char* path, std::string_view text) {
+  const int descriptor = OpenToReplace(path);
+  if (descriptor < 0) return false;
+  // The length is cut behind the bytes, so that the file is never empty where it stood already.
+  std::size_t written = 0;
+  const bool complete =
+      WriteAll(descriptor, text.data(), text.size(), written) &&
+      Restarted([&] { return ::ftruncate(descriptor, static_cast<off_t>(text.size())); }) == 0;
+  return CloseDescriptor(descriptor) && complete;
+}
+
+}  // namespace varnoth
