@@ -9,7 +9,7 @@
 #include <fstream>
 #include <stdexcept>
 
-#include "framework/log/log.hpp"
+#include "log/log.hpp"
 
 namespace varnoth::bench {
 

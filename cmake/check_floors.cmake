@@ -1,16 +1,8 @@
-# Fails when a file of src/ includes a header of a floor above its own.
+# Fails when a file of src/ includes a header of a floor above its own or of another folder's internal/,
+# and when docs/architecture.md does not show a floor.
 cmake_minimum_required(VERSION 3.25)
 
-set(FLOORS
-  "8 driver"
-  "7 geometry"
-  "6 orbit"
-  "5 foundation/enumerations" "5 records" "5 framework/process"
-  "4 pool"
-  "3 time" "3 interpolation"
-  "2 framework/tables" "2 interpolation/numerics"
-  "1 foundation"
-  "0 framework/log" "0 system/signal_safe")
+file(STRINGS ${SOURCE_DIR}/src/floors.txt FLOORS REGEX "^[0-9]")
 
 # The floor of a path relative to src/, or -1; the longest folder name that fits decides.
 function(floor_of path result)
@@ -31,13 +23,13 @@ function(floor_of path result)
 endfunction()
 
 set(faults "")
-file(GLOB_RECURSE files RELATIVE ${SOURCE_DIR} ${SOURCE_DIR}/*.hpp ${SOURCE_DIR}/*.cpp)
+file(GLOB_RECURSE files RELATIVE ${SOURCE_DIR}/src ${SOURCE_DIR}/src/*.hpp ${SOURCE_DIR}/src/*.cpp)
 foreach(file IN LISTS files)
   floor_of(${file} own)
   if(own EQUAL -1)
     string(APPEND faults "  ${file} stands on no floor\n")
   endif()
-  file(STRINGS ${SOURCE_DIR}/${file} includes REGEX "^#include \"")
+  file(STRINGS ${SOURCE_DIR}/src/${file} includes REGEX "^#include \"")
   foreach(line IN LISTS includes)
     string(REGEX REPLACE "^#include \"([^\"]+)\".*$" "\\1" header "${line}")
     floor_of(${header} other)
@@ -46,8 +38,22 @@ foreach(file IN LISTS files)
     elseif(other GREATER own)
       string(APPEND faults "  ${file} (floor ${own}) includes ${header} (floor ${other})\n")
     endif()
+    string(REGEX REPLACE "/internal/.*$" "/" owner "${header}")
+    string(FIND "${file}" "${owner}" position)
+    if(NOT owner STREQUAL header AND NOT position EQUAL 0)
+      string(APPEND faults "  ${file} includes ${header}, which is not its own\n")
+    endif()
   endforeach()
 endforeach()
+
+file(READ ${SOURCE_DIR}/docs/architecture.md page)
+foreach(row IN LISTS FLOORS)
+  string(REGEX REPLACE "^([0-9]+) (.+)$" "| \\1 | `\\2/` |" cells "${row}")
+  string(FIND "${page}" "${cells}" position)
+  if(position EQUAL -1)
+    string(APPEND faults "  docs/architecture.md has no row ${cells}\n")
+  endif()
+endforeach()
 if(faults)
-  message(FATAL_ERROR "Includes must go down or sideways:\n${faults}")
+  message(FATAL_ERROR "Includes must go down or sideways, and the page must show the floors:\n${faults}")
 endif()

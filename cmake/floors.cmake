@@ -32,6 +32,6 @@ endfunction()
 
 # An include that goes up fails the build, whatever the linker would say of it.
 add_custom_target(varnoth_check_floors
-  COMMAND ${CMAKE_COMMAND} -DSOURCE_DIR=${PROJECT_SOURCE_DIR}/src
+  COMMAND ${CMAKE_COMMAND} -DSOURCE_DIR=${PROJECT_SOURCE_DIR}
           -P ${PROJECT_SOURCE_DIR}/cmake/check_floors.cmake
   COMMENT "Checking that includes go down or sideways")

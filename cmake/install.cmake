@@ -30,19 +30,9 @@ endif()
 get_property(floors GLOBAL PROPERTY VARNOTH_FLOORS)
 list(REMOVE_ITEM floors varnoth_driver)  # the program's own
 install(TARGETS ${floors} EXPORT varnothTargets ARCHIVE COMPONENT libraries)
-# Headers of the program, of steps that solvers share, and of templates' bodies are nobody else's.
+# What lies in internal/ is nobody else's, nor are the program's headers.
 install(DIRECTORY src/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/varnoth COMPONENT libraries
-        FILES_MATCHING PATTERN "*.hpp"
-        PATTERN "driver" EXCLUDE
-        PATTERN "*_definitions.hpp" EXCLUDE
-        PATTERN "catalogue*.hpp" EXCLUDE
-        PATTERN "geolocation_steps.hpp" EXCLUDE
-        PATTERN "geolocation_report.hpp" EXCLUDE
-        PATTERN "surface_search.hpp" EXCLUDE
-        PATTERN "plane_angle.hpp" EXCLUDE
-        PATTERN "scratch.hpp" EXCLUDE
-        PATTERN "fatal_signals.hpp" EXCLUDE
-        PATTERN "enumeration_entry.hpp" EXCLUDE)
+        FILES_MATCHING PATTERN "*.hpp" PATTERN "driver" EXCLUDE PATTERN "internal" EXCLUDE)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/varnoth)
 install(EXPORT varnothTargets NAMESPACE varnoth:: DESTINATION ${package_dir} COMPONENT libraries)

@@ -1,4 +1,4 @@
-#include "framework/process/controller_ifc.hpp"
+#include "framework/controller_ifc.hpp"
 #include "fuzz_target.hpp"
 
 namespace varnoth::fuzz {

@@ -7,8 +7,9 @@
 #include <fstream>
 #include <iterator>
 
-#include "framework/log/log.hpp"
-#include "framework/process/controller_ifc.hpp"
+#include "framework/controller_ifc.hpp"
+#include "log/log.hpp"
+#include "system/floating_point_traps.hpp"
 
 namespace varnoth::fuzz {
 

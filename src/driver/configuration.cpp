@@ -5,8 +5,8 @@
 #include <cstdlib>
 
 #include "foundation/errors.hpp"
-#include "foundation/held_traps.hpp"
-#include "framework/log/log.hpp"
+#include "log/log.hpp"
+#include "system/floating_point_traps.hpp"
 
 namespace varnoth {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "foundation/string.hpp"
-#include "framework/process/controller_ifc.hpp"
+#include "framework/controller_ifc.hpp"
 #include "pool/parameter_pool.hpp"
 
 namespace varnoth {

@@ -5,8 +5,8 @@
 #include <cmath>
 
 #include "foundation/matrix.hpp"
-#include "framework/log/log.hpp"
 #include "interpolation/numerics/lfit.hpp"
+#include "log/log.hpp"
 
 namespace varnoth {
 

@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "foundation/constants.hpp"
-#include "framework/log/log.hpp"
+#include "log/log.hpp"
 
 namespace varnoth {
 

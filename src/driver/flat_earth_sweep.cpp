@@ -5,9 +5,9 @@
 
 #include "driver/scene_geometry.hpp"
 #include "foundation/constants.hpp"
-#include "framework/log/log.hpp"
-#include "framework/tables/log_table.hpp"
 #include "geometry/slave_time.hpp"
+#include "log/log.hpp"
+#include "tables/log_table.hpp"
 
 namespace varnoth {
 

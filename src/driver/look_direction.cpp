@@ -5,8 +5,8 @@
 #include "driver/scene_geometry.hpp"
 #include "driver/scene_parameters.hpp"
 #include "foundation/constants.hpp"
-#include "framework/log/log.hpp"
 #include "geometry/slave_time.hpp"
+#include "log/log.hpp"
 
 namespace varnoth {
 

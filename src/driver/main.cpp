@@ -10,11 +10,12 @@
 #include "driver/look_direction.hpp"
 #include "driver/nine_point_grids.hpp"
 #include "driver/scene_parameters.hpp"
-#include "foundation/enumerations/enum_errors.hpp"
-#include "framework/process/controller_ifc.hpp"
-#include "framework/process/process_identity.hpp"
-#include "framework/process/software_identity.hpp"
-#include "framework/process/software_log.hpp"
+#include "enumerations/enum_errors.hpp"
+#include "framework/controller_ifc.hpp"
+#include "framework/process_identity.hpp"
+#include "framework/software_identity.hpp"
+#include "framework/software_log.hpp"
+#include "system/floating_point_traps.hpp"
 
 namespace varnoth {
 

@@ -1,9 +1,9 @@
 #include "driver/nine_point_grids.hpp"
 
 #include "driver/scene_geometry.hpp"
-#include "framework/log/log.hpp"
-#include "framework/tables/log_table.hpp"
 #include "geometry/slave_time.hpp"
+#include "log/log.hpp"
+#include "tables/log_table.hpp"
 
 namespace varnoth {
 

@@ -10,7 +10,6 @@
 
 #include "foundation/errors.hpp"
 #include "foundation/pairs.hpp"
-#include "framework/log/log.hpp"
 
 namespace varnoth {
 
@@ -139,6 +138,9 @@ class ARRAY {
   }
 };
 
+/// Logs at ALARM and throws ERROR_NOT_IMPLEMENTED.
+[[noreturn]] void FailSubArrayAssignment();
+
 /// A view on a part of an ARRAY; it owns no elements.
 template <class X>
 class SUB_ARRAY : public ARRAY<X> {
@@ -151,10 +153,7 @@ class SUB_ARRAY : public ARRAY<X> {
   }
   /// Not to be called, since it could mean the view or its elements: logs at ALARM and throws
   /// ERROR_NOT_IMPLEMENTED. Use `Attach`.
-  SUB_ARRAY& operator=(const SUB_ARRAY& /*other*/) {
-    GlobalLog.set(ALARM) << "never call: SUB_ARRAY<T>::operator=( const SUB_ARRAY< T >& )\n";
-    throw ERROR_NOT_IMPLEMENTED();
-  }
+  SUB_ARRAY& operator=(const SUB_ARRAY& /*other*/) { FailSubArrayAssignment(); }
   ~SUB_ARRAY() override { this->data = nullptr; }
 
   /// A view makes no elements: both give ARRAY_BAD_RANGE and leave it as it was.

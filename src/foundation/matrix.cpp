@@ -4,6 +4,7 @@
 
 #include "foundation/complex.hpp"
 #include "foundation/errors.hpp"
+#include "log/log.hpp"
 
 namespace varnoth {
 

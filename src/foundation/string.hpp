@@ -4,8 +4,6 @@
 #include <cstdint>
 #include <memory>
 
-#include "framework/log/log.hpp"
-
 namespace varnoth {
 
 /// A text value with exact allocation and deep copy. The text is never a null pointer; a null text
@@ -42,8 +40,5 @@ class STRING {
   std::unique_ptr<char[]> text;
   std::uint64_t size = 1;  ///< length and terminator
 };
-
-/// A text as a message piece.
-inline LOG& operator<<(LOG& log, const STRING& text) { return log << text.c_str(); }
 
 }  // namespace varnoth

@@ -5,8 +5,8 @@
 
 #include "foundation/constants.hpp"
 #include "foundation/errors.hpp"
-#include "framework/log/log.hpp"
 #include "geometry/slave_time.hpp"
+#include "log/log.hpp"
 
 namespace varnoth {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "foundation/enumerations/enum_base.hpp"
+#include "enumerations/enum_base.hpp"
 
 namespace varnoth {
 

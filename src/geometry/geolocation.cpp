@@ -5,10 +5,10 @@
 #include <cstddef>
 
 #include "foundation/constants.hpp"
-#include "framework/log/log.hpp"
-#include "geometry/geolocation_report.hpp"
-#include "geometry/geolocation_steps.hpp"
-#include "geometry/plane_angle.hpp"
+#include "geometry/internal/geolocation_report.hpp"
+#include "geometry/internal/geolocation_steps.hpp"
+#include "geometry/internal/plane_angle.hpp"
+#include "log/log.hpp"
 
 namespace varnoth {
 

@@ -1,8 +1,8 @@
 #include <cmath>
 
-#include "framework/log/log.hpp"
 #include "geometry/geolocation_search.hpp"
-#include "geometry/surface_search.hpp"
+#include "geometry/internal/surface_search.hpp"
+#include "log/log.hpp"
 
 namespace varnoth {
 

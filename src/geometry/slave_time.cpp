@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "framework/log/log.hpp"
+#include "log/log.hpp"
 
 namespace varnoth {
 

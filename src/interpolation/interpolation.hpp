@@ -2,7 +2,7 @@
 
 #include "foundation/array.hpp"
 #include "foundation/errors.hpp"
-#include "framework/log/log.hpp"
+#include "log/log.hpp"
 
 namespace varnoth {
 

@@ -5,10 +5,10 @@
 #include <cstring>
 
 #include "foundation/errors.hpp"
-#include "foundation/held_traps.hpp"
 #include "foundation/split.hpp"
-#include "orbit/catalogue.hpp"
+#include "orbit/internal/catalogue.hpp"
 #include "records/place_words.hpp"
+#include "system/floating_point_traps.hpp"
 
 namespace varnoth {
 

@@ -5,8 +5,8 @@
 #include <cstdio>
 
 #include "foundation/errors.hpp"
-#include "framework/log/file_access.hpp"
-#include "framework/tables/log_table.hpp"
+#include "system/file_access.hpp"
+#include "tables/log_table.hpp"
 
 namespace varnoth {
 

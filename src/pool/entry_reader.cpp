@@ -9,7 +9,7 @@
 #include <cstring>
 #include <limits>
 
-#include "foundation/held_traps.hpp"
+#include "system/floating_point_traps.hpp"
 
 namespace varnoth {
 

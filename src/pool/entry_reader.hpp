@@ -2,7 +2,7 @@
 
 #include "foundation/errors.hpp"
 #include "foundation/string.hpp"
-#include "framework/log/log.hpp"
+#include "log/log.hpp"
 #include "pool/pool_stream.hpp"
 #include "pool/value_traits.hpp"
 

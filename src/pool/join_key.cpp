@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "foundation/errors.hpp"
-#include "framework/log/log.hpp"
+#include "log/log.hpp"
 #include "pool/entry_reader.hpp"
 
 namespace varnoth {

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <exception>
 
-#include "framework/log/temporary_file.hpp"
+#include "system/temporary_file.hpp"
 
 namespace varnoth {
 

@@ -9,7 +9,7 @@
 
 #include "foundation/errors.hpp"
 #include "foundation/split.hpp"
-#include "framework/log/log.hpp"
+#include "log/log.hpp"
 #include "pool/join_key.hpp"
 #include "pool/parameter_pool.hpp"
 #include "records/place_words.hpp"

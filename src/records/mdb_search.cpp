@@ -1,7 +1,7 @@
 #include <cmath>
 
 #include "foundation/errors.hpp"
-#include "framework/log/log.hpp"
+#include "log/log.hpp"
 #include "records/mdb.hpp"
 
 namespace varnoth {

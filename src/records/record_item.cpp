@@ -6,8 +6,8 @@
 #include <cstring>
 
 #include "foundation/errors.hpp"
-#include "foundation/held_traps.hpp"
-#include "framework/log/log.hpp"
+#include "log/log.hpp"
+#include "system/floating_point_traps.hpp"
 
 namespace varnoth {
 

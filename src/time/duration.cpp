@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "foundation/errors.hpp"
-#include "framework/log/log.hpp"
+#include "log/log.hpp"
 
 namespace varnoth {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <span>
 
-#include "framework/log/log.hpp"
+#include "log/log.hpp"
 
 namespace varnoth {
 

@@ -3,7 +3,7 @@
 #include <list>
 
 #include "foundation/array.hpp"
-#include "framework/log/static_object.hpp"
+#include "system/static_object.hpp"
 #include "time/utc_values.hpp"
 
 namespace varnoth {

@@ -1,6 +1,6 @@
 #include "time/met_scanner.hpp"
 
-#include "framework/log/log.hpp"
+#include "log/log.hpp"
 
 namespace varnoth {
 

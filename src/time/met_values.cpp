@@ -4,7 +4,7 @@
 #include <climits>
 #include <cstdint>
 
-#include "framework/log/log.hpp"
+#include "log/log.hpp"
 
 namespace varnoth {
 

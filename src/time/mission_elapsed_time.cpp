@@ -7,6 +7,7 @@
 #include <tuple>
 
 #include "foundation/errors.hpp"
+#include "log/log.hpp"
 #include "time/digit_field.hpp"
 #include "time/met_scanner.hpp"
 
@@ -97,7 +98,5 @@ bool operator<(const MISSION_ELAPSED_TIME& a, const MISSION_ELAPSED_TIME& b) {
 std::ostream& operator<<(std::ostream& stream, const MISSION_ELAPSED_TIME& time) {
   return stream << time.c_str();
 }
-
-LOG& operator<<(LOG& log, const MISSION_ELAPSED_TIME& time) { return log << time.c_str(); }
 
 }  // namespace varnoth

@@ -3,7 +3,6 @@
 #include <iosfwd>
 #include <type_traits>
 
-#include "framework/log/log.hpp"
 #include "time/duration.hpp"
 #include "time/met_values.hpp"
 
@@ -60,6 +59,5 @@ static_assert(sizeof(MISSION_ELAPSED_TIME) == 22 &&
               std::is_trivially_copyable_v<MISSION_ELAPSED_TIME>);
 
 std::ostream& operator<<(std::ostream& stream, const MISSION_ELAPSED_TIME& time);
-LOG& operator<<(LOG& log, const MISSION_ELAPSED_TIME& time);
 
 }  // namespace varnoth

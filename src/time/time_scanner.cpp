@@ -6,7 +6,7 @@
 #include <iterator>
 
 #include "foundation/errors.hpp"
-#include "framework/log/log.hpp"
+#include "log/log.hpp"
 #include "time/calendar.hpp"
 #include "time/digit_field.hpp"
 

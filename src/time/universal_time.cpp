@@ -9,6 +9,7 @@
 #include <ostream>
 
 #include "foundation/errors.hpp"
+#include "log/log.hpp"
 #include "time/calendar.hpp"
 #include "time/digit_field.hpp"
 #include "time/utc_scanner.hpp"
@@ -181,8 +182,6 @@ bool operator<(const UNIVERSAL_TIME& a, const UNIVERSAL_TIME& b) {
 std::ostream& operator<<(std::ostream& stream, const UNIVERSAL_TIME& time) {
   return stream << time.c_str();
 }
-
-LOG& operator<<(LOG& log, const UNIVERSAL_TIME& time) { return log << time.c_str(); }
 
 std::istream& operator>>(std::istream& stream, UNIVERSAL_TIME& time) {
   char line[256] = {};

@@ -98,7 +98,6 @@ class UNIVERSAL_TIME {
 static_assert(sizeof(UNIVERSAL_TIME) == 28 && std::is_trivially_copyable_v<UNIVERSAL_TIME>);
 
 std::ostream& operator<<(std::ostream& stream, const UNIVERSAL_TIME& time);
-LOG& operator<<(LOG& log, const UNIVERSAL_TIME& time);
 /// Reads the rest of a line behind white space, at most 255 characters of it, as one text. A stream
 /// that has nothing left fails as the empty text does: ERROR_DATA.
 std::istream& operator>>(std::istream& stream, UNIVERSAL_TIME& time);

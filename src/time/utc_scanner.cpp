@@ -5,7 +5,7 @@
 #include <string>
 
 #include "foundation/errors.hpp"
-#include "framework/log/log.hpp"
+#include "log/log.hpp"
 #include "time/calendar.hpp"
 
 namespace varnoth {

@@ -3,7 +3,7 @@
 #include <tuple>
 
 #include "foundation/errors.hpp"
-#include "framework/log/log.hpp"
+#include "log/log.hpp"
 #include "time/calendar.hpp"
 #include "time/leap_seconds.hpp"
 

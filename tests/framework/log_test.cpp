@@ -1,6 +1,6 @@
 #include "foundation/errors.hpp"
-#include "framework/tables/log_table.hpp"
 #include "support/log_capture.hpp"
+#include "tables/log_table.hpp"
 
 namespace varnoth::test {
 namespace {

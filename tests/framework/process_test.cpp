@@ -4,8 +4,8 @@
 #include <cstring>
 #include <filesystem>
 
-#include "framework/process/controller_ifc.hpp"
-#include "framework/process/software_log.hpp"
+#include "framework/controller_ifc.hpp"
+#include "framework/software_log.hpp"
 #include "support/log_capture.hpp"
 
 namespace varnoth::test {

@@ -1,4 +1,4 @@
-#include "orbit/catalogue.hpp"
+#include "orbit/internal/catalogue.hpp"
 #include "orbit/orbit_pool.hpp"
 
 namespace varnoth::test {

@@ -1,6 +1,6 @@
 #include "foundation/errors.hpp"
 #include "interpolation/polynom.hpp"
-#include "orbit/mdb_orbit_definitions.hpp"
+#include "orbit/internal/mdb_orbit_definitions.hpp"
 #include "orbit/orbit_pool.hpp"
 
 namespace varnoth::test {

@@ -5,7 +5,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "framework/log/log.hpp"
+#include "log/log.hpp"
 
 namespace varnoth::test {
 

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "framework/log/log.hpp"
+#include "log/log.hpp"
 
 int main(int argc, char** argv) {
   // The log's temporary file stays open but leaves nothing behind.

@@ -1,12 +1,14 @@
-// Hits a program with a signal at a place in its code instead of at a moment, so that what is found does
-// not depend on how busy the machine is. The program must be linked to fixed addresses.
+// Hits a program with a signal at a place in its code instead of at a moment, so that what is found
+// does not depend on how busy the machine is. The program must be linked to fixed addresses.
 //
 //     aimed_hit count <program>...                 < addresses
 //         how often each address is passed in a run, as far as 1000 times
-//     aimed_hit hit <address> <occurrence> <steps> <signal> <second signal or 0> <program>...   < addresses
-//         Stops where the address is passed for the n-th time, goes some instructions further, sends the
-//         signals, and tells how the program ended. The first address of the list is the handler, the second
-//         what it ends by; a pass of any other one from in there is told as "unsafe".
+//     aimed_hit hit <address> <occurrence> <steps> <signal> <second signal or 0> <program>...   <
+//     addresses
+//         Stops where the address is passed for the n-th time, goes some instructions further,
+//         sends the signals, and tells how the program ended. The first address of the list is the
+//         handler, the second what it ends by; a pass of any other one from in there is told as
+//         "unsafe".
 
 #include <fcntl.h>
 #include <sys/ptrace.h>
@@ -58,8 +60,8 @@ class TRACED {
   }
   ADDRESS StackTop() const { return static_cast<ADDRESS>(Peek(Registers().rsp)); }
 
-  /// Goes on to the next breakpoint, whose instruction is ahead then; nothing at the end. Signals on
-  /// the way are delivered.
+  /// Goes on to the next breakpoint, whose instruction is ahead then; nothing at the end. Signals
+  /// on the way are delivered.
   std::optional<ADDRESS> GoOn(int signal = 0) {
     StepOver(signal);
     while (ptrace(PTRACE_CONT, child, nullptr, signal), Wait(), IsStopped()) {

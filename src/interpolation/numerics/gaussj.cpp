@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "interpolation/numerics/internal/scratch.hpp"
 #include "interpolation/numerics/nrerror.hpp"
-#include "interpolation/numerics/scratch.hpp"
 
 namespace varnoth {
 

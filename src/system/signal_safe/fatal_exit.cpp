@@ -98,8 +98,7 @@ void TellAll(LOG_OUTLET& outlet) {
   if (mark_faults.is_left) Tell(outlet, WARNING, {"Can not remove file ", plan.ok_mark, "!"});
   Tell(outlet, ALARM, {"got fatal signal ", number, ": ", text});
   if (!plan.is_supervised) return;
-  Tell(outlet, ALARM,
-       {"ZOD_MSG|ERROR|", plan.program, " got fatal signal ", number, ": ", text});
+  Tell(outlet, ALARM, {"ZOD_MSG|ERROR|", plan.program, " got fatal signal ", number, ": ", text});
 }
 
 [[noreturn]] void End() {

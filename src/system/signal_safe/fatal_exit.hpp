@@ -7,8 +7,8 @@
 
 namespace varnoth {
 
-/// What the handler of a fatal signal has to know. Copies, none of them on the heap, which may be in
-/// disorder when they are needed.
+/// What the handler of a fatal signal has to know. Copies, none of them on the heap, which may be
+/// in disorder when they are needed.
 struct FATAL_EXIT_PLAN {
   LOG_OUTLETS* log = nullptr;
   bool has_controller = false;

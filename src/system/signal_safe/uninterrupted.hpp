@@ -14,8 +14,8 @@ namespace varnoth {
 ///       at_line_start = ends_line;
 ///     }
 ///
-/// A fault of such a stretch's own (a bad address, a trap) ends the process by that signal, with the
-/// failure mark but without a line: keep what can fault outside.
+/// A fault of such a stretch's own (a bad address, a trap) ends the process by that signal, with
+/// the failure mark but without a line: keep what can fault outside.
 class UNINTERRUPTED {
  public:
   UNINTERRUPTED() : UNINTERRUPTED(NONE) {}

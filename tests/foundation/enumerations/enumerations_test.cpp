@@ -1,9 +1,9 @@
 #include <memory>
 
-#include "foundation/enumerations/azimuths.hpp"
-#include "foundation/enumerations/basic_enumerations.hpp"
-#include "foundation/enumerations/image_direction.hpp"
-#include "foundation/enumerations/tx_rx_type.hpp"
+#include "enumerations/azimuths.hpp"
+#include "enumerations/basic_enumerations.hpp"
+#include "enumerations/image_direction.hpp"
+#include "enumerations/tx_rx_type.hpp"
 #include "geometry/ellipsoid_type.hpp"
 #include "support/log_capture.hpp"
 

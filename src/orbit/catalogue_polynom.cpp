@@ -1,9 +1,0 @@
-#include "interpolation/polynom.hpp"
-#include "orbit/catalogue_rows.hpp"
-
-namespace varnoth {
-
-constinit const INTERPOLATION_TYPE POLYNOM_ORBITS = {POLYNOM_ID, "polynom",
-                                                     PoolAndRecordOrbitFactories<POLYNOM>()};
-
-}  // namespace varnoth

@@ -1,9 +1,0 @@
-#include "interpolation/spline.hpp"
-#include "orbit/catalogue_rows.hpp"
-
-namespace varnoth {
-
-constinit const INTERPOLATION_TYPE SPLINE_ORBITS = {SPLINE_ID, "spline",
-                                                    PoolAndRecordOrbitFactories<SPLINE>()};
-
-}  // namespace varnoth

@@ -1,0 +1,10 @@
+#include "interpolation/cheby_poly.hpp"
+#include "interpolation/local_interpolation.hpp"
+#include "orbit/internal/catalogue_rows.hpp"
+
+namespace varnoth {
+
+constinit const INTERPOLATION_TYPE LOCALCHEBYSHEV_ORBITS = {
+    LOCALCHEBYSHEV_ID, "localchebyshev", PoolOrbitFactories<LOCAL<CHEBY_POLY, POINT>::OF, POINT>()};
+
+}  // namespace varnoth

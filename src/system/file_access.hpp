@@ -1,0 +1,12 @@
+#pragma once
+
+#include "system/owned_file.hpp"
+
+namespace varnoth {
+
+/// Opens a C stream by the flags of open(2), a new file with mode 0666; null, with errno set, if it
+/// can't be opened. Calls on it that a signal interrupts go on. A pipe to write into that nobody
+/// reads is refused instead of waited for.
+OWNED_FILE OpenStream(const char* path, int flags);
+
+}  // namespace varnoth

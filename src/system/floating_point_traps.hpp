@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cfenv>
+
+namespace varnoth {
+
+/// Makes invalid operations, divisions by zero and overflows of floating point arithmetic raise the
+/// signal SIGFPE.
+void enable_fp_traps();
+
+/// Holds the floating point traps of its scope. The C library's conversions of text such as 1E999
+/// raise the overflow exception before any range check sees the value; within this scope they give
+/// an infinity instead of a signal.
+class HELD_TRAPS {
+ public:
+  HELD_TRAPS() { std::feholdexcept(&environment); }
+  ~HELD_TRAPS() { std::fesetenv(&environment); }
+  HELD_TRAPS(const HELD_TRAPS&) = delete;
+  HELD_TRAPS& operator=(const HELD_TRAPS&) = delete;
+
+ private:
+  std::fenv_t environment{};
+};
+
+}  // namespace varnoth

@@ -1,0 +1,224 @@
+#include "tables/log_table.hpp"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdarg>
+#include <cstring>
+
+#include "foundation/errors.hpp"
+#include "system/file_access.hpp"
+#include "system/temporary_file.hpp"
+
+namespace varnoth {
+
+namespace {
+
+constexpr int CELL_LIMIT = 255;
+
+/// The first line that is no rule.
+std::string FirstRow(const std::string& text) {
+  const std::size_t start = text.find_first_not_of("-\n");
+  return start != text.npos ? text.substr(start, text.find('\n', start) - start) : "";
+}
+
+/// Adds a cell, padded to its column's width.
+void AppendCell(std::string& line, const std::string& text, char alignment, int width) {
+  const int length = static_cast<int>(text.size());
+  const int pad = std::max(width - length, 0);
+  int left = pad;
+  if (alignment == 'c' || alignment == 'C') left = pad / 2;
+  if (alignment == 'l' || alignment == 'L') left = 0;
+  line.append(static_cast<std::size_t>(left), ' ');
+  line += text;
+  line.append(static_cast<std::size_t>(pad - left), ' ');
+}
+
+}  // namespace
+
+LOG_TABLE::LOG_TABLE() {
+  const std::string path = CreateTemporaryFile("/tmp/", "table_");
+  file_name = path.empty() ? "/tmp/table_0815" : path.c_str();
+  // A name that was not made for this table may be somebody else's file.
+  if (!path.empty()) file = OpenStream(path.c_str(), O_WRONLY);
+  if (file == nullptr) {
+    GlobalLog.set(EXCEPTION) << "LOG_TABLE: can not open tmp file: " << file_name << "\n";
+    if (!path.empty()) unlink(path.c_str());
+    throw "can not write to /tmp";
+  }
+}
+
+LOG_TABLE::~LOG_TABLE() {
+  file.reset();
+  if (unlink(file_name.c_str()) != 0) {
+    const int reason = errno;
+    GlobalLog.set(WARNING) << "can not remove tmp file: " << file_name << "\n";
+    GlobalLog.set(WARNING) << "reason: " << std::strerror(reason) << "\n";
+  }
+}
+
+void LOG_TABLE::row(const char* format, ...) {
+  std::va_list arguments;
+  va_start(arguments, format);
+  if (GlobalLog.is_capturing()) {
+    std::va_list copy;
+    va_copy(copy, arguments);
+    char text[1030];
+    std::vsnprintf(text, sizeof text, format, copy);
+    va_end(copy);
+    GlobalLog.Capture(text);
+    GlobalLog.Capture("\n");
+  }
+  std::vfprintf(file.get(), format, arguments);
+  va_end(arguments);
+  new_line();
+}
+
+void LOG_TABLE::printf(const char* format, ...) {
+  std::va_list arguments;
+  va_start(arguments, format);
+  std::vfprintf(file.get(), format, arguments);
+  va_end(arguments);
+  std::fflush(file.get());
+}
+
+void LOG_TABLE::new_line() {
+  std::fputc('\n', file.get());
+  std::fflush(file.get());
+}
+
+void LOG_TABLE::rule() {
+  std::fputs("-\n", file.get());
+  std::fflush(file.get());
+}
+
+void LOG_TABLE::set_rule(char fill, char cross) {
+  rule_char = fill;
+  rule_cross = cross;
+}
+
+void LOG_TABLE::set_second_rule(char fill, char cross) {
+  second_rule_char = fill;
+  second_rule_cross = cross;
+}
+
+std::string LOG_TABLE::ReadBack() const {
+  const OWNED_FILE reader = OpenStream(file_name.c_str(), O_RDONLY);
+  if (reader == nullptr) {
+    GlobalLog.set(EXCEPTION) << "LOG_TABLE: can not open tmp file: " << file_name << "\n";
+    throw "can not open tmp file";
+  }
+  std::string text;
+  char block[4096];
+  std::size_t count = 0;
+  while ((count = std::fread(block, 1, sizeof block, reader.get())) > 0) text.append(block, count);
+  if (std::ferror(reader.get()) != 0) {
+    GlobalLog.set(EXCEPTION) << "LOG_TABLE: can not read tmp file: " << file_name << "\n";
+    throw "can not read tmp file";
+  }
+  return text;
+}
+
+int LOG_TABLE::MarkOf(char character) const {
+  const char* mark = character != '\0' ? std::strchr(marks, character) : nullptr;
+  return mark != nullptr ? static_cast<int>(mark - marks) : -1;
+}
+
+int LOG_TABLE::WidthOf(int column) const {
+  return column >= 0 && column < widths.GetLength() ? widths.GetElementBase(0)[column] : 0;
+}
+
+void LOG_TABLE::flush(int level) {
+  if (std::fflush(file.get()) != 0 || std::ferror(file.get()) != 0) {
+    GlobalLog.set(EXCEPTION) << "LOG_TABLE: can not write tmp file: " << file_name << "\n";
+    throw "can not write to /tmp";
+  }
+  MeasureColumns(CountColumns());
+  PrintRows(level);
+}
+
+int LOG_TABLE::CountColumns() const {
+  const std::string row = FirstRow(ReadBack());
+  const auto separators =
+      std::count_if(row.begin(), row.end(), [this](char c) { return MarkOf(c) >= 0; });
+  return std::max(static_cast<int>(separators) - 1, 0);
+}
+
+void LOG_TABLE::MeasureColumns(int count) {
+  if (widths.Resize(RANGE<int>(0, count)) != ARRAY_OK) throw ERROR_NO_MEMORY();
+  int* const width = widths.GetElementBase(0);
+  std::fill_n(width, count, 0);
+  int column = -1;
+  int length = -1;
+  for (const char c : ReadBack()) {
+    if (MarkOf(c) >= 0) {
+      if (column >= 0 && length > CELL_LIMIT) {
+        GlobalLog.set(ALARM) << "LOG_TABLE: cell of " << length << " characters is longer than "
+                             << CELL_LIMIT << "\n";
+        throw ERROR_ARGUMENT();
+      }
+      if (column >= 0) width[column] = std::max(width[column], length);
+      if (++column == count) column = -1;
+      length = -1;
+    }
+    // The "@" and the character behind it count as none together.
+    length += c == '@' ? -1 : 1;
+  }
+}
+
+void LOG_TABLE::PrintRows(int level) const {
+  const std::string text = ReadBack();
+  std::string line;
+  std::string cell;
+  char alignment = 'c';
+  int column = -1;
+  bool at_start = true;
+  const auto end_row = [&] {
+    GlobalLog.set(level) << line + '\n';
+    line.clear();
+    cell.clear();
+    alignment = 'c';
+    column = -1;
+    at_start = true;
+  };
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (at_start && c == '-') {
+      PrintRule(FirstRow(text), level);
+      ++i;  // its line end
+      continue;
+    }
+    at_start = false;
+    if (c == '\n') {
+      end_row();
+    } else if (c == '@') {
+      if (++i < text.size()) alignment = text[i];
+    } else if (const int mark = MarkOf(c); mark < 0) {
+      cell += c;
+    } else {
+      if (column >= 0) AppendCell(line, cell, alignment, WidthOf(column));
+      line += row_map[mark];
+      cell.clear();
+      alignment = 'c';
+      ++column;
+    }
+  }
+  if (!at_start) end_row();
+}
+
+void LOG_TABLE::PrintRule(const std::string& row, int level) const {
+  std::string line;
+  int column = 0;
+  for (const char c : row) {
+    const int mark = MarkOf(c);
+    if (mark < 0) continue;
+    line += rule_map[mark];
+    line.append(static_cast<std::size_t>(WidthOf(column)), rule_char);
+    ++column;
+  }
+  GlobalLog.set(level) << line + '\n';
+}
+
+}  // namespace varnoth
