@@ -29,7 +29,7 @@ void FuzzRecords(const std::string& input) {
   // What was read is written so that it reads back.
   Accepts([&] {
     records.GotoRecord(last, mdb_stop_nearest);
-    records.Open(std::ios::out);
+    records.Open(std::ios::out | std::ios::trunc);
     records.Write();
     const RECORD_ITEM key = records.GetKeyItem();
     records.Open(std::ios::in);

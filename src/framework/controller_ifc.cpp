@@ -236,11 +236,11 @@ bool CONTROLLER_IFC::has_parameter(const char* key) {
 }
 
 const STRING& CONTROLLER_IFC::get_binary_name() {
-  if (argv == nullptr) {
+  if (binary_name.IsEmpty()) {
     GlobalLog.set(WARNING)
         << "CONTROLLER_IFC::get_binary_name: Controller interface not initialized!\n";
     GlobalLog.set(WARNING) << "Function CONTROLLER_IFC::init must be called before accessing a "
-                              "controller object!\n";
+                              "controller object!";
     binary_name = "unknown";
   }
   return binary_name;

@@ -144,6 +144,7 @@ void GENERAL_ORBIT<T, S>::ReadRecordFile(PARAMETER_POOL& pool) {
   const int minor = ReadValue<int>(pool, "minor_data_take_id");
   const auto channel = ReadValue<STRING>(pool, "channel_id");
   const auto file = ReadValue<STRING>(pool, "mdb_orbit_data_file");
+  // Here the type is known to be a record file's; a new type without a branch must not pass.
   if (orbit_type_id < ORBIT_POOL_FLOAT_DOUBLE || orbit_type_id > ORBIT_MDB_DOUBLE_MET) {
     GlobalLog.set(ALARM) << "ORBIT: orbit_source_id is not set\n";
     throw ERROR_PARAMETER();

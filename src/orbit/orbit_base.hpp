@@ -13,7 +13,7 @@ namespace varnoth {
 /// The interface of all orbits: a table of satellite states over time, and a way to evaluate
 /// position, velocity and acceleration between them. It takes every combination of time and result
 /// type, so that a caller needs not know the concrete class. What an operation does is told where
-/// it is implemented, at ORBIT; here most do nothing and leave their output untouched.
+/// it is implemented, at SAMPLED_ORBIT; here most do nothing and leave their output untouched.
 ///
 /// Operations for a kind of time that the orbit is not made for throw a text: "time operation not
 /// permitted" (evaluation) or "not allowed time conversion" (reference time).

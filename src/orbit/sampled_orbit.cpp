@@ -22,8 +22,9 @@ void CheckOutput(int wanted, int given) {
 /// A text file for a curve; numbers in scientific notation with 15 digits.
 class CURVE_FILE {
  public:
-  explicit CURVE_FILE(const STRING& name)
-      : file(OpenStream(name.c_str(), O_WRONLY | O_CREAT | O_TRUNC)) {
+  explicit CURVE_FILE(const STRING& file_name)
+      : name(file_name), file(OpenStream(name.c_str(), O_WRONLY | O_CREAT | O_TRUNC)) {}
+  void NeedFile() const {
     if (file != nullptr) return;
     GlobalLog.set(ALARM) << "ORBIT::SavePolynomial() can not create file: " << name << "\n";
     throw ERROR_CAN_NOT_CREATE_FILE();
@@ -31,6 +32,7 @@ class CURVE_FILE {
   void Line(double x, double y) const { std::fprintf(file.get(), "%.15e %.15e\n", x, y); }
 
  private:
+  const STRING name;
   OWNED_FILE file;
 };
 
@@ -110,7 +112,12 @@ void SAMPLED_ORBIT<T, S>::GetSampleTimeInto(int index, TIME& time) const {
       time = static_cast<T>(seconds + reference_time);
     } else {
       time = reference_time;
-      time += seconds;
+      // Of a mission elapsed time a sample ahead of the reference comes back exactly.
+      if constexpr (std::is_same_v<S, MISSION_ELAPSED_TIME>) {
+        time += DURATION::FromSecondsByFloor(seconds);
+      } else {
+        time += seconds;
+      }
     }
   }
 }
@@ -209,6 +216,8 @@ void SAMPLED_ORBIT<T, S>::SavePolynomial(const char* file, int coordinate, int c
   CheckSample(coordinate, 0);
   const CURVE_FILE curve(file);
   const CURVE_FILE points(STRING(file) + ".pkt");
+  curve.NeedFile();
+  points.NeedFile();
   for (int i = 0; i < GetSampleCount(); ++i) {
     const auto t = static_cast<double>(SampleX(coordinate, i));
     if (start <= t && t <= end) points.Line(t, static_cast<double>(SampleY(coordinate, i)));

@@ -10,6 +10,8 @@ namespace varnoth {
 /// empty line behind it.
 class ENTRY_TEXT {
  public:
+  /// Nothing.
+  ENTRY_TEXT() = default;
   /// Comments and the key line up to where the value starts.
   ENTRY_TEXT(const char* key, TYPE_CODE type, const ARRAY<STRING>& comments);
 

@@ -33,6 +33,10 @@ void PARAMETER_POOL_ITEM::TakeKey(const char* item_key) {
 const ENTRY_TEXT& PARAMETER_POOL_ITEM::Text() const {
   if (text != nullptr) return *text;
   if (type == UNKNOWN) throw ERROR_UNHANDLED_CASE();
+  if (type >= TYPE_COUNT) {
+    text = std::make_unique<ENTRY_TEXT>();
+    return *text;
+  }
   auto made = std::make_unique<ENTRY_TEXT>(key, type, comments);
   value->AppendTo(*made);
   text = std::move(made);

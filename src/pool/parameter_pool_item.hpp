@@ -51,7 +51,7 @@ class PARAMETER_POOL_ITEM {
   ~PARAMETER_POOL_ITEM() = default;
 
   /// The entry's text, made when it is first asked for: afterwards the item must not be changed.
-  /// Throws ERROR_UNHANDLED_CASE for an item of type UNKNOWN.
+  /// Empty for a type code that no table row has; throws ERROR_UNHANDLED_CASE for UNKNOWN.
   const ENTRY_TEXT& Text() const;
 
   char key[ENTRY_READER::KEY_LIMIT + 1] = {};

@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <list>
+#include <type_traits>
 
 #include "foundation/errors.hpp"
 #include "pool/parameter_pool_item.hpp"
@@ -35,6 +36,43 @@ class LIST {
   mutable typename std::list<X>::iterator cursor;
 };
 
+/// The other in-memory type of a pair's type code.
+template <class V>
+struct TWIN_OF {
+  using TYPE = void;
+};
+template <class T>
+struct TWIN_OF<POINT<T>> {
+  using TYPE = RANGE<T>;
+};
+template <class T>
+struct TWIN_OF<RANGE<T>> {
+  using TYPE = POINT<T>;
+};
+template <class X>
+struct TWIN_OF<ARRAY<X>> {
+  using TYPE = std::conditional_t<std::is_void_v<typename TWIN_OF<X>::TYPE>, void,
+                                  ARRAY<typename TWIN_OF<X>::TYPE>>;
+};
+template <class V>
+using TWIN = typename TWIN_OF<V>::TYPE;
+
+template <class T>
+void CopyTwin(const POINT<T>& from, RANGE<T>& to) {
+  to = {from.x, from.y};
+}
+template <class T>
+void CopyTwin(const RANGE<T>& from, POINT<T>& to) {
+  to = {from.first, from.second};
+}
+template <class X, class Y>
+void CopyTwin(const ARRAY<X>& from, ARRAY<Y>& to) {
+  if (to.Resize(from.GetRange()) != ARRAY_OK) throw "ARRAY : can not copy array";
+  for (int i = 0; i < from.GetLength(); ++i) {
+    CopyTwin(from.GetElementBase(0)[i], to.GetElementBase(0)[i]);
+  }
+}
+
 /// The pending entries of a pool. A new item goes in front of the head, so that the list holds the
 /// entries in the reverse order of their adding; files in use show it in the order of new keys.
 class PARAMETER_POOL_LIST : public LIST<PARAMETER_POOL_ITEM> {
@@ -52,8 +90,9 @@ class PARAMETER_POOL_LIST : public LIST<PARAMETER_POOL_ITEM> {
   void add(const char* key, const V& value, const ARRAY<STRING>& comments) {
     add(PARAMETER_POOL_ITEM(key, value, comments));
   }
-  /// Copies the value of a key out. Throws PARAMETER_KEY_NOT_FOUND, WRONG_PARAMETER_TYPE if the
-  /// item holds another in-memory type, and what the copy throws.
+  /// Copies the value of a key out; a POINT and a RANGE of one type code stand for each other.
+  /// Throws PARAMETER_KEY_NOT_FOUND, WRONG_PARAMETER_TYPE if the item holds another in-memory type,
+  /// and what the copy throws.
   template <POOL_SCALAR X>
   void get(const char* key, X& value) {
     Copy(key, value);
@@ -71,9 +110,17 @@ class PARAMETER_POOL_LIST : public LIST<PARAMETER_POOL_ITEM> {
   template <class V>
   void Copy(const char* key, V& value) {
     if (find(key) == 0) throw PARAMETER_KEY_NOT_FOUND();
-    const auto* held = dynamic_cast<const POOL_VALUE_OF<V>*>(current().value.get());
-    if (held == nullptr) throw WRONG_PARAMETER_TYPE();
-    value = held->value;
+    if (const auto* held = dynamic_cast<const POOL_VALUE_OF<V>*>(current().value.get())) {
+      value = held->value;
+      return;
+    }
+    if constexpr (!std::is_void_v<TWIN<V>>) {
+      if (const auto* held = dynamic_cast<const POOL_VALUE_OF<TWIN<V>>*>(current().value.get())) {
+        CopyTwin(held->value, value);
+        return;
+      }
+    }
+    throw WRONG_PARAMETER_TYPE();
   }
 };
 

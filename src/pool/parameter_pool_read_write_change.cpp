@@ -88,7 +88,9 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::update() {
     // Without that file there is nothing that could be opened without following what
     // somebody else put there.
     if (created.empty() || !temporary.Open(temporary_name.c_str(), POOL_STREAM::MODE::READ_WRITE)) {
-      GlobalLog.set(ALARM) << "can not open parameter file " << temporary_name << "\n";
+      for (int told = 0; told < 2; ++told) {  // by the opening, and by who asked for it
+        GlobalLog.set(ALARM) << "can not open parameter file " << temporary_name << "\n";
+      }
       GlobalLog.set(ALARM) << "no permission to change pool file: " << file_name << "\n";
       throw NO_UPDATE_PERMISSION_FOR_POOL();
     }
@@ -129,18 +131,17 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::Merge(POOL_STREAM& temporary) {
 }
 
 void PARAMETER_POOL_READ_WRITE_CHANGE::TakeOver(const std::string& temporary_name) {
-  const auto fail = [&](int error) {
+  const auto tell_of_copy = [&] {
     GlobalLog.set(ALARM) << "the complete content is kept in: " << temporary_name << "\n";
-    GlobalLog.set(ALARM) << "can not update pool " << file_name << "\n";
-    LogSystemError(error);
   };
   POOL_STREAM temporary;
   const bool is_open = temporary.Open(temporary_name.c_str(), POOL_STREAM::MODE::READ);
   const std::string content = is_open ? temporary.ReadRest() : "";
   // The pool is not cut before all that takes its place is at hand.
   if (!is_open || temporary.HasError()) {
-    fail(errno);
+    LogSystemError(errno);
     GlobalLog.set(ALARM) << "Error opening file " << temporary_name << "\n";
+    tell_of_copy();
     throw ERROR_I_O();
   }
   stream.Rewind();
@@ -150,7 +151,10 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::TakeOver(const std::string& temporary_nam
     is_written = stream.Close();
   }
   if (!is_written) {
-    fail(errno);
+    const int error = errno;
+    GlobalLog.set(ALARM) << "can not update pool " << file_name << "\n";
+    LogSystemError(error);
+    tell_of_copy();
     throw ERROR_PARAMETER_POOL();
   }
   temporary.Close();

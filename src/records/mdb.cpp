@@ -161,17 +161,18 @@ void MDB::Open(std::ios::openmode mode) {
   }
   const STRING path = GetDirectory() + "/" + path_info.file;
   GlobalLog.set(DEBUG) << "mdb file: " << path << "\n";
-  if (!writing) {
-    // With the output that is added below these would empty or make a file.
-    mode &= ~(std::ios::trunc | std::ios::app);
-  } else if ((mode & (std::ios::in | std::ios::app | std::ios::ate)) == 0) {
-    mode |= std::ios::trunc;
-  }
+  // With the output that is added below these would empty or make a file.
+  if (!writing) mode &= ~(std::ios::trunc | std::ios::app);
+  mode |= std::ios::in;
   stream.clear();
-  stream.open(path.c_str(), mode | std::ios::in | std::ios::out);
+  stream.open(path.c_str(), mode | std::ios::out);
+  // A file that is not there has nothing to lose.
+  if (!stream.is_open() && writing && errno == ENOENT) {
+    stream.open(path.c_str(), mode | std::ios::trunc);
+  }
   // Whoever only reads needs no permission to write. A directory too can be opened for reading.
   if (!stream.is_open() && !writing && errno != EISDIR) {
-    stream.open(path.c_str(), mode | std::ios::in);
+    stream.open(path.c_str(), mode);
   }
   status.stream_open = stream.is_open();
   if (!status.stream_open) {

@@ -62,7 +62,7 @@ void RECORD_ITEM::Parse(const char* text) {
     utc = UNIVERSAL_TIME(text);
     type = RECORD_UTC;
   } else if (has_colon) {
-    met = MISSION_ELAPSED_TIME::Parse(text);
+    met = MISSION_ELAPSED_TIME(text);
     type = RECORD_MET;
   } else if (std::strchr(text, '.') != nullptr) {
     number = ParseNumber<double>(text);

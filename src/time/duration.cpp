@@ -15,6 +15,17 @@ constexpr std::int64_t DAY_MS = 86400000;
 constexpr std::int64_t DAY_US = 86400000000;
 constexpr double MAX_SECONDS = 9223372036854775.0;  // 2^63 ms
 
+double MillisecondsOf(double seconds) {
+  // Quiet comparison, and ahead of the product: neither a NaN nor an overflow may trap.
+  if (!std::isless(std::fabs(seconds), MAX_SECONDS)) throw ERROR_PARAMETER();
+  return seconds * 1000;
+}
+
+/// What is left of a number of milliseconds above its floor, to the nearest microsecond.
+std::int64_t Remainder(double milliseconds) {
+  return static_cast<std::int64_t>(std::rint((milliseconds - std::floor(milliseconds)) * 1000));
+}
+
 std::int32_t Low32(std::int64_t value) { return static_cast<std::int32_t>(value); }
 
 }  // namespace
@@ -26,13 +37,13 @@ DURATION::DURATION(std::int64_t d, std::int64_t ms, std::int64_t us) {
 }
 
 DURATION DURATION::FromSeconds(double seconds) {
-  // Quiet comparison, and ahead of the product: neither a NaN nor an overflow may trap.
-  if (!std::isless(std::fabs(seconds), MAX_SECONDS)) throw ERROR_PARAMETER();
-  const double x = seconds * 1000;
-  DURATION span;
-  span.AddMilliseconds(static_cast<std::int64_t>(x));
-  span.AddMicroseconds(static_cast<std::int64_t>(std::rint((x - std::floor(x)) * 1000)));
-  return span;
+  const double x = MillisecondsOf(seconds);
+  return {0, static_cast<std::int64_t>(x), Remainder(x)};
+}
+
+DURATION DURATION::FromSecondsByFloor(double seconds) {
+  const double x = MillisecondsOf(seconds);
+  return {0, static_cast<std::int64_t>(std::floor(x)), Remainder(x)};
 }
 
 void DURATION::AddDays(std::int64_t count) {

@@ -20,6 +20,8 @@ class DURATION {
   /// to 1000 (x - floor(x)): a negative number with a fraction of a millisecond comes out one
   /// millisecond too late.
   static DURATION FromSeconds(double seconds);
+  /// The same with the milliseconds by floor, so that negative numbers come out exactly.
+  static DURATION FromSecondsByFloor(double seconds);
 
   int Days() const { return days; }
   int Milliseconds() const { return milliseconds; }

@@ -137,8 +137,8 @@ TEST_F(MdbTest, FaultyFilesAreTold) {
   EXPECT_EQ(Log(),
             "WARN  : log : MDB::Read(): file f ends within item n\n"
             "WARN  : log : MDB::Read(): file f ends within record 1\n");
-  for (const std::string& value : {"= 1"s, ": 1x"s, ": 2147483648"s, ": 1.0e999"s, ": 1:x"s,
-                                   ": -1/0:0:0"s, ": " + std::string(100000, '1'), ": 1\0x"s}) {
+  for (const std::string& value : {"= 1"s, ": 1x"s, ": 2147483648"s, ": 1.0e999"s, ": -1/0:0:0"s,
+                                   ": " + std::string(100000, '1'), ": 1\0x"s}) {
     EXPECT_ANY_THROW(read("t " + value + "\n  n : 1\n"));
     EXPECT_NE(Log().find("ALARM : log : MDB::Read(): >>t "s + value.c_str()), std::string::npos);
   }
