@@ -1,19 +1,9 @@
 #pragma once
 
 #include "driver/geometry_state.hpp"
-#include "geometry/geolocation_work.hpp"
+#include "geometry/ground_point.hpp"
 
 namespace varnoth {
-
-/// A target on the ground as the geolocation gives it; position in m, Earth-fixed, angles in
-/// degrees.
-struct GROUND_POINT {
-  double position[3] = {};
-  double heading = 0.0;
-  double latitude = 0.0;
-  double longitude = 0.0;
-  double incidence = 0.0;
-};
 
 /// The zero-Doppler point of a scene at a range time (s, two-way) and a height (m), for a master
 /// state (m, m/s), on a side of the track: -1 left, +1 right. Throws what geolocation_fast throws.

@@ -1,6 +1,7 @@
 #include <cmath>
 
 #include "geometry/geolocation_search.hpp"
+#include "geometry/internal/geolocation_report.hpp"
 #include "geometry/internal/surface_search.hpp"
 #include "log/log.hpp"
 

@@ -2,34 +2,52 @@
 
 #include <cmath>
 
+#include "foundation/vector.hpp"
 #include "log/log.hpp"
 
 namespace varnoth {
 
-double CalcSlaveTime(const SCENE_ORBIT& orbit, const double target[3], double& range, double t) {
+CLOSEST_APPROACH FindClosestApproach(const SCENE_ORBIT& orbit, const double target[3],
+                                     double start) {
   constexpr double TOLERANCE = 1e-9;
   constexpr int LIMIT = 100;
+  CLOSEST_APPROACH found{.time = start,
+                         .range = 0.0,
+                         .status = SOLVER_STATUS::FOUND,
+                         .corrections = 0,
+                         .last_correction = 0.0,
+                         .residual = 0.0};
   double d[3] = {};
-  for (int corrections = 0;;) {
+  for (;;) {
     SATELLITE_STATE state{};
-    GetState(orbit, t, state);
+    GetState(orbit, found.time, state);
     Subtract(d, state.position, target);
-    const double f = DotProduct(d, state.velocity);
-    if (std::islessequal(std::fabs(f), TOLERANCE)) break;
-    const double dt =
-        -f / (DotProduct(state.acceleration, d) + DotProduct(state.velocity, state.velocity));
-    t += dt;
-    if (std::islessequal(std::fabs(dt), TOLERANCE)) break;
-    if (++corrections == LIMIT) {
-      GlobalLog.printf_line(WARNING,
-                            "iterations count %d exceeded in CalcSlaveTime( t=%G, Residuals: "
-                            "dt =%G, v_sat.r =%G)",
-                            LIMIT, t, dt, f);
+    found.residual = DotProduct(d, state.velocity);
+    if (std::islessequal(std::fabs(found.residual), TOLERANCE)) break;
+    found.last_correction = -found.residual / (DotProduct(state.acceleration, d) +
+                                               DotProduct(state.velocity, state.velocity));
+    found.time += found.last_correction;
+    ++found.corrections;
+    if (std::islessequal(std::fabs(found.last_correction), TOLERANCE)) break;
+    if (found.corrections == LIMIT) {
+      found.status = SOLVER_STATUS::NO_CONVERGENCE;
       break;
     }
   }
-  range = Length(d);
-  return t;
+  found.range = Length(d);
+  return found;
+}
+
+double CalcSlaveTime(const SCENE_ORBIT& orbit, const double target[3], double& range, double t) {
+  const CLOSEST_APPROACH found = FindClosestApproach(orbit, target, t);
+  if (found.status != SOLVER_STATUS::FOUND) {
+    GlobalLog.printf_line(WARNING,
+                          "iterations count %d exceeded in CalcSlaveTime( t=%G, Residuals: "
+                          "dt =%G, v_sat.r =%G)",
+                          found.corrections, found.time, found.last_correction, found.residual);
+  }
+  range = found.range;
+  return found.time;
 }
 
 }  // namespace varnoth

@@ -1,28 +1,24 @@
 #pragma once
 
-#include "orbit/general_orbit.hpp"
+#include "geometry/solver_status.hpp"
+#include "orbit/scene_orbit.hpp"
 
 namespace varnoth {
 
-/// Position (m), velocity (m/s) and acceleration (m/s²) of a satellite, Earth-fixed.
-struct SATELLITE_STATE {
-  double position[3];
-  double velocity[3];
-  double acceleration[3];
+/// Where a search for the time of closest approach ended.
+struct CLOSEST_APPROACH {
+  double time;             ///< s
+  double range;            ///< distance at the last evaluation, m
+  SOLVER_STATUS status;    ///< FOUND or NO_CONVERGENCE
+  int corrections;         ///< of the time
+  double last_correction;  ///< s
+  double residual;         ///< (P(t) - target) · V(t) at the last evaluation, m²/s
 };
 
-/// State of an orbit at a time (s) on the caller's axis; the orbit's time offset is added.
-inline void GetPosition(const SCENE_ORBIT& orbit, double time, double position[3]) {
-  orbit.core->GetPosition(time + orbit.time_offset, position);
-}
-inline void GetVelocity(const SCENE_ORBIT& orbit, double time, double velocity[3]) {
-  orbit.core->GetVelocity(time + orbit.time_offset, velocity);
-}
-inline void GetState(const SCENE_ORBIT& orbit, double time, SATELLITE_STATE& state) {
-  GetPosition(orbit, time, state.position);
-  GetVelocity(orbit, time, state.velocity);
-  orbit.core->GetAcceleration(time + orbit.time_offset, state.acceleration);
-}
+/// The search of `CalcSlaveTime` without its line. Logs, throws and allocates nothing but what the
+/// orbit does.
+CLOSEST_APPROACH FindClosestApproach(const SCENE_ORBIT& orbit, const double target[3],
+                                     double start);
 
 /// Time (s, before the orbit's time offset) at which an orbit passes closest to a fixed point
 /// `target` (m, Earth-fixed): a Newton search on f(t) = (P(t) - target) · V(t) from `t` on, to

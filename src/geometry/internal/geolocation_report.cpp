@@ -2,6 +2,7 @@
 
 #include "foundation/errors.hpp"
 #include "foundation/vector.hpp"
+#include "geometry/internal/geolocation_steps.hpp"
 #include "log/log.hpp"
 
 namespace varnoth {
@@ -37,39 +38,43 @@ void LogVerticalVelocity(const char* solver) {
   Alarm(solver) << "Vertical velocity not allowed (v_tan=0)\n";
 }
 
-void FailInsideTheEarth(const char* solver, double r) {
-  Alarm(solver) << "satellite position lies within the earth!\n";
-  Alarm(solver) << "length of satellite position is: " << r << "\n";
-  throw ERROR_ARGUMENT();
-}
-
-void FailSatelliteAngle(const char* solver) {
-  Alarm(solver) << "determination of angle theta failed!\n";
-  throw ERROR_UNHANDLED_CASE();
-}
-
-void FailIntersection(const GEOLOCATION_CALL& call, int step) {
-  LogNoIntersection(call.solver);
-  LogStep(call.solver, step);
-  LogCall(call);
-  throw ERROR_DATA();
-}
-
-void FailConvergence(const GEOLOCATION_CALL& call, int steps, double change, double range_residual,
-                     double doppler_residual, double tolerance) {
-  Alarm(call.solver) << "convergence problem\n";
-  LogCall(call);
-  GlobalLog.set(INFO) << "accuracy after " << steps << " steps: " << change << " " << range_residual
-                      << " " << doppler_residual << " (" << tolerance << ")\n";
-  throw ERROR_ALGORITHM();
-}
-
-void FailTargetAngle(const char* solver, const char* x_name, const char* y_name,
-                     const double target[3]) {
-  Alarm(solver) << "unexpected error!\n";
-  GlobalLog.set(ALARM) << x_name << ": " << target[0] << "\n";
-  GlobalLog.set(ALARM) << y_name << ": " << target[1] << "\n";
-  throw ERROR_ALGORITHM();
+void FailGeolocation(const char* solver, const ECHO& echo, const GROUND_POINT& point,
+                     const char* x_name, const char* y_name) {
+  const GEOLOCATION_CALL call{solver,
+                              echo.sat_pos,
+                              echo.sat_vel,
+                              echo.look_direction,
+                              echo.height,
+                              echo.rpole + echo.height,
+                              echo.requator + echo.height,
+                              " fast_time ",
+                              echo.fast_time};
+  switch (point.status) {
+    case SOLVER_STATUS::INSIDE_THE_EARTH:
+      Alarm(solver) << "satellite position lies within the earth!\n";
+      Alarm(solver) << "length of satellite position is: " << point.satellite_distance << "\n";
+      throw ERROR_ARGUMENT();
+    case SOLVER_STATUS::NO_SATELLITE_ANGLE:
+      Alarm(solver) << "determination of angle theta failed!\n";
+      throw ERROR_UNHANDLED_CASE();
+    case SOLVER_STATUS::NO_INTERSECTION:
+      LogNoIntersection(solver);
+      LogStep(solver, point.steps);
+      LogCall(call);
+      throw ERROR_DATA();
+    case SOLVER_STATUS::NO_CONVERGENCE:
+      Alarm(solver) << "convergence problem\n";
+      LogCall(call);
+      GlobalLog.set(INFO) << "accuracy after " << point.steps << " steps: " << point.radius_change
+                          << " " << point.range_residual << " " << point.doppler_residual << " ("
+                          << OFFSET_TOLERANCE << ")\n";
+      throw ERROR_ALGORITHM();
+    default:
+      Alarm(solver) << "unexpected error!\n";
+      GlobalLog.set(ALARM) << x_name << ": " << point.position[0] << "\n";
+      GlobalLog.set(ALARM) << y_name << ": " << point.position[1] << "\n";
+      throw ERROR_ALGORITHM();
+  }
 }
 
 }  // namespace varnoth

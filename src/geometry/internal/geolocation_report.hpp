@@ -1,5 +1,7 @@
 #pragma once
 
+#include "geometry/ground_point.hpp"
+
 namespace varnoth {
 
 /// What a geolocation solver was called with, as its failures tell it.
@@ -22,15 +24,11 @@ void LogNoIntersection(const char* solver);
 void LogStep(const char* solver, int step);
 void LogVerticalVelocity(const char* solver);
 
-/// The ends of the solvers that work on the Earth radius at the target; each logs and throws.
-[[noreturn]] void FailInsideTheEarth(const char* solver, double r);     // ERROR_ARGUMENT
-[[noreturn]] void FailSatelliteAngle(const char* solver);               // ERROR_UNHANDLED_CASE
-[[noreturn]] void FailIntersection(const GEOLOCATION_CALL&, int step);  // ERROR_DATA
-/// ERROR_ALGORITHM, with the last change of the radius, the residuals and their limit.
-[[noreturn]] void FailConvergence(const GEOLOCATION_CALL& call, int steps, double change,
-                                  double range_residual, double doppler_residual, double tolerance);
-/// ERROR_ALGORITHM; the names are those of the target's coordinates in the call.
-[[noreturn]] void FailTargetAngle(const char* solver, const char* x_name, const char* y_name,
-                                  const double target[3]);
+/// Words what ended a search for a ground point and throws: ERROR_ARGUMENT (inside the Earth),
+/// ERROR_UNHANDLED_CASE (no angle of the satellite), ERROR_DATA (no intersection), ERROR_ALGORITHM
+/// (no convergence, no angle of the target). The names are those of the target's first two
+/// coordinates in the call.
+[[noreturn]] void FailGeolocation(const char* solver, const ECHO& echo, const GROUND_POINT& point,
+                                  const char* x_name, const char* y_name);
 
 }  // namespace varnoth

@@ -5,7 +5,7 @@
 
 #include "foundation/vector.hpp"
 #include "geometry/geolocation_work.hpp"
-#include "geometry/internal/geolocation_report.hpp"
+#include "geometry/ground_point.hpp"
 #include "geometry/internal/plane_angle.hpp"
 
 /// The steps that geolocation solvers share; the formulas stand in docs/geometry.md. They are
@@ -69,17 +69,27 @@ inline double HeadingOf(double nu, double eu) {
   return (std::isgreaterequal(eu, 0.0) ? turn : TWO_PI - turn) * DEGREES_PER_RADIAN;
 }
 
+inline constexpr double OFFSET_TOLERANCE = 1e-9;  ///< m, and m/s for the Doppler residual
+inline constexpr int OFFSET_STEP_LIMIT = 21;
+
+/// What a target lies on: the raised ellipsoid and the sphere around the satellite.
+struct TARGET_SURFACES {
+  double b;      ///< polar radius, m
+  double e2;     ///< eccentricity squared
+  double range;  ///< m
+};
+
 /// Finds the target's offset in the satellite frame by the fixed point on the Earth radius at the
-/// target, on the raised figure of the call with the eccentricity squared `e2`; gives the number of
-/// steps. Fails as geolocation_fast does.
-inline int FindOffset(double offset[3], const SATELLITE_TRACK& track, const GEOLOCATION_CALL& call,
-                      double e2, double range, double los_velocity) {
-  constexpr double TOLERANCE = 1e-9;  // m, and m/s for the Doppler residual
-  constexpr int STEP_LIMIT = 21;
+/// target. Fills steps and residuals of `point`; false, with its status, if there is none.
+inline bool FindOffset(double offset[3], GROUND_POINT& point, const SATELLITE_TRACK& track,
+                       const TARGET_SURFACES& surfaces, const ECHO& echo) {
+  const double e2 = surfaces.e2;
+  const double range = surfaces.range;
+  const double los_velocity = echo.los_velocity;
   // A residual that is not a number does not ask for a step, so that it can't keep the loop going.
-  const auto open = [](double residual) { return std::isgreaterequal(residual, TOLERANCE); };
+  const auto open = [](double residual) { return std::isgreaterequal(residual, OFFSET_TOLERANCE); };
   const double r = track.r;
-  double rho = call.rpole / std::sqrt(1.0 - e2 * track.cos_phi * track.cos_phi);
+  double rho = surfaces.b / std::sqrt(1.0 - e2 * track.cos_phi * track.cos_phi);
   double previous = 0.0;
   double range_residual = 10.0;
   double doppler_residual = 10.0;
@@ -92,26 +102,34 @@ inline int FindOffset(double offset[3], const SATELLITE_TRACK& track, const GEOL
     dz = (r * r + range * range - rho * rho) / (2.0 * r);
     dx = (track.vr * dz + range * los_velocity) / track.vx;
     const double q = range * range - dx * dx - dz * dz;
-    if (std::isless(q, 0.0)) FailIntersection(call, steps);
-    dy = call.look_direction * std::sqrt(q);
+    if (std::isless(q, 0.0)) {
+      point.steps = steps;
+      point.status = SOLVER_STATUS::NO_INTERSECTION;
+      return false;
+    }
+    dy = echo.look_direction * std::sqrt(q);
     const double psi = std::asin(
         ((r - dz) * track.sin_phi + (track.nu * dx - track.eu * dy) * track.cos_phi) / rho);
     const double length = std::sqrt(dx * dx + dy * dy + dz * dz);
     range_residual = std::fabs(length - range);
     doppler_residual = std::fabs((track.vx * dx - track.vr * dz) / length - los_velocity);
     const double cos_psi = std::cos(psi);
-    const double next = call.rpole / std::sqrt(1.0 - e2 * cos_psi * cos_psi);
-    if (steps == STEP_LIMIT) {
-      FailConvergence(call, STEP_LIMIT, std::fabs(next - rho), range_residual, doppler_residual,
-                      TOLERANCE);
+    const double next = surfaces.b / std::sqrt(1.0 - e2 * cos_psi * cos_psi);
+    if (steps == OFFSET_STEP_LIMIT) {
+      point.status = SOLVER_STATUS::NO_CONVERGENCE;
+      point.radius_change = std::fabs(next - rho);
+      break;
     }
     previous = rho;
     rho = next;
   }
+  point.steps = steps;
+  point.range_residual = range_residual;
+  point.doppler_residual = doppler_residual;
   offset[0] = dx;
   offset[1] = dy;
   offset[2] = dz;
-  return steps;
+  return point.status == SOLVER_STATUS::FOUND;
 }
 
 /// The rotation from the satellite frame to the Earth-fixed one, row by row.

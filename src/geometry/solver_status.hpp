@@ -1,0 +1,19 @@
+#pragma once
+
+namespace varnoth {
+
+/// How a solver's search ended. Solvers return it with the numbers that tell of it; whoever calls
+/// words the failure.
+enum class SOLVER_STATUS {
+  FOUND,
+  INSIDE_THE_EARTH,    ///< the satellite is nearer to the centre than the pole
+  NO_SATELLITE_ANGLE,  ///< the satellite's coordinates are not numbers
+  NO_INTERSECTION,     ///< sphere and ellipsoid do not meet
+  NO_CONVERGENCE,      ///< the steps ran out
+  NO_TARGET_ANGLE,     ///< the target's coordinates are not numbers
+};
+
+/// A status in a few words, for instance "no convergence".
+const char* StatusText(SOLVER_STATUS status);
+
+}  // namespace varnoth
