@@ -2,16 +2,11 @@
 
 #include "driver/geometry_state.hpp"
 #include "geometry/bistatic_b.hpp"
-#include "geometry/geolocation_work.hpp"
 
 namespace varnoth {
 
-/// The eleven evenly spaced range samples of the sweep, and the second target's height over the
-/// first.
+/// The evenly spaced range samples of the sweep.
 inline constexpr int SWEEP_SAMPLES = 11;
-inline constexpr double HEIGHT_STEP = 100.0;  // m
-/// Metres per cycle of a sample whose baseline is too short to tell heights apart.
-inline constexpr double NO_HEIGHT_CONVERSION = 999999999999999.0;
 
 /// What later phases need of the sweep beside the state.
 struct SWEEP {
@@ -32,7 +27,6 @@ struct SWEEP {
 /// out baseline, range difference, height per cycle and viewing angles of each. Leaves the sums of
 /// `height_conversion_factor`, `eff_baseline` and `delta_r` in the state, and writes one table per
 /// line. The formulas stand in docs/geometry.md. Throws what the geolocation and the orbits throw.
-void sweep_flat_earth(GEOMETRY_STATE& state, SWEEP& sweep, GEOLOCATION_WORK& work,
-                      BISTATIC_B& bistatic);
+void sweep_flat_earth(GEOMETRY_STATE& state, SWEEP& sweep, BISTATIC_B& bistatic);
 
 }  // namespace varnoth

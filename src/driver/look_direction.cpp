@@ -5,7 +5,6 @@
 #include "driver/scene_geometry.hpp"
 #include "driver/scene_parameters.hpp"
 #include "foundation/constants.hpp"
-#include "geometry/slave_time.hpp"
 #include "log/log.hpp"
 
 namespace varnoth {
@@ -24,11 +23,10 @@ float Radians(float degrees) {
 
 /// Plain distance in degrees, without a weight on the longitude, between the mid point of the scene
 /// on one side of the track and the stated centre.
-double DistanceFromCentre(const GEOMETRY_STATE& state, GEOLOCATION_WORK& work,
-                          const double position[3], const double velocity[3], double side) {
+double DistanceFromCentre(const GEOMETRY_STATE& state, const MASTER_LINE& line, double side) {
   const double range_time = 0.5 * (state.master_first_rg_time + state.master_last_rg_time);
-  const GROUND_POINT point =
-      Locate(state, work, position, velocity, side, state.local_height, range_time);
+  const GROUND_POINT point = Locate({line.position, line.velocity, side, state.local_height,
+                                     state.rpole, state.requator, range_time});
   const double north =
       point.latitude - static_cast<double>(state.center_latitude[MASTER]) * 180.0 / PI;
   double east = point.longitude - static_cast<double>(state.center_longitude[MASTER]) * 180.0 / PI;
@@ -39,8 +37,8 @@ double DistanceFromCentre(const GEOMETRY_STATE& state, GEOLOCATION_WORK& work,
 
 }  // namespace
 
-void settle_look_direction(GEOMETRY_STATE& state, GEOLOCATION_WORK& work,
-                           PARAMETER_POOL& master_pool, PARAMETER_POOL& slave_pool) {
+void settle_look_direction(GEOMETRY_STATE& state, PARAMETER_POOL& master_pool,
+                           PARAMETER_POOL& slave_pool) {
   if (state.look_direction[MASTER] == state.look_direction[SLAVE]) {
     state.sensor_look_direction = state.look_direction[MASTER];
     GlobalLog.printf_line(INFO, "take look direction from input scenes");
@@ -55,12 +53,9 @@ void settle_look_direction(GEOMETRY_STATE& state, GEOLOCATION_WORK& work,
     state.center_latitude[MASTER] = Radians(state.center_latitude[MASTER]);
     state.center_longitude[MASTER] = Radians(state.center_longitude[MASTER]);
     const double azimuth_time = 0.5 * (state.master_first_az_time + state.master_last_az_time);
-    double position[3] = {};
-    double velocity[3] = {};
-    GetPosition(state.master_orbit, azimuth_time, position);
-    GetVelocity(state.master_orbit, azimuth_time, velocity);
-    const double left = DistanceFromCentre(state, work, position, velocity, LEFT);
-    const double right = DistanceFromCentre(state, work, position, velocity, RIGHT);
+    const MASTER_LINE line = LineAt(state.master_orbit, azimuth_time);
+    const double left = DistanceFromCentre(state, line, LEFT);
+    const double right = DistanceFromCentre(state, line, RIGHT);
     state.sensor_look_direction = left > right ? RIGHT : LEFT;
   }
   log_look_direction(INFO, "Sensor look direction is: ", state.sensor_look_direction);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "driver/geometry_state.hpp"
-#include "geometry/geolocation_work.hpp"
 #include "pool/parameter_pool.hpp"
 
 namespace varnoth {
@@ -10,7 +9,7 @@ namespace varnoth {
 /// differ, neither is trusted: the scene's mid point is placed on both sides of the track, and the
 /// side that lands nearer to the centre that the master pool states is taken (left if both are as
 /// near). Throws what the geolocation and the pools throw.
-void settle_look_direction(GEOMETRY_STATE& state, GEOLOCATION_WORK& work,
-                           PARAMETER_POOL& master_pool, PARAMETER_POOL& slave_pool);
+void settle_look_direction(GEOMETRY_STATE& state, PARAMETER_POOL& master_pool,
+                           PARAMETER_POOL& slave_pool);
 
 }  // namespace varnoth

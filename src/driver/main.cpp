@@ -71,16 +71,15 @@ void run(CONTROLLER_IFC& controller, SoftwareIdentity& identity, SoftwareLog& in
   read_scene_parameters(state, master_pool, slave_pool, insar_pool);
   take_ellipsoid_radii(state);
   BISTATIC_B bistatic;
-  GEOLOCATION_WORK work{};
   work_out_end_times(state);
-  settle_look_direction(state, work, master_pool, slave_pool);
+  settle_look_direction(state, master_pool, slave_pool);
 
   GlobalLog.printf_line(INFO, "starting flat earth calculation");
   SWEEP sweep;
-  sweep_flat_earth(state, sweep, work, bistatic);
+  sweep_flat_earth(state, sweep, bistatic);
   work_out_statistics(state, sweep);
   fit_flat_earth_polynomials(state, sweep, configuration.flat_earth_poly_degree);
-  print_nine_point_grids(state, work);
+  print_nine_point_grids(state);
 
   annotate_results(state, insar_pool);
   information.update_pool(log_pool.Pool(), identity);

@@ -1,7 +1,6 @@
 #include "driver/nine_point_grids.hpp"
 
 #include "driver/scene_geometry.hpp"
-#include "geometry/slave_time.hpp"
 #include "log/log.hpp"
 #include "tables/log_table.hpp"
 
@@ -38,8 +37,8 @@ class GRID_TABLE {
 
 }  // namespace
 
-void print_nine_point_grids(const GEOMETRY_STATE& state, GEOLOCATION_WORK& work) {
-  const double factor = state.IsSinglePass() ? 0.5 : 1.0;
+void print_nine_point_grids(const GEOMETRY_STATE& state) {
+  const PAIR_CONSTANTS pair = ConstantsOf(state);
   ARRAY<double> samples(0, POINTS);
   double* const s = samples.GetElementBase(0);
   s[0] = 0.0;
@@ -49,28 +48,23 @@ void print_nine_point_grids(const GEOMETRY_STATE& state, GEOLOCATION_WORK& work)
   GRID_TABLE baseline_table(samples);
 
   for (int j = 0; j < POINTS; ++j) {
-    const double line = (state.n_lines - 1.0) * (j * 0.5);
-    const double azimuth_time = line / state.prf[MASTER] + state.master_first_az_time;
-    double master[3] = {};
-    double velocity[3] = {};
-    GetPosition(state.master_orbit, azimuth_time, master);
-    GetVelocity(state.master_orbit, azimuth_time, velocity);
+    const double line_number = (state.n_lines - 1.0) * (j * 0.5);
+    const MASTER_LINE line =
+        LineAt(state.master_orbit, line_number / state.prf[MASTER] + state.master_first_az_time);
     ARRAY<double> baselines(0, POINTS);
     ARRAY<double> effectives(0, POINTS);
     for (int m = 0; m < POINTS; ++m) {
       const double range_time =
           s[m] / state.range_sampling_frequency[MASTER] + state.master_first_rg_time;
-      const GROUND_POINT point = Locate(state, work, master, velocity, state.sensor_look_direction,
-                                        state.local_height, range_time);
-      double slave[3] = {};
-      GetPosition(state.slave_orbit, SlaveTime(state, point.position), slave);
-      const double baseline = Distance(master, slave);
-      const double delta_r = Distance(master, point.position) - Distance(slave, point.position);
-      baselines.GetElementBase(0)[m] = baseline;
-      effectives.GetElementBase(0)[m] = EffectiveBaseline(baseline, delta_r) * factor;
+      SAMPLE_GEOMETRY sample;
+      sample.target = Locate(EchoOf(pair, line, range_time, state.local_height));
+      PlaceSlave(sample, pair);
+      MeasureBaseline(sample, pair, line);
+      baselines.GetElementBase(0)[m] = sample.baseline;
+      effectives.GetElementBase(0)[m] = sample.effective_baseline;
     }
-    effective_table.Line(line, effectives);
-    baseline_table.Line(line, baselines);
+    effective_table.Line(line_number, effectives);
+    baseline_table.Line(line_number, baselines);
   }
   effective_table.Print("Effective Baseline for a 9-point grid .. ");
   baseline_table.Print("Baseline for a 9-point grid .. ");

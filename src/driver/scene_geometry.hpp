@@ -1,22 +1,14 @@
 #pragma once
 
 #include "driver/geometry_state.hpp"
-#include "geometry/ground_point.hpp"
+#include "geometry/sample_geometry.hpp"
 
 namespace varnoth {
 
-/// The zero-Doppler point of a scene at a range time (s, two-way) and a height (m), for a master
-/// state (m, m/s), on a side of the track: -1 left, +1 right. Throws what geolocation_fast throws.
-GROUND_POINT Locate(const GEOMETRY_STATE& state, GEOLOCATION_WORK& work, const double position[3],
-                    const double velocity[3], double side, double height, double range_time);
+/// What the library's geometry of a sample takes from the scene, behind `settle_look_direction`.
+PAIR_CONSTANTS ConstantsOf(const GEOMETRY_STATE& state);
 
-/// Time (s) at which the slave passes closest to a target.
-double SlaveTime(const GEOMETRY_STATE& state, const double target[3]);
-
-/// Distance of two points, m.
-double Distance(const double a[3], const double b[3]);
-
-/// What a baseline has across the line of sight: sqrt(B² - ΔR²), m.
-double EffectiveBaseline(double baseline, double delta_r);
+/// The point that an echo comes from, with the solver's lines. Throws what geolocation_fast throws.
+GROUND_POINT Locate(const ECHO& echo);
 
 }  // namespace varnoth

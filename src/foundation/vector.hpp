@@ -110,5 +110,10 @@ inline void CrossProduct(double result[3], const double a[3], const double b[3])
 inline void Subtract(double result[3], const double a[3], const double b[3]) {
   for (int i = 0; i < 3; ++i) result[i] = a[i] - b[i];
 }
+inline double Distance(const double a[3], const double b[3]) {
+  double difference[3] = {};
+  Subtract(difference, a, b);
+  return Length(difference);
+}
 
 }  // namespace varnoth

@@ -10,10 +10,11 @@
 
 namespace varnoth {
 
-BISTATIC_B::BISTATIC_B() : BISTATIC_B(SPEED_OF_LIGHT, 3.3356409519815204e-09, 0.0, 3, 1e-15) {}
+BISTATIC_SEARCH::BISTATIC_SEARCH()
+    : BISTATIC_SEARCH(SPEED_OF_LIGHT, 3.3356409519815204e-09, 0.0, 3, 1e-15) {}
 
-BISTATIC_B::BISTATIC_B(double light_speed, double inverse_light_speed, double offset,
-                       int samples_wanted, double tolerance)
+BISTATIC_SEARCH::BISTATIC_SEARCH(double light_speed, double inverse_light_speed, double offset,
+                                 int samples_wanted, double tolerance)
     : speed_of_light(light_speed),
       inverse_speed_of_light(inverse_light_speed),
       time_offset(offset),
@@ -38,8 +39,9 @@ BISTATIC_B::~BISTATIC_B() {
   }
 }
 
-double BISTATIC_B::AddOneWayDelay(double delay, const double position[3], const double target[3],
-                                  const double up[3], double zenith_delay) const {
+double BISTATIC_SEARCH::AddOneWayDelay(double delay, const double position[3],
+                                       const double target[3], const double up[3],
+                                       double zenith_delay) const {
   double d[3] = {};
   Subtract(d, position, target);
   const double distance = Length(d);
@@ -48,11 +50,11 @@ double BISTATIC_B::AddOneWayDelay(double delay, const double position[3], const 
          (distance / std::fabs(DotProduct(d, up))) * zenith_delay;
 }
 
-void BISTATIC_B::Evaluate(double& velocity_squared, double& closest_time, double& minimum_delay,
-                          const double target[3], const SCENE_ORBIT& receive_orbit,
-                          double centre_time, double span, double zenith_delay,
-                          const SCENE_ORBIT& transmit_orbit, VECTOR<double>* residuals,
-                          bool shift_time) {
+void BISTATIC_SEARCH::Evaluate(double& velocity_squared, double& closest_time,
+                               double& minimum_delay, const double target[3],
+                               const SCENE_ORBIT& receive_orbit, double centre_time, double span,
+                               double zenith_delay, const SCENE_ORBIT& transmit_orbit,
+                               VECTOR<double>* residuals, bool shift_time) {
   double up[3] = {};
   const double target_length = Length(target);
   for (int i = 0; i < 3; ++i) up[i] = target[i] / target_length;
@@ -98,19 +100,19 @@ void BISTATIC_B::Evaluate(double& velocity_squared, double& closest_time, double
   minimum_delay = static_cast<double>(std::sqrt(p[0] - (0.25L * p[1] * p[1]) / p[2]));
 }
 
-void BISTATIC_B::EvaluateMonostatic(double& velocity_squared, double& closest_time,
-                                    double& minimum_delay, const double target[3],
-                                    const SCENE_ORBIT& orbit, double time,
-                                    double zenith_delay) const {
-  double range = 0.0;
-  const double t = CalcSlaveTime(orbit, target, range, time + time_offset);
+void BISTATIC_SEARCH::EvaluateMonostatic(double& velocity_squared, double& closest_time,
+                                         double& minimum_delay, const double target[3],
+                                         const SCENE_ORBIT& orbit, double time, double zenith_delay,
+                                         TELL_SEARCH tell) const {
+  const CLOSEST_APPROACH found = FindClosestApproach(orbit, target, time + time_offset);
+  if (found.status != SOLVER_STATUS::FOUND && tell != nullptr) tell(found);
   SATELLITE_STATE state{};
-  GetState(orbit, t, state);
+  GetState(orbit, found.time, state);
   double d[3] = {};
   Subtract(d, state.position, target);
   const double w = Length(d) * zenith_delay * Length(target) / std::fabs(DotProduct(target, d));
-  closest_time = t - time_offset;
-  minimum_delay = 2.0 * (inverse_speed_of_light * range + w);
+  closest_time = found.time - time_offset;
+  minimum_delay = 2.0 * (inverse_speed_of_light * found.range + w);
   velocity_squared = DotProduct(d, state.acceleration) + DotProduct(state.velocity, state.velocity);
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "geometry/geolocation_work.hpp"
+#include "geometry/ground_point.hpp"
 
 namespace varnoth {
 
@@ -37,5 +37,9 @@ void geolocation_fast(GEOLOCATION_WORK& work, const double sat_pos[3], const dou
                       double earth_vect[3], double& heading, double& latitude, double& longitude,
                       double& incidence, double look_direction, double height, double rpole,
                       double requator, double fast_time, double los_velocity);
+
+/// Writes the lines of `geolocation_fast` for a search that ended: at TRACE its steps, or a
+/// failure's at ALARM, behind which it throws as told above.
+void TellGeolocation(const ECHO& echo, const GROUND_POINT& point);
 
 }  // namespace varnoth

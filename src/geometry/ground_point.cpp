@@ -72,8 +72,8 @@ GROUND_POINT LocateEcho(const ECHO& echo, GEOLOCATION_WORK& work) {
 
   SetNormal(work.normal, phi, lambda.sine, lambda.cosine);
   Subtract(work.look, work.earth_vect, echo.sat_pos);
-  point.incidence = std::acos(-Dot<ORDER>(work.normal, work.look) / Size<ORDER>(work.look)) *
-                    DEGREES_PER_RADIAN;
+  point.incidence =
+      std::acos(-Dot<ORDER>(work.normal, work.look) / Size<ORDER>(work.look)) * DEGREES_PER_RADIAN;
   return point;
 }
 

@@ -7,24 +7,24 @@ namespace varnoth {
 
 /// An echo to be placed on the ground: who heard it, after what time, and on which figure.
 struct ECHO {
-  const double* sat_pos;       ///< three coordinates, m, Earth-fixed
-  const double* sat_vel;       ///< m/s; must not be radial
-  double look_direction;       ///< +1 or -1, factor on the cross-track component
-  double height;               ///< m, raises both radii by the same amount
-  double rpole;                ///< radii of the ellipsoid, m
+  const double* sat_pos;  ///< three coordinates, m, Earth-fixed
+  const double* sat_vel;  ///< m/s; must not be radial
+  double look_direction;  ///< +1 or -1, factor on the cross-track component
+  double height;          ///< m, raises both radii by the same amount
+  double rpole;           ///< radii of the ellipsoid, m
   double requator;
-  double fast_time;            ///< two-way travel time, s
-  double los_velocity = 0.0;   ///< m/s; 0 asks for the zero-Doppler point
+  double fast_time;           ///< two-way travel time, s
+  double los_velocity = 0.0;  ///< m/s; 0 asks for the zero-Doppler point
 };
 
 /// Where an echo comes from. The numbers hold as far as the search came: all of them for FOUND,
 /// position, heading and residuals for NO_TARGET_ANGLE.
 struct GROUND_POINT {
   double position[3] = {};  ///< m, Earth-fixed
-  double heading = 0.0;     ///< of the track at the satellite, degrees from north over east, 0 to 360
-  double latitude = 0.0;    ///< degrees, geodetic on the raised ellipsoid
-  double longitude = 0.0;   ///< degrees, 0 to 360
-  double incidence = 0.0;   ///< degrees between the ellipsoid's normal and the ray to the satellite
+  double heading = 0.0;   ///< of the track at the satellite, degrees from north over east, 0 to 360
+  double latitude = 0.0;  ///< degrees, geodetic on the raised ellipsoid
+  double longitude = 0.0;  ///< degrees, 0 to 360
+  double incidence = 0.0;  ///< degrees between the ellipsoid's normal and the ray to the satellite
 
   SOLVER_STATUS status = SOLVER_STATUS::FOUND;
   int steps = 0;
@@ -37,9 +37,9 @@ struct GROUND_POINT {
 /// In which order the products of vectors are summed; the last digits differ.
 enum class SUMMATION { FORWARD, BACKWARD };
 
-/// Places an echo on the ground: the point of an ellipsoid raised by a height that lies at the slant
-/// range c · `fast_time` / 2 from the satellite, on the chosen side of the track, with a wanted
-/// line-of-sight velocity.
+/// Places an echo on the ground: the point of an ellipsoid raised by a height that lies at the
+/// slant range c · `fast_time` / 2 from the satellite, on the chosen side of the track, with a
+/// wanted line-of-sight velocity.
 ///
 /// Range and line-of-sight velocity give two components of the target's offset in a
 /// satellite-centred frame in closed form for a trial Earth radius at the target; the third comes

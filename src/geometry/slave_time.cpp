@@ -38,14 +38,16 @@ CLOSEST_APPROACH FindClosestApproach(const SCENE_ORBIT& orbit, const double targ
   return found;
 }
 
+void TellOpenSearch(const CLOSEST_APPROACH& search) {
+  GlobalLog.printf_line(WARNING,
+                        "iterations count %d exceeded in CalcSlaveTime( t=%G, Residuals: "
+                        "dt =%G, v_sat.r =%G)",
+                        search.corrections, search.time, search.last_correction, search.residual);
+}
+
 double CalcSlaveTime(const SCENE_ORBIT& orbit, const double target[3], double& range, double t) {
   const CLOSEST_APPROACH found = FindClosestApproach(orbit, target, t);
-  if (found.status != SOLVER_STATUS::FOUND) {
-    GlobalLog.printf_line(WARNING,
-                          "iterations count %d exceeded in CalcSlaveTime( t=%G, Residuals: "
-                          "dt =%G, v_sat.r =%G)",
-                          found.corrections, found.time, found.last_correction, found.residual);
-  }
+  if (found.status != SOLVER_STATUS::FOUND) TellOpenSearch(found);
   range = found.range;
   return found.time;
 }

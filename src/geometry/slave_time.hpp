@@ -20,6 +20,12 @@ struct CLOSEST_APPROACH {
 CLOSEST_APPROACH FindClosestApproach(const SCENE_ORBIT& orbit, const double target[3],
                                      double start);
 
+/// What is done with a search that did not end.
+using TELL_SEARCH = void (*)(const CLOSEST_APPROACH&);
+
+/// Tells of it at WARNING.
+void TellOpenSearch(const CLOSEST_APPROACH& search);
+
 /// Time (s, before the orbit's time offset) at which an orbit passes closest to a fixed point
 /// `target` (m, Earth-fixed): a Newton search on f(t) = (P(t) - target) · V(t) from `t` on, to
 /// |f| <= 1e-9 m²/s or a correction of 1e-9 s.
