@@ -1,0 +1,220 @@
+"""What a pair comes to, calculated from orbits given as formulas and without any code of the program:
+targets by Newton's method on their three conditions, travel times by repeated substitution, polynomials
+from normal equations in fractions."""
+
+import cmath
+import math
+import struct
+from fractions import Fraction
+from types import SimpleNamespace
+
+C = 299792458.0
+LINES = ("early_az", "late_az")
+
+
+def dot(a, b):
+    return sum(x * y for x, y in zip(a, b))
+
+
+def minus(a, b):
+    return [x - y for x, y in zip(a, b)]
+
+
+def cross(a, b):
+    return [a[i - 2] * b[i - 1] - a[i - 1] * b[i - 2] for i in range(3)]
+
+
+def unit(a):
+    return [x / math.hypot(*a) for x in a]
+
+
+def single(x):
+    return struct.unpack("f", struct.pack("f", x))[0]
+
+
+def angle(a, b):
+    return math.degrees(math.atan2(math.hypot(*cross(a, b)), dot(a, b)))
+
+
+class Orbit:
+    """A path whose radius swings by a small part and whose node drifts; times are of the scenes' axis."""
+
+    def __init__(self, radius, swing, inclination, node, start, rate, drift, zero):
+        self.radius, self.swing, self.inclination, self.zero = radius, swing, inclination, zero
+        self.node, self.start, self.rate, self.drift = node, start, rate, drift
+
+    def complex_position(self, t):
+        t -= self.zero
+        u, n = self.start + self.rate * t, self.node - self.drift * t
+        r, i = self.radius * (1 + self.swing * cmath.cos(self.rate * t + 0.7)), self.inclination
+        along, aside = cmath.cos(u), cmath.sin(u) * math.cos(i)
+        return (r * (along * cmath.cos(n) - aside * cmath.sin(n)),
+                r * (along * cmath.sin(n) + aside * cmath.cos(n)), r * cmath.sin(u) * math.sin(i))
+
+    def position(self, t):
+        return [x.real for x in self.complex_position(t)]
+
+    def velocity(self, t):
+        return [x.imag / 1e-20 for x in self.complex_position(t + 1e-20j)]
+
+    def acceleration(self, t):
+        return minus(self.velocity(t + 0.5), self.velocity(t - 0.5))  # to 1e-7, of a time's correction
+
+    def approach(self, p, t):
+        """When it is closest to a point, and the squared speed of the parabola that the range follows."""
+        for _ in range(10):
+            d, v = minus(self.position(t), p), self.velocity(t)
+            squared_speed = dot(v, v) + dot(d, self.acceleration(t))
+            t -= dot(d, v) / squared_speed
+        return t, squared_speed
+
+
+def target(s, v, distance, a, b, side):
+    """The point at a distance on an ellipsoid across the track: side -1 is left, +1 right."""
+    down = unit([-x for x in s])
+    right = unit(cross(down, v))
+    p = [x + distance * (0.8 * y + 0.6 * side * z) for x, y, z in zip(s, down, right)]
+    for _ in range(20):
+        d, normal = minus(p, s), [p[0] / a**2, p[1] / a**2, p[2] / b**2]
+        misfits = (dot(d, d) - distance**2) / 2, (dot(p, normal) - 1) / 2, dot(d, v)
+        columns = cross(normal, v), cross(v, d), cross(d, normal)
+        p = [x - dot(misfits, row) / dot(d, columns[0]) for x, row in zip(p, zip(*columns))]
+    return p
+
+
+def travel(receiver, transmitter, p, start, scene):
+    """Time of the shortest way from transmitter over the point to receiver, and how long it takes: lowest
+    point of the parabola through three squared travel times over the stay in the azimuth band."""
+    t, squared_speed = receiver.approach(p, start)
+    distance = math.dist(receiver.position(t), p)
+    span = scene["az_bandwidth"] * C * distance / (2 * squared_speed * scene["radar_frequency"])
+
+    def squared(x):
+        back = math.dist(receiver.position(t + x), p) / C
+        way = 2 * back
+        for _ in range(20):
+            way = back + math.dist(transmitter.position(t + x - way), p) / C
+        return way * way
+    low, mid, high = squared(-span / 2), squared(0.0), squared(span / 2)
+    slope, bend = (high - low) / span, 2 * (high + low - 2 * mid) / span**2
+    return t - slope / (2 * bend), math.sqrt(mid - slope**2 / (4 * bend))
+
+
+def fit(xs, ys, degree):
+    """Least squares; exact but for the rounding of the result."""
+    xs, ys, size = [Fraction(x) for x in xs], [Fraction(y) for y in ys], degree + 1
+    rows = [[sum(x**(i + j) for x in xs) for j in range(size)] +
+            [sum(y * x**i for x, y in zip(xs, ys))] for i in range(size)]
+    for i in range(size):
+        rows[i] = [x / rows[i][i] for x in rows[i]]
+        for j in range(size):
+            if j != i:
+                rows[j] = [x - rows[j][i] * y for x, y in zip(rows[j], rows[i])]
+    return [float(row[-1]) for row in rows]
+
+
+class Scene:
+    """Answers to where a line and a sample lie, and how the slave sees them."""
+
+    def __init__(self, pair):
+        self.pair, self.single = pair, pair.insar["observation_mode"] == "single_pass"
+
+    def at(self, line, sample):
+        pair, m, s, insar = self.pair, self.pair.master, self.pair.slave, self.pair.insar
+        out = SimpleNamespace(line=line, spl=sample, dtau=sample / m["range_sampling_frequency"])
+        t = insar["master_first_az_time"] + line / m["prf"]
+        distance = C / 2 * (insar["master_first_rg_time"] + out.dtau)
+        out.s, out.v = s_, v_ = pair.orbits[0].position(t), pair.orbits[0].velocity(t)
+        a, b = (r + pair.height for r in m["ellipsoid_parameters"][7:])
+        out.p = target(s_, v_, distance, a, b, pair.side)
+        higher = target(s_, v_, distance, a + 100, b + 100, pair.side)
+        normal = [out.p[0] / a**2, out.p[1] / a**2, out.p[2] / b**2]
+        out.longitude = math.degrees(math.atan2(normal[1], normal[0])) % 360
+        out.latitude = math.degrees(math.atan2(normal[2], math.hypot(*normal[:2])))
+        east = unit([-s_[1], s_[0], 0])
+        out.heading = math.degrees(math.atan2(dot(v_, east), dot(v_, unit(cross(s_, east))))) % 360
+        out.time = pair.orbits[1].approach(out.p, insar["slave_first_az_time"])[0]
+        position = pair.orbits[1].position(out.time)
+        out.master_range, out.slave_range = distance, math.dist(position, out.p)
+        out.master_look, out.slave_look = (angle(x, minus(x, out.p)) for x in (s_, position))
+        out.master_incidence, out.slave_incidence = (angle(normal, minus(x, out.p)) for x in (s_, position))
+        out.baseline, out.delta_r = math.dist(s_, position), distance - out.slave_range
+        out.effective = math.sqrt(out.baseline**2 - out.delta_r**2) / (2 if self.single else 1)
+        waves = [C / m["radar_frequency"], C / s["radar_frequency"]]
+        if self.single:
+            out.time, way = travel(*pair.orbits[::-1], out.p, t, s)
+            _, raised = travel(*pair.orbits[::-1], higher, t, s)
+            out.phase = 2 * distance / waves[0] - C * way / waves[1]
+            out.metres = 100 / (C * (raised - way) / waves[1])  # the master's ranges are equal
+        else:
+            out.phase = 2 * distance / waves[0] - 2 * out.slave_range / waves[1]
+            out.metres = 100 / (2 * (math.dist(position, higher) - out.slave_range) / waves[1])
+        return out
+
+
+def reference(pair):
+    """The results by key, and the numbers of the log in their order, each with a name."""
+    m, insar, scene = pair.master, pair.insar, Scene(pair)
+    last_line, last_sample = insar["n_lines"] - 1, insar["n_samples"] - 1
+    lines = [[scene.at(k * last_line, i * last_sample / 10) for i in range(11)] for k in (0, 1)]
+    everything, last = lines[0] + lines[1], lines[1][10]
+    mean = {q: sum(getattr(x, q) for x in everything) / 22 for q in ("metres", "delta_r", "effective")}
+    near_to_far = [line[10].phase - line[0].phase for line in lines]
+    results = {
+        "fringe_frequency_range": sum(near_to_far) / 2 / last_sample,
+        "fringe_frequency_azimuth": (lines[1][5].phase - lines[0][5].phase) / insar["n_lines"],
+        "height_conversion_factor": mean["metres"], "varnoth_deltaR": mean["delta_r"],
+        "eff_baseline": -math.sin(math.radians(single(lines[1][5].master_incidence))) *  # as it is reported
+        lines[0][5].master_range * C / m["radar_frequency"] / mean["metres"] / (4 if scene.single else 2),
+        "incidence_angle_near_range": lines[0][0].master_incidence,
+        "incidence_angle_mid_range": lines[1][5].master_incidence,
+        "incidence_angle_far_range": lines[0][10].master_incidence,
+        "ssc_pixel_spacing_azimuth":
+        math.hypot(*last.p) * math.hypot(*last.v) / math.hypot(*last.s) / m["prf"],
+        "ssc_pixel_spacing_ground_range":
+        C / 2 / m["range_sampling_frequency"] / math.sin(math.radians(last.master_incidence)),
+        "heading_angle": lines[0][0].heading,
+        "equator_crossing_direction": "ascending" if last.v[2] > 0 else "descending",
+        "sensor_look_direction": "right" if pair.side > 0 else "left"}
+    for axis in ("longitude", "latitude"):
+        corners = {f"{LINES[k]}_{place}_rg_{axis}": getattr(lines[k][i], axis)
+                   for k in (0, 1) for place, i in (("near", 0), ("far", 10))}
+        results |= {**corners, f"center_{axis}": sum(corners.values()) / 4}
+    misfit, spl = 0.0, [x.spl for x in lines[0]]
+    for name, line in zip(LINES, lines):
+        results[f"{name}_phase_to_height_conv"] = [x.metres for x in line]
+        for who in ("master", "slave"):
+            for key, quantity in (("look_angle", "look"), ("range_distance", "range"),
+                                  ("incidence_angle", "incidence")):
+                results[f"{who}_{name}_{key}"] = [getattr(x, f"{who}_{quantity}") for x in line]
+        results[f"flat_phase_poly_{name}"] = p = fit(spl, [x.phase for x in line], pair.degree)
+        misfit = max([misfit] + [abs(sum(c * x.spl**i for i, c in enumerate(p)) - x.phase) for x in line])
+
+    log = []
+    for k, line in enumerate(lines):
+        rows = [(x.spl + 0.5) // 1 for x in line]
+        log += [("azimuth position", k * last_line / m["prf"])]
+        log += [(f"line {k} sample {i}, {name}", value) for i, x in enumerate(line) for name, value in
+                zip(("x", "y", "z", "latitude", "longitude", "incidence", "slave's time"),
+                    (*x.p, x.latitude, x.longitude, x.master_incidence, x.time))]
+        log += [(f"line {k} row {i}, {name}", value) for i, x in enumerate(line) for name, value in
+                zip(("spl", "dtau", "baseline", "effective", "metres", "phase"),
+                    (rows[i], x.dtau, x.baseline, x.effective, x.metres, x.phase))]
+        phases = [x.phase for x in line]
+        log += [("phase variation", max(phases) - min(phases))]
+    log += [("simulation", math.copysign(mean["effective"], -mean["metres"]))]
+    log += [(key, results[key]) for key in (
+        "eff_baseline", "ssc_pixel_spacing_azimuth", "ssc_pixel_spacing_ground_range",
+        "height_conversion_factor", "eff_baseline", "varnoth_deltaR", "incidence_angle_near_range",
+        "incidence_angle_far_range")]
+    log += [(f"p{i} of {name}", p) for name in LINES for i, p in enumerate(results[f"flat_phase_poly_{name}"])]
+    log += [("misfit", misfit), ("misfit in metres", misfit * last.metres)]
+    log += [(key, results[key]) for key in ("fringe_frequency_range", "fringe_frequency_azimuth")]
+    samples = [0, last_sample / 2, last_sample]
+    for quantity in ("effective", "baseline"):
+        log += [(f"{quantity} grid, column", int(s)) for s in samples]
+        for line in (0, last_line / 2, last_line):
+            log += [(f"{quantity} grid, row", int(line))]
+            log += [(f"{quantity} grid, line {line} sample {s}", getattr(scene.at(line, s), quantity))
+                    for s in samples]
+    return results, log
