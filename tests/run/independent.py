@@ -1,6 +1,5 @@
-"""What a pair comes to, calculated from orbits given as formulas and without any code of the program:
-targets by Newton's method on their three conditions, travel times by repeated substitution, polynomials
-from normal equations in fractions."""
+"""What a pair comes to, from orbits given as formulas and without any code of the program: targets by
+Newton's method, travel times by repeated substitution, polynomials by normal equations in fractions."""
 
 import cmath
 import math
@@ -39,17 +38,16 @@ def angle(a, b):
 class Orbit:
     """A path whose radius swings by a small part and whose node drifts; times are of the scenes' axis."""
 
-    def __init__(self, radius, swing, inclination, node, start, rate, drift, zero):
-        self.radius, self.swing, self.inclination, self.zero = radius, swing, inclination, zero
-        self.node, self.start, self.rate, self.drift = node, start, rate, drift
+    def __init__(self, *formula):
+        self.formula, self.zero = formula, formula[-1]
 
     def complex_position(self, t):
-        t -= self.zero
-        u, n = self.start + self.rate * t, self.node - self.drift * t
-        r, i = self.radius * (1 + self.swing * cmath.cos(self.rate * t + 0.7)), self.inclination
-        along, aside = cmath.cos(u), cmath.sin(u) * math.cos(i)
-        return (r * (along * cmath.cos(n) - aside * cmath.sin(n)),
-                r * (along * cmath.sin(n) + aside * cmath.cos(n)), r * cmath.sin(u) * math.sin(i))
+        radius, swing, inclination, node, start, rate, drift, zero = self.formula
+        u, n = start + rate * (t - zero), node - drift * (t - zero)
+        r = radius * (1 + swing * cmath.cos(rate * (t - zero) + 0.7))
+        along, aside = r * cmath.cos(u), r * cmath.sin(u) * math.cos(inclination)
+        return (along * cmath.cos(n) - aside * cmath.sin(n), along * cmath.sin(n) + aside * cmath.cos(n),
+                r * cmath.sin(u) * math.sin(inclination))
 
     def position(self, t):
         return [x.real for x in self.complex_position(t)]
@@ -83,7 +81,7 @@ def target(s, v, distance, a, b, side):
 
 
 def travel(receiver, transmitter, p, start, scene):
-    """Time of the shortest way from transmitter over the point to receiver, and how long it takes: lowest
+    """Time of the shortest way from transmitter over the point to receiver, and how long it is: lowest
     point of the parabola through three squared travel times over the stay in the azimuth band."""
     t, squared_speed = receiver.approach(p, start)
     distance = math.dist(receiver.position(t), p)
@@ -97,7 +95,7 @@ def travel(receiver, transmitter, p, start, scene):
         return way * way
     low, mid, high = squared(-span / 2), squared(0.0), squared(span / 2)
     slope, bend = (high - low) / span, 2 * (high + low - 2 * mid) / span**2
-    return t - slope / (2 * bend), math.sqrt(mid - slope**2 / (4 * bend))
+    return t - slope / (2 * bend), C * math.sqrt(mid - slope**2 / (4 * bend))
 
 
 def fit(xs, ys, degree):
@@ -113,67 +111,61 @@ def fit(xs, ys, degree):
     return [float(row[-1]) for row in rows]
 
 
-class Scene:
-    """Answers to where a line and a sample lie, and how the slave sees them."""
-
-    def __init__(self, pair):
-        self.pair, self.single = pair, pair.insar["observation_mode"] == "single_pass"
-
-    def at(self, line, sample):
-        pair, m, s, insar = self.pair, self.pair.master, self.pair.slave, self.pair.insar
-        out = SimpleNamespace(line=line, spl=sample, dtau=sample / m["range_sampling_frequency"])
-        t = insar["master_first_az_time"] + line / m["prf"]
-        distance = C / 2 * (insar["master_first_rg_time"] + out.dtau)
-        out.s, out.v = s_, v_ = pair.orbits[0].position(t), pair.orbits[0].velocity(t)
-        a, b = (r + pair.height for r in m["ellipsoid_parameters"][7:])
-        out.p = target(s_, v_, distance, a, b, pair.side)
-        higher = target(s_, v_, distance, a + 100, b + 100, pair.side)
-        normal = [out.p[0] / a**2, out.p[1] / a**2, out.p[2] / b**2]
-        out.longitude = math.degrees(math.atan2(normal[1], normal[0])) % 360
-        out.latitude = math.degrees(math.atan2(normal[2], math.hypot(*normal[:2])))
-        east = unit([-s_[1], s_[0], 0])
-        out.heading = math.degrees(math.atan2(dot(v_, east), dot(v_, unit(cross(s_, east))))) % 360
-        out.time = pair.orbits[1].approach(out.p, insar["slave_first_az_time"])[0]
-        position = pair.orbits[1].position(out.time)
-        out.master_range, out.slave_range = distance, math.dist(position, out.p)
-        out.master_look, out.slave_look = (angle(x, minus(x, out.p)) for x in (s_, position))
-        out.master_incidence, out.slave_incidence = (angle(normal, minus(x, out.p)) for x in (s_, position))
-        out.baseline, out.delta_r = math.dist(s_, position), distance - out.slave_range
-        out.effective = math.sqrt(out.baseline**2 - out.delta_r**2) / (2 if self.single else 1)
-        waves = [C / m["radar_frequency"], C / s["radar_frequency"]]
-        if self.single:
-            out.time, way = travel(*pair.orbits[::-1], out.p, t, s)
-            _, raised = travel(*pair.orbits[::-1], higher, t, s)
-            out.phase = 2 * distance / waves[0] - C * way / waves[1]
-            out.metres = 100 / (C * (raised - way) / waves[1])  # the master's ranges are equal
-        else:
-            out.phase = 2 * distance / waves[0] - 2 * out.slave_range / waves[1]
-            out.metres = 100 / (2 * (math.dist(position, higher) - out.slave_range) / waves[1])
-        return out
+def seen(pair, line, sample, side=None):
+    """Where a line and a sample lie, and how the slave sees them."""
+    m, s, insar = pair.master, pair.slave, pair.insar
+    out = SimpleNamespace(spl=sample, dtau=sample / m["range_sampling_frequency"])
+    t = insar["master_first_az_time"] + line / m["prf"]
+    distance = C / 2 * (insar["master_first_rg_time"] + out.dtau)
+    s_, v_ = out.s, out.v = pair.orbits[0].position(t), pair.orbits[0].velocity(t)
+    a, b = (r + pair.height for r in m["ellipsoid_parameters"][7:])
+    out.p = target(s_, v_, distance, a, b, side or pair.side)
+    higher = target(s_, v_, distance, a + 100, b + 100, side or pair.side)
+    normal = [out.p[0] / a**2, out.p[1] / a**2, out.p[2] / b**2]
+    out.longitude = math.degrees(math.atan2(normal[1], normal[0])) % 360
+    out.latitude = math.degrees(math.atan2(normal[2], math.hypot(*normal[:2])))
+    east = unit([-s_[1], s_[0], 0])
+    out.heading = math.degrees(math.atan2(dot(v_, east), dot(v_, unit(cross(s_, east))))) % 360
+    out.time = pair.orbits[1].approach(out.p, insar["slave_first_az_time"])[0]
+    position = pair.orbits[1].position(out.time)
+    out.master_range_distance, out.slave_range_distance = distance, math.dist(position, out.p)
+    out.master_look_angle, out.slave_look_angle = (angle(x, minus(x, out.p)) for x in (s_, position))
+    out.master_incidence_angle, out.slave_incidence_angle = (
+        angle(normal, minus(x, out.p)) for x in (s_, position))
+    out.baseline, out.delta_r = math.dist(s_, position), distance - out.slave_range_distance
+    out.effective = math.sqrt(out.baseline**2 - out.delta_r**2) / (2 if pair.single else 1)
+    low, high = (2 * math.dist(position, p) for p in (out.p, higher))  # the slave's paths
+    if pair.single:
+        out.time, low = travel(*pair.orbits[::-1], out.p, t, s)
+        high = travel(*pair.orbits[::-1], higher, t, s)[1]
+    out.phase = (2 * distance * m["radar_frequency"] - low * s["radar_frequency"]) / C
+    out.metres = 100 * C / s["radar_frequency"] / (high - low)  # the master's ranges are equal
+    return out
 
 
 def reference(pair):
     """The results by key, and the numbers of the log in their order, each with a name."""
-    m, insar, scene = pair.master, pair.insar, Scene(pair)
+    m, insar = pair.master, pair.insar
     last_line, last_sample = insar["n_lines"] - 1, insar["n_samples"] - 1
-    lines = [[scene.at(k * last_line, i * last_sample / 10) for i in range(11)] for k in (0, 1)]
-    everything, last = lines[0] + lines[1], lines[1][10]
-    mean = {q: sum(getattr(x, q) for x in everything) / 22 for q in ("metres", "delta_r", "effective")}
-    near_to_far = [line[10].phase - line[0].phase for line in lines]
+    lines = [[seen(pair, k * last_line, i * last_sample / 10) for i in range(11)] for k in (0, 1)]
+    last = lines[1][10]
+    mean = {q: sum(getattr(x, q) for x in lines[0] + lines[1]) / 22
+            for q in ("metres", "delta_r", "effective")}
     results = {
-        "fringe_frequency_range": sum(near_to_far) / 2 / last_sample,
+        "fringe_frequency_range": sum(x[10].phase - x[0].phase for x in lines) / 2 / last_sample,
         "fringe_frequency_azimuth": (lines[1][5].phase - lines[0][5].phase) / insar["n_lines"],
         "height_conversion_factor": mean["metres"], "varnoth_deltaR": mean["delta_r"],
-        "eff_baseline": -math.sin(math.radians(single(lines[1][5].master_incidence))) *  # as it is reported
-        lines[0][5].master_range * C / m["radar_frequency"] / mean["metres"] / (4 if scene.single else 2),
-        "incidence_angle_near_range": lines[0][0].master_incidence,
-        "incidence_angle_mid_range": lines[1][5].master_incidence,
-        "incidence_angle_far_range": lines[0][10].master_incidence,
-        "ssc_pixel_spacing_azimuth":
-        math.hypot(*last.p) * math.hypot(*last.v) / math.hypot(*last.s) / m["prf"],
+        "eff_baseline": -math.sin(math.radians(single(lines[1][5].master_incidence_angle))) *
+        lines[0][5].master_range_distance * C / m["radar_frequency"] / mean["metres"] /
+        (4 if pair.single else 2),  # by the reported incidence
+        "incidence_angle_mid_range": lines[1][5].master_incidence_angle,
+        "incidence_angle_far_range": lines[0][10].master_incidence_angle,
+        "ssc_pixel_spacing_azimuth": math.hypot(*last.p) * math.hypot(*last.v) /
+        math.hypot(*last.s) / m["prf"],
         "ssc_pixel_spacing_ground_range":
-        C / 2 / m["range_sampling_frequency"] / math.sin(math.radians(last.master_incidence)),
+        C / 2 / m["range_sampling_frequency"] / math.sin(math.radians(last.master_incidence_angle)),
         "heading_angle": lines[0][0].heading,
+        "incidence_angle_near_range": lines[0][0].master_incidence_angle,
         "equator_crossing_direction": "ascending" if last.v[2] > 0 else "descending",
         "sensor_look_direction": "right" if pair.side > 0 else "left"}
     for axis in ("longitude", "latitude"):
@@ -184,37 +176,36 @@ def reference(pair):
     for name, line in zip(LINES, lines):
         results[f"{name}_phase_to_height_conv"] = [x.metres for x in line]
         for who in ("master", "slave"):
-            for key, quantity in (("look_angle", "look"), ("range_distance", "range"),
-                                  ("incidence_angle", "incidence")):
-                results[f"{who}_{name}_{key}"] = [getattr(x, f"{who}_{quantity}") for x in line]
+            for key in ("look_angle", "range_distance", "incidence_angle"):
+                results[f"{who}_{name}_{key}"] = [getattr(x, f"{who}_{key}") for x in line]
         results[f"flat_phase_poly_{name}"] = p = fit(spl, [x.phase for x in line], pair.degree)
         misfit = max([misfit] + [abs(sum(c * x.spl**i for i, c in enumerate(p)) - x.phase) for x in line])
 
     log = []
+
+    def tell(what, names, values):
+        log.extend((f"{what} {name}", value) for name, value in zip(names.split(), values))
     for k, line in enumerate(lines):
-        rows = [(x.spl + 0.5) // 1 for x in line]
-        log += [("azimuth position", k * last_line / m["prf"])]
-        log += [(f"line {k} sample {i}, {name}", value) for i, x in enumerate(line) for name, value in
-                zip(("x", "y", "z", "latitude", "longitude", "incidence", "slave's time"),
-                    (*x.p, x.latitude, x.longitude, x.master_incidence, x.time))]
-        log += [(f"line {k} row {i}, {name}", value) for i, x in enumerate(line) for name, value in
-                zip(("spl", "dtau", "baseline", "effective", "metres", "phase"),
-                    (rows[i], x.dtau, x.baseline, x.effective, x.metres, x.phase))]
-        phases = [x.phase for x in line]
-        log += [("phase variation", max(phases) - min(phases))]
-    log += [("simulation", math.copysign(mean["effective"], -mean["metres"]))]
-    log += [(key, results[key]) for key in (
-        "eff_baseline", "ssc_pixel_spacing_azimuth", "ssc_pixel_spacing_ground_range",
-        "height_conversion_factor", "eff_baseline", "varnoth_deltaR", "incidence_angle_near_range",
-        "incidence_angle_far_range")]
-    log += [(f"p{i} of {name}", p) for name in LINES for i, p in enumerate(results[f"flat_phase_poly_{name}"])]
-    log += [("misfit", misfit), ("misfit in metres", misfit * last.metres)]
-    log += [(key, results[key]) for key in ("fringe_frequency_range", "fringe_frequency_azimuth")]
+        tell(f"line {k}", "position", [k * last_line / m["prf"]])
+        for i, x in enumerate(line):
+            tell(f"line {k} sample {i}", "x y z latitude longitude incidence slave_time",
+                 (*x.p, x.latitude, x.longitude, x.master_incidence_angle, x.time))
+        for i, x in enumerate(line):
+            tell(f"line {k} row {i}", "spl dtau baseline effective metres phase",
+                 ((x.spl + 0.5) // 1, x.dtau, x.baseline, x.effective, x.metres, x.phase))
+        tell(f"line {k}", "variation", [max(x.phase for x in line) - min(x.phase for x in line)])
+    tell("mean", "simulation", [math.copysign(mean["effective"], -mean["metres"])])
+    named = ("eff_baseline ssc_pixel_spacing_azimuth ssc_pixel_spacing_ground_range height_conversion_factor "
+             "eff_baseline varnoth_deltaR incidence_angle_near_range incidence_angle_far_range")
+    tell("single", named, map(results.get, named.split()))
+    for name in LINES:
+        tell(name, "p0 p1 p2 p3 p4", results[f"flat_phase_poly_{name}"])
+    tell("at the end", "misfit metres fringes_range fringes_azimuth",
+         (misfit, misfit * last.metres, *list(results.values())[:2]))
     samples = [0, last_sample / 2, last_sample]
     for quantity in ("effective", "baseline"):
-        log += [(f"{quantity} grid, column", int(s)) for s in samples]
+        tell(f"{quantity} grid", "near mid far", map(int, samples))
         for line in (0, last_line / 2, last_line):
-            log += [(f"{quantity} grid, row", int(line))]
-            log += [(f"{quantity} grid, line {line} sample {s}", getattr(scene.at(line, s), quantity))
-                    for s in samples]
+            tell(f"{quantity} grid line {line}", "line near mid far",
+                 (int(line), *(getattr(seen(pair, line, s), quantity) for s in samples)))
     return results, log

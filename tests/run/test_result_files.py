@@ -3,7 +3,7 @@ that are none of its business."""
 
 from pathlib import Path
 
-from varnoth_run import arguments, difference, run
+from varnoth_run import difference, run
 
 EXPECTED = Path(__file__).parent / "expected"
 FOREIGN = ("#old value\ncenter_latitude FLT_6 1.0\n\n#kept\n"
@@ -41,13 +41,3 @@ def test_second_run_replaces_in_place(ready):
     second, second_comments = parts(text(ready / "insar.pool"))
     assert second == first
     assert len(second_comments) == len(first_comments) + 19
-
-
-def test_one_pool_for_results_and_software(ready):
-    for name in ("insar.pool", "./insar.pool"):  # the second is another pool by its text
-        done = run(ready, arguments(log_pp=name))
-        assert (done.status, done.marks) == (0, {"OK": "0"})
-        assert done.pool()["software_names"] == ["varnoth"] and "eff_baseline" in done.pool()
-        texts = done.levels("DEBUG")
-        assert f"construct pool_rwc: {name}" in texts
-    assert sum(t.startswith("construct") for t in texts) == 3

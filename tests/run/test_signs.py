@@ -26,6 +26,3 @@ def test_row(tmp_path, look, way, slave, signs):
     found = (pool["eff_baseline"], pool["height_conversion_factor"],
              pool["flat_phase_poly_early_az"][0], pool["varnoth_deltaR"])
     assert " | ".join("+" if value > 0 else "-" for value in found) == signs
-    for line in ("early", "late"):
-        factors = pool[f"{line}_az_phase_to_height_conv"]
-        assert all(f * pool["height_conversion_factor"] > 0 for f in factors)
