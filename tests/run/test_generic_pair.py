@@ -21,22 +21,22 @@ CASES = {
     "single_right": dict(mode="single_pass", side="right", stated=("right", "right"), start=0.61,
                          degree="4", log_pp="log.pool"),
     "one_line": dict(mode="dual_pass", side="right", stated=("right", "right"), start=0.83,
-                     degree="2", log_pp="log.pool", n_lines=1, n_samples=2),
+                     degree="2", log_pp="log.pool", lines=1, samples=2, node=0.4),
 }
 
 
-def generic_pair(mode, side, stated, start, degree, LocalHeight=None, n_lines=9378, n_samples=6844, **_):
-    """Values of the pools. In single pass both scenes have one axis of time; their orbits' epochs have
-    each its own."""
+def generic_pair(mode, side, stated, start, degree, LocalHeight=None, node=3.2, lines=9378,
+                 samples=6844, **_):
+    """Values of the pools; the scenes of a single pass have one axis of time, their epochs do not."""
     later = 0.0 if mode == "single_pass" else 2345.625
-    orbits = (Orbit(7.0713e6, 1.1e-3, 1.713, 3.2, start, 1.0617e-3, 7.29e-5, 3611.0),
-              Orbit(7.0718e6, 1.15e-3, 1.7131, 3.2001, start - 8e-4, 1.0613e-3, 7.31e-5, 3611.0 + later))
+    orbits = (Orbit(7.0713e6, 1.1e-3, 1.713, node, start, 1.0617e-3, 7.29e-5, 3611.0),
+              Orbit(7.0718e6, 1.15e-3, 1.7131, node + 1e-4, start - 8e-4, 1.0613e-3, 7.31e-5, 3611.0 + later))
     master = {"prf": 1652.75, "az_bandwidth": 1378.5, "range_sampling_frequency": 2.0**25,
               "radar_frequency": 1.2575e9,
               "ellipsoid_parameters": [2.5, 3.5, 4.5, 5.5, 6.5, 7.5, 8.5, 6378249.25, 6356515.5]}
     slave = {"prf": 1871.5, "az_bandwidth": 2914.25, "range_sampling_frequency": 2.725e7,
              "radar_frequency": 1.2365e9, "ellipsoid_parameters": [float(i) for i in range(20, 29)]}
-    insar = {"n_samples": n_samples, "n_lines": n_lines, "master_first_az_time": 3607.6875,
+    insar = {"n_samples": samples, "n_lines": lines, "master_first_az_time": 3607.6875,
              "slave_first_az_time": 3609.1875 + later, "master_first_rg_time": 23 / 4096,
              "slave_first_rg_time": 0.005875, "observation_mode": mode, "local_height": 731.25}
     for scene, text in zip((master, slave), stated):
@@ -44,7 +44,7 @@ def generic_pair(mode, side, stated, start, degree, LocalHeight=None, n_lines=93
     pair = SimpleNamespace(
         orbits=orbits, master=master, slave=slave, insar=insar, single=mode == "single_pass",
         side={"left": -1, "right": 1}[side], degree=int(degree), height=float(LocalHeight or 731.25))
-    wrong, right = (seen(pair, n_lines / 2, n_samples / 2, look) for look in (-pair.side, pair.side))
+    wrong, right = (seen(pair, lines / 2, samples / 2, look) for look in (-pair.side, pair.side))
     master |= {"center_longitude": right.longitude, "center_latitude": right.latitude}
     slave |= {"center_longitude": wrong.longitude,  # misleads
               "center_latitude": wrong.latitude + 30 * (wrong.latitude - right.latitude)}
