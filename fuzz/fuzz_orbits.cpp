@@ -2,6 +2,7 @@
 #include <cmath>
 #include <filesystem>
 
+#include "foundation/held_traps.hpp"
 #include "fuzz_target.hpp"
 #include "orbit/general_orbit.hpp"
 
@@ -11,21 +12,6 @@ extern "C" [[noreturn]] void __wrap__ZN7varnoth7nrerrorEPKc(const char* text) { 
 namespace varnoth::fuzz {
 
 namespace {
-
-/// Arithmetic that does not trap, for the object's life.
-class NO_TRAPS {
- public:
-  NO_TRAPS() : traps(fedisableexcept(FE_ALL_EXCEPT)) {}
-  ~NO_TRAPS() {
-    std::feclearexcept(FE_ALL_EXCEPT);
-    feenableexcept(traps);
-  }
-  NO_TRAPS(const NO_TRAPS&) = delete;
-  NO_TRAPS& operator=(const NO_TRAPS&) = delete;
-
- private:
-  int traps;
-};
 
 /// Seconds of a sample from the reference time; no number if the orbit has another element type.
 template <class ELEMENT>
@@ -103,7 +89,7 @@ void FuzzOrbits(const std::string& input) {
   const bool is_hermite = input.find("hermite") != input.npos;
   bool is_reasonable = false;
   {
-    const NO_TRAPS no_traps;
+    const HELD_TRAPS no_traps;
     SCENE_ORBIT orbit;
     if (!Accepts([&] { load(orbit); })) return;
     if (orbit.core->GetSampleCount() < 2) return;

@@ -13,27 +13,23 @@
 
 namespace varnoth::fuzz {
 
-void FuzzConfiguration(const std::string& input);
-void FuzzValues(const std::string& input);
-void FuzzPools(const std::string& input);
-void FuzzUniversalTimes(const std::string& input);
-void FuzzMissionTimes(const std::string& input);
-void FuzzLeapSeconds(const std::string& input);
-void FuzzOrbits(const std::string& input);
-void FuzzRecords(const std::string& input);
+#define VARNOTH_TARGETS(ROW)               \
+  ROW(configuration, FuzzConfiguration)    \
+  ROW(values, FuzzValues)                  \
+  ROW(pools, FuzzPools)                    \
+  ROW(universal_times, FuzzUniversalTimes) \
+  ROW(mission_times, FuzzMissionTimes)     \
+  ROW(leap_seconds, FuzzLeapSeconds)       \
+  ROW(orbits, FuzzOrbits)                  \
+  ROW(records, FuzzRecords)
+#define VARNOTH_DECLARED(NAME, RUN) void RUN(const std::string& input);
+#define VARNOTH_ROW(NAME, RUN) {#NAME, RUN},
+VARNOTH_TARGETS(VARNOTH_DECLARED)
 
 namespace {
 
-constexpr TARGET TARGETS[] = {
-    {"configuration", FuzzConfiguration},
-    {"values", FuzzValues},
-    {"pools", FuzzPools},
-    {"universal_times", FuzzUniversalTimes},
-    {"mission_times", FuzzMissionTimes},
-    {"leap_seconds", FuzzLeapSeconds},
-    {"orbits", FuzzOrbits},
-    {"records", FuzzRecords},
-};
+constexpr TARGET TARGETS[] = {VARNOTH_TARGETS(VARNOTH_ROW)};
+std::string scratch;
 
 }  // namespace
 
@@ -46,9 +42,11 @@ const TARGET* FindTarget(const std::string& name) {
 void Prepare() {
   GlobalLog.set_file_level(NO_LEVEL);
   GlobalLog.set_screen_level(NO_LEVEL);
-  std::string directory = std::filesystem::temp_directory_path() / "fuzz_XXXXXX";
-  Require(mkdtemp(directory.data()) != nullptr, "a scratch directory");
-  std::filesystem::current_path(directory);
+  scratch = std::filesystem::temp_directory_path() / "fuzz_XXXXXX";
+  Require(mkdtemp(scratch.data()) != nullptr, "a scratch directory");
+  std::filesystem::current_path(scratch);
+  GlobalLog.change_file("log");  // takes its temporary file away
+  std::atexit([] { std::filesystem::remove_all(scratch); });
   if (std::getenv("FUZZ_TRAPS") != nullptr) enable_fp_traps();
 }
 

@@ -5,11 +5,7 @@
 
 #include "fuzz_target.hpp"
 
-namespace {
-
-const varnoth::fuzz::TARGET* target = nullptr;
-
-}  // namespace
+static const varnoth::fuzz::TARGET* target = nullptr;
 
 extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
   const char* const name = std::getenv("FUZZ_TARGET");

@@ -37,10 +37,10 @@ std::string LoggedTest::Log() const {
   return ReadFile(directory.Path("log"));
 }
 
-std::string LoggedTest::TakeLog() {
+std::string LoggedTest::Take(std::size_t head, std::size_t count) {
   std::istringstream lines(Log());
   std::string texts;
-  for (std::string line; std::getline(lines, line);) texts += line.substr(14) + "\n";
+  for (std::string line; std::getline(lines, line);) texts += line.erase(head, count) + "\n";
   std::filesystem::resize_file(directory.Path("log"), 0);
   return texts;
 }

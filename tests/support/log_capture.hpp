@@ -29,9 +29,14 @@ class LoggedTest : public testing::Test {
   /// All lines so far, each as "LABEL : log : text\n".
   std::string Log() const;
   /// All lines so far without their heads, and the log then starts anew.
-  std::string TakeLog();
+  std::string TakeLog() { return Take(0, 14); }
+  /// The same, each as "ALARM text": the label has five characters, as in "WARN  text".
+  std::string TakeLines() { return Take(5, 8); }
 
   TEMPORARY_DIRECTORY directory;
+
+ private:
+  std::string Take(std::size_t head, std::size_t count);
 };
 
 /// The thrown text of an action, or "nothing thrown".
