@@ -1,6 +1,9 @@
+#include <climits>
 #include <numeric>
 #include <stdexcept>
 
+#include "foundation/matrix.hpp"
+#include "foundation/split.hpp"
 #include "foundation/vector.hpp"
 #include "support/log_capture.hpp"
 
@@ -12,10 +15,29 @@ TEST(Array, ResizeKeepsPositionsNotIndicesAndABadRangeChangesNothing) {
     ARRAY<int> array(5, 3);
     std::iota(array.GetElementBase(0), array.GetElementBase(0) + 3, 1);
     ASSERT_EQ(array.Resize(wanted), 0);
-    EXPECT_EQ(array.Create({0, -1}), 3);
-    EXPECT_EQ(array.Resize({0, -1}), 3);
+    for (const RANGE<int>& bad : {RANGE<int>(0, -1), RANGE<int>(INT_MAX, 1)}) {
+      EXPECT_EQ(array.Create(bad), 3);
+      EXPECT_EQ(array.Resize(bad), 3);
+    }
     EXPECT_EQ(array.GetBase()[wanted.First() + 1], 2);
+    EXPECT_EQ(array.GetLastIndex(), wanted.First() + wanted.Count() - 1);
+    EXPECT_EQ(ARRAY<int>(array).GetRange(), wanted);
+    array = ARRAY<int>(0, 0);
+    EXPECT_EQ(array.GetBase(), nullptr);
   }
+  EXPECT_EQ(ThrownText([] { ARRAY<int>(0, -1); }), "ARRAY : can not copy array");
+}
+
+TEST(Array, AListOfTextsEndsAtItsLastTextAndAViewOwnsNothing) {
+  const char* const none = nullptr;
+  const ARRAY<STRING> texts("a", none, "c", none);
+  EXPECT_EQ(texts.GetRange(), RANGE<int>(0, 3));
+  EXPECT_EQ(texts.GetBase()[1] + texts.GetBase()[2], "c");
+  SUB_ARRAY<STRING> view;
+  view.Attach(texts, {7, 2}, 1);
+  view.SetFirstIndex(4);
+  EXPECT_EQ(view.GetRange(), RANGE<int>(4, 2));
+  EXPECT_EQ(view.GetBase() + 5, texts.GetBase() + 2);
 }
 
 TEST(String, MayBeMadeOfItselfAndEndsAtItsTerminator) {
@@ -25,6 +47,11 @@ TEST(String, MayBeMadeOfItselfAndEndsAtItsTerminator) {
   EXPECT_EQ(text, "bcbc");
   EXPECT_EQ(text[4], '\0');
   EXPECT_THROW(text[5], std::out_of_range);
+  text = static_cast<const char*>(nullptr);
+  EXPECT_TRUE(text.IsEmpty() && text.Length() == 0);
+  const ARRAY<STRING> pieces = Split(" one, two,", ", ");
+  EXPECT_EQ(pieces.GetRange(), RANGE<int>(0, 2));
+  EXPECT_EQ(pieces.GetBase()[0] + pieces.GetBase()[1], "onetwo");
 }
 
 VECTOR<double> Vector(int first, std::initializer_list<double> values) {
@@ -43,12 +70,26 @@ TEST(Vector, OperatorsGoByPositionInTheRangeOfTheFirstOperand) {
   EXPECT_EQ(Length(b - Vector(0, {-3, 6, -3})), 0.0);
   EXPECT_EQ(ThrownText([&] { a += b; }), "VECTOR operator += : vectors have different dimensions");
   EXPECT_EQ(ThrownText([&] { a /= -0.0; }), "VECTOR operator /= : division by 0.0");
-}
-
-TEST(Vector, ProductsAreSummedFromTheLastElement) {
-  // The other order loses the 1 beside 1e100.
+  // Summed from the last element; the other order loses the 1 beside 1e100.
   EXPECT_EQ(DotProduct(Vector(1, {1, 1e100, -1e100}), Vector(0, {1, 1, 1})), 1.0);
   EXPECT_EQ(Length(VECTOR_3D<double>{3, 4, 12}), 13.0);
+}
+
+TEST_F(LoggedTest, AMatrixTakesOnTheOthersIndicesAndKeepsItsRowsApart) {
+  MATRIX<int> one({1, 2}, {3, 4});
+  std::iota(one.GetBlock(), one.GetBlock() + 8, 0);
+  MATRIX<int> other({0, 2}, {0, 4});
+  EXPECT_EQ(other.Rows()[0], other.GetBlock());
+  other = one;
+  EXPECT_TRUE(other.GetRowRange() == RANGE<int>(1, 2) &&
+              other.GetColumnRange() == RANGE<int>(3, 4));
+  EXPECT_EQ(other.Rows()[2][3], 4);
+  EXPECT_EQ(other.Rows(-1)[1][2], 3);
+  EXPECT_EQ(MATRIX<int>(other).Rows()[1][6], 3);
+  Print(other, PARAMETER, "m", 1);
+  EXPECT_EQ(TakeLines(), "PARAM m: Matrix{ 2 x 4 }\nPARAM  |     0  .. |\nPARAM    :     .. |\n");
+  EXPECT_FALSE(other.Create({0, -1}, {0, 1}));
+  EXPECT_EQ(other.Rows(), nullptr);
 }
 
 }  // namespace
