@@ -18,13 +18,10 @@ TEST_F(LogTest, EveryLevelHasItsLabelAndItsExactName) {
             "QA_WA : log : 5\nWARN  : log : 6\nEXCEP : log : 7\nALARM : log : 8\n");
 }
 
-TEST_F(LogTest, ALineOfAnyLengthIsWhole) {
+TEST_F(LogTest, LinesOfAnyLengthAreWholeAndNumbersHaveTheFormatOfTheirType) {
   const std::string text(100000, 'x');
   GlobalLog.printf_line(INFO, "%s", text.c_str());
   EXPECT_EQ(TakeLog(), text + "\n");
-}
-
-TEST_F(LogTest, NumbersInTheFileHaveTheFormatOfTheirType) {
   const unsigned short small = 65535;
   GlobalLog.set(INFO) << 'A' << static_cast<unsigned char>('B') << short{-5} << " " << small << " "
                       << -7 << " " << 4000000000U << " " << -8L << " " << 8UL << " " << 9000000000LL
@@ -41,16 +38,18 @@ TEST_F(LogTest, ScreenAndFileHaveThresholdsOfTheirOwn) {
   testing::internal::CaptureStdout();
   GlobalLog.set(DEBUG) << "nowhere\n";
   GlobalLog.set(INFO) << "screen " << 1234567.0 << "\n";
-  GlobalLog.printf_line(WARNING, "both");
+  for (const int level : {EXCEPTION, ALARM, WARNING}) GlobalLog.printf_line(level, "both");
   GlobalLog.set_screen_level(NO_LEVEL);
   GlobalLog.set_capture(false);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
-            "INFO  : log : screen 1.23457e+06\n\033[4mWARN  : log : both\n\033[0m");
+  EXPECT_EQ(
+      testing::internal::GetCapturedStdout(),
+      "INFO  : log : screen 1.23457e+06\n\033[1mEXCEP : log : both\n\033[0m\033[7mALARM : log : "
+      "both\n\033[0m\033[4mWARN  : log : both\n\033[0m");
   EXPECT_FALSE(GlobalLog.qa_warning_seen());
   GlobalLog.set(QA_WARNING) << "seen all the same\n";
   EXPECT_TRUE(GlobalLog.qa_warning_seen());
-  EXPECT_EQ(TakeLog(), "both\n");
-  EXPECT_EQ(*std::next(GlobalLog.captured().rbegin()), "screen 1234567.000000");
+  EXPECT_EQ(TakeLines(), "EXCEP both\nALARM both\nWARN  both\n");
+  EXPECT_EQ(*std::next(GlobalLog.captured().rbegin(), 3), "screen 1234567.000000");
   EXPECT_EQ(GlobalLog.last_captured_line(), "both");
 }
 
@@ -70,23 +69,24 @@ class LogTableTest : public LoggedTest {
   std::string Table(std::initializer_list<const char*> lines) {
     LOG_TABLE table;
     for (const char* line : lines) *line == '-' ? table.rule() : table.row("%s", line);
-    table.flush(INFO);
-    return TakeLog();
+    table.flush(PARAMETER);
+    return TakeLines();
   }
 };
 
-TEST_F(LogTableTest, RulesFollowTheSeparatorsOfTheFirstRow) {
-  EXPECT_EQ(Table({"-", "|a$b#c~d:e*f&", "-"}), "+- -+-#-+-*- \n|a b|cHd:e*f \n+- -+-#-+-*- \n");
-  EXPECT_EQ(Table({"-", "|a~b|", "-", "|cc|d|"}), "+--#-+\n|a Hb|\n+--#-+\n|cc|d|\n");
+TEST_F(LogTableTest, CellsAreAlignedByTheirMarkAndRulesFollowTheFirstRow) {
+  EXPECT_EQ(Table({"-", "|a$b#c~d:e*f&", "-"}),
+            "PARAM +- -+-#-+-*- \nPARAM |a b|cHd:e*f \nPARAM +- -+-#-+-*- \n");
+  EXPECT_EQ(Table({"|@la|@rb|@cc~d|", "-", "|eeee|ffff|gggg|h|"}),
+            "PARAM |a   |   b| c  Hd|\nPARAM +----+----+----#-+\nPARAM |eeee|ffff|gggg|h|\n");
 }
 
 TEST_F(LogTableTest, CellsHoldUpTo255Characters) {
   const std::string row = "|" + std::string(255, 'x');
-  EXPECT_EQ(Table({(row + "|").c_str()}), row + "|\n");
-  EXPECT_EQ(Table({("|a|" + std::string(300, 'j')).c_str(), "|c|"}), "|a|\n|c|\n");
+  EXPECT_EQ(Table({(row + "|").c_str()}), "PARAM " + row + "|\n");
+  EXPECT_EQ(Table({("|a|" + std::string(300, 'j')).c_str(), "|c|"}), "PARAM |a|\nPARAM |c|\n");
   EXPECT_THROW(Table({(row + "x|").c_str()}), ERROR_ARGUMENT);
-  EXPECT_TRUE(
-      Log().starts_with("ALARM : log : LOG_TABLE: cell of 256 characters is longer than 255"));
+  EXPECT_EQ(TakeLines(), "ALARM LOG_TABLE: cell of 256 characters is longer than 255\n");
 }
 
 }  // namespace
