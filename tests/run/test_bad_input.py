@@ -13,7 +13,7 @@ def replace(pool, key, kind, value):
     return lambda pair: getattr(pair, pool).__setitem__(key, (kind, value))
 
 
-# name: (change of the pair, arguments, lines at ALARM ahead of the supervisor's)
+# name: (change of the pair, arguments, lines ahead of the supervisor's, at ALARM where no label is told)
 CASES = {
     "wrong type": (replace("insar", "n_lines", "FLT_15", 3.0), {}, [
         f"{KEY}n_lines << type INT_32 expected", "pool error - wrong parameter type"]),
@@ -21,6 +21,8 @@ CASES = {
         "EVERETT::Create: Everett interpolation only possible with even order, not for given "
         "order 7.", NOT_A_NUMBER]),
     "too few samples": (replace("master", "orbit_interpolation", "STR", "everett_40"), {}, [
+        "WARN  EVERETT::GetXi: Forced interpolation left hand side.",
+        "WARN  EVERETT::GetXi: Forced interpolation right hand side.",
         "EVERETT::GetXi: 13 samples are too few for order 40.", NOT_A_NUMBER]),
     "unknown interpolation": (replace("slave", "orbit_interpolation", "STR", "Everett"), {}, [
         "GENERAL_ORBIT: can not convert Everett to interpolation_id", "wrong argument"]),
@@ -33,6 +35,10 @@ CASES = {
     "reference time of another kind": (
         replace("master", "orbit_reference_time", "STR", "01-JAN-2000/00:00:00.000000"), {}, [
             "not allowed time conversion"]),
+    "reference time that is none": (
+        replace("master", "orbit_reference_time", "STR", "2004-13-14T10:11:12"), {}, [
+            "EXCEP UTC_SCANNER: Invalid date: 14.13.2004",
+            "EXCEP UTC_SCANNER: Error during scan of: 2004-13-14T10:11:12", "data error"]),
     "two coordinates": (replace("master", "orbit_value_key", "STR", "orbit_x, orbit_y"), {}, [
         "ORBIT: the result takes 3 coordinates, there are 2", "wrong argument"]),
     "short value list": (replace("slave", "orbit_y", "FLT_15_V", [1.0] * 12), {}, [
@@ -51,18 +57,31 @@ CASES = {
 
 @pytest.mark.parametrize("name", CASES)
 def test_refused_with_its_line(ready, pair, name):
-    change, words, alarms = CASES[name]
+    change, words, told = CASES[name]
     change(pair)
     pair.write(ready)
     before = (ready / "insar.pool").read_bytes()
     (ready / "log.pool").write_text("kept BOL TRUE\n\n")
     (ready / "OK.varnoth").write_text("0")
     done = run(ready, arguments(**words))
-    assert done.alarms == [*alarms, FAILED] and FAILED in done.screen
+    assert [line.removeprefix("ALARM ") for line in done.told] == [*told, FAILED] and FAILED in done.screen
     assert (done.status, done.marks) == (1, {"ERROR": "1"})
     assert (ready / "insar.pool").read_bytes() == before
     assert sorted(p.name for p in ready.glob("pool_*")) == []
     assert not any(t.endswith(" to log.pool") for t in done.levels("DEBUG"))
+
+
+@pytest.mark.parametrize("word, told", [
+    ("polyfit_20", ["WARN  POLYFIT: reduce polynomial fit order 20 -> 12"]),
+    ("localpolynom_0_20", ["WARN  LOCAL_INTERPOLATION: change support_point_count from 20 to 13"]),
+    (None, ["WARN  input scenes have different look directions", "WARN  master:  right", "WARN  slave:   left",
+            "WARN  try to detect look direction by myself.."])])
+def test_warned_of(ready, word, told):
+    pair = Pair(None if word else make.examples()["look_directions"])
+    if word:
+        pair.slave["orbit_interpolation"] = ("STR", word)
+    done = run(pair.write(ready))
+    assert done.status == 0 and [*dict.fromkeys(done.told)] == told
 
 
 def test_degree_of_minus_one(ready):

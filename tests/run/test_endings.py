@@ -1,7 +1,9 @@
 """The ways to end: exit status, marks, the supervisor's line and the log; and the lookup of the
 configuration up to the keyboard."""
 
+import datetime
 import os
+import re
 import signal
 import subprocess
 import time
@@ -11,9 +13,16 @@ import pytest
 from varnoth_run import BINARY, FAILED, Run, arguments, run
 
 
-
 def test_success(ready):
-    done = run(ready)
+    """Its times are local ones."""
+    start = time.time()
+    done = run(ready, environment={"TZ": "EAST-5:30"})
+    ends = [("%Y-%m-%dT%H:%M:%S", done.pool("log.pool")[f"software_{end}_times"][0]) for end in ("start", "end")]
+    ends += [("%a %b %d %H:%M:%S %Y", re.search(rf"{end} time: (.{{24}})", "\n".join(done.log))[1])
+             for end in ("start", "end")]
+    for form, text in ends:
+        moment = datetime.datetime.strptime(text + " +0530", form + " %z").timestamp()
+        assert start - 1 < moment <= time.time()
     assert (done.status, done.marks) == (0, {"OK": "0"})
     assert done.log[-1] == "INFO  : varnoth : " + "*" * 59
     assert (ready / "current_process.pid").read_text().strip().isdigit()
@@ -67,6 +76,46 @@ def test_numbers_of_the_configuration(ready, pair, words, shown):
     assert shown in done.levels("INFO ")
 
 
+@pytest.mark.parametrize("make, reason", [
+    (lambda path: path.mkdir(), "Is a directory"),
+    (lambda path: path.symlink_to(path.name), "Too many levels of symbolic links"), (None, None)])
+def test_configuration_file_that_is_there_but_no_file(ready, make, reason):
+    """Only a missing one may be taken for an empty one."""
+    name = "own.cfg" if make else "master.pool/own.cfg"
+    if make:
+        make(ready / name)
+    done = run(ready, arguments(pcf=name))
+    if make:
+        assert (done.status, done.marks) == (1, {"ERROR": "1"})
+        assert f"Can not read configuration file {name}: {reason}" in done.screen
+    else:
+        assert (done.status, done.told) == (0, [f"WARN  Configuration file {name} does not exist!"])
+
+
+FILES = {"MasterPar": "master.pool", "SlavePar": "slave.pool", "ParameterPool": "insar.pool",
+         "log_pp": "log.pool", "lfn": "own.log", "pcf": "own.cfg", "status": "marks/"}
+
+
+@pytest.mark.parametrize("excess", [0, 1])
+@pytest.mark.parametrize("key", FILES)
+def test_names_of_255_characters_and_no_more(ready, key, excess):
+    name = FILES[key]
+    # The marks' names are longer than their directory's, "ERROR.varnoth" the longest.
+    length = (255 - 13 if key == "status" else 255) + excess - len(name)
+    path = "a/" * (length // 2 - 1) + "b" * (length % 2 + 1) + "/" + name
+    (ready / path).parent.mkdir(parents=True)
+    if key == "status":
+        (ready / path).mkdir()
+    elif (ready / name).exists():
+        (ready / path).write_bytes((ready / name).read_bytes())
+    done = run(ready, arguments(**{key: path}))
+    assert done.status == excess, done
+    if excess:
+        assert " is longer than 255 characters" in done.screen
+        assert done.marks == {"ERROR": "1"} or key == "status"
+    assert key != "lfn" or (ready / path).exists() != bool(excess)
+
+
 def test_banner_names_the_starter_and_levels_are_taken_by_name(ready):
     starter = {"PROC_NAME": "chain", "chain_VERSION": "2.1"}
     assert "started by: chain 2.1" in run(ready, environment=starter).levels("INFO ")
@@ -81,9 +130,8 @@ class TestMissingKey:
         done = run(ready, arguments(MasterPar=None))
         # The value stays the empty text, which is no file.
         assert (done.status, done.marks) == (1, {"ERROR": "1"})
-        assert done.levels("WARN ")[1:] == [
-            "No configuration file or parameter not found!",
-            "\t  Please input value of parameter : <MasterPar>"]
+        assert done.told[:2] == ["WARN  No configuration file or parameter not found!",
+                                 "WARN  \t  Please input value of parameter : <MasterPar>"]
         assert "MasterPar := " in done.screen
 
     def test_closed_keyboard_for_the_degree(self, ready):
@@ -126,12 +174,20 @@ CAUGHT = {1: "hangup", 2: "interrupt (rubout)", 3: "quit (ASCII FS)",
           24: "exceeded cpu limit", 25: "exceeded file size limit", 31: "bad argument to system call"}
 
 
-@pytest.mark.parametrize("number", CAUGHT)
+@pytest.mark.parametrize("number", [*CAUGHT, 10, 13])
 def test_fatal_signal(ready, terminal, number):
     done = signal_at(terminal, ready, number)
-    assert (done.status, done.marks) == (1, {"ERROR": "1"})
-    what = f"got fatal signal {number}: {CAUGHT[number]}"
-    assert done.alarms == [what, f"ZOD_MSG|ERROR|varnoth {what}"]
+    assert (done.status, done.marks) == (1 if number in CAUGHT else -number, {"ERROR": "1"})
+    what = f"got fatal signal {number}: {CAUGHT.get(number)}"
+    assert done.alarms == ([what, f"ZOD_MSG|ERROR|varnoth {what}"] if number in CAUGHT else [])
+
+
+def test_marks_that_are_directories(ready):
+    """They stay, and that is told in the order of the attempts."""
+    for name in ("OK.varnoth", "ERROR.varnoth"):
+        (ready / name / "kept").mkdir(parents=True)
+    assert run(ready).told == [f"WARN  Can not {what}.varnoth!" for what in (
+        "create file ERROR", "remove file OK", "remove file ERROR", "create file OK")]
 
 
 def test_closed_standard_output(ready):
@@ -152,13 +208,13 @@ class TestFailingUpdate:
     """A pool that is reached by its descriptor has no directory that takes the temporary file."""
 
     @staticmethod
-    def run_with(ready, key):
+    def run_with(ready, key, **words):
         (ready / "held.pool").write_bytes((ready / "insar.pool").read_bytes())
         descriptor = os.open(ready / "held.pool", os.O_RDWR)
         name = f"/proc/self/fd/{descriptor}"
-        done = run(ready, arguments(**{key: name}), pass_fds=[descriptor])
+        done = run(ready, arguments(**{key: name}, **words), pass_fds=[descriptor])
         os.close(descriptor)
-        assert f"no permission to change pool file: {name}" in done.alarms
+        assert f"no permission to change pool file: {name}" in done.screen
         return done
 
     def test_of_the_results_is_told_and_the_run_ends_well(self, ready):
@@ -166,6 +222,11 @@ class TestFailingUpdate:
         assert (done.status, done.marks) == (0, {"OK": "0"})
         assert "eff_baseline" not in done.pool("held.pool")
         assert done.pool("log.pool")["software_names"] == ["varnoth"]
+
+    def test_that_no_log_tells_of_fails_the_run(self, ready):
+        assert run(ready, arguments(lfn="/dev/full")).status == 0
+        done = self.run_with(ready, "ParameterPool", lfn="/dev/full")
+        assert (done.status, done.marks) == (1, {"ERROR": "1"}) and FAILED in done.screen
 
     def test_of_the_log_pool_fails_the_run_with_its_results(self, ready):
         done = self.run_with(ready, "log_pp")

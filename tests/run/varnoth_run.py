@@ -1,16 +1,23 @@
 """Drives the built program from outside: made-up pairs, runs in fresh directories, and a reader of
 pools that shares nothing with the program's own."""
 
+import atexit
 import os
 import re
+import shutil
 import subprocess
 import sys
+import tempfile
 from dataclasses import dataclass
 from pathlib import Path
 
 EXAMPLES = Path(__file__).parents[2] / "examples"
 sys.path.insert(0, str(EXAMPLES))
 import make  # noqa: E402 (stands beside the examples)
+
+# All that pytest and the runs make on the way is gone at the end.
+os.environ["TMPDIR"] = tempfile.tempdir = tempfile.mkdtemp()
+atexit.register(shutil.rmtree, tempfile.tempdir, ignore_errors=True)
 
 BINARY = Path(os.environ["VARNOTH_BINARY"])
 FAILED = "ZOD_MSG|ERROR|Varnoth Estimations terminated with error!"
@@ -49,6 +56,12 @@ class Run:
         return self.levels("ALARM")
 
     @property
+    def told(self):
+        """Lines above INFO as "LABEL text", but for that of the missing configuration file."""
+        lines = [line[:6] + line[18:] for line in self.log if line[:5] in ("QA_WA", "WARN ", "EXCEP", "ALARM")]
+        return [line for line in lines if line != "WARN  Configuration file pcf.varnoth does not exist!"]
+
+    @property
     def marks(self):
         """Content of the marks that stand, by kind."""
         return {p.name.split(".")[0]: p.read_text() for p in self.directory.glob("*.varnoth")
@@ -72,7 +85,7 @@ MARKERS = {
     "e10": r"-?\d\.\d{10}E[+-]\d\d", "e17": r"-?\d\.\d{17}E[+-]\d\d", "int": r"-?\d+",
     "f2": r"[+-]?\d+\.\d{2}", "f4": r"-?\d+\.\d{4}", "f6": r"-?\d+\.\d{6}", "random": r"\w{6}",
     "ctime": r"\w{3} \w{3} [ \d]\d \d\d:\d\d:\d\d \d{4}", "host": r"\S+",
-    "duration": r"less than 1 second|\d+ second\(s\)",
+    "duration": r"less than 1 second|\d+ (?:day|hour|minute|second)\(s\)(?: \d+ \w+\(s\))*",
     "iso": r"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d",
 }
 
@@ -82,7 +95,7 @@ def difference(expected, found):
     wanted, lines = expected.split("\n"), found.split("\n")
     for number, (pattern, line) in enumerate(zip(wanted, lines), 1):
         parts = re.split(r"\{(\w+)\}", pattern)
-        regex = "".join(MARKERS[p] if i % 2 else re.escape(p) for i, p in enumerate(parts))
+        regex = "".join(f"(?:{MARKERS[p]})" if i % 2 else re.escape(p) for i, p in enumerate(parts))
         if not re.fullmatch(regex, line):
             return f"line {number}: {line!r} instead of {pattern!r}"
     if len(wanted) != len(lines):

@@ -152,31 +152,3 @@ def test_screen_that_is_held(ready):
         os.close(end)
     expect_truth(done)
     assert done.status == 1 and "got fatal signal 15" in done.alarms[0]
-
-
-FILES = {"MasterPar": "master.pool", "SlavePar": "slave.pool", "ParameterPool": "insar.pool",
-         "log_pp": "log.pool", "lfn": "own.log", "pcf": "own.cfg", "status": "marks/"}
-# The marks' names are longer than their directory's, "ERROR.varnoth" the longest.
-LIMIT = {"status": 255 - 13}
-
-
-@pytest.mark.parametrize("key", FILES)
-def test_names_at_their_limit(ready, key):
-    """A name of 255 characters is taken, one more is refused before anything is lost."""
-    name = FILES[key]
-    for excess in (0, 1):
-        length = LIMIT.get(key, 255) + excess - len(name)
-        path = "a/" * (length // 2 - 1) + "b" * (length % 2 + 1) + "/" + name
-        (ready / path).parent.mkdir(parents=True)
-        if key == "status":
-            (ready / path).mkdir()
-        elif (ready / name).exists():
-            (ready / path).write_bytes((ready / name).read_bytes())
-        words = arguments(**{key: path})
-        done = run(ready, words)
-        assert done.status == excess, done
-        if excess:
-            assert " is longer than 255 characters" in done.screen
-            assert done.marks == {"ERROR": "1"} or key == "status"
-        if key == "lfn":
-            assert (ready / path).exists() != bool(excess)
