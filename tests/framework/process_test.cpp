@@ -82,13 +82,13 @@ TEST_F(ControllerTest, MarksComeAndGoInOrderAndReplaceWhatStoodThere) {
   std::filesystem::create_directory(status);
   WriteFile(status + "ERROR.step", "a longer one");
   WriteFile(directory.Path("victim"), "precious");
-  std::filesystem::create_symlink("../victim", status + "OK.step");
   inotify_add_watch(watch, status.c_str(), IN_CREATE | IN_DELETE);
   Init("");
   EXPECT_EQ(ReadFile(status + "ERROR.step"), "1");
+  std::filesystem::create_symlink("../victim", status + "OK.step");
   controller.mark_ok();
   EXPECT_EQ(ReadFile(status + "OK.step"), "0");
-  std::filesystem::create_symlink("../victim", status + "ERROR.step");
+  std::filesystem::create_hard_link(directory.Path("victim"), status + "ERROR.step");
   EXPECT_EQ(controller.mark_error(), 1);
   EXPECT_EQ(ReadFile(status + "ERROR.step"), "1");
   EXPECT_EQ(ReadFile(directory.Path("victim")), "precious");
@@ -101,7 +101,8 @@ TEST_F(ControllerTest, MarksComeAndGoInOrderAndReplaceWhatStoodThere) {
     at += sizeof *event + event->len;
   }
   close(watch);
-  EXPECT_EQ(order, " -OK.step -ERROR.step +OK.step +ERROR.step -OK.step -ERROR.step +ERROR.step");
+  EXPECT_EQ(order,
+            " +OK.step -ERROR.step -OK.step +OK.step +ERROR.step -OK.step -ERROR.step +ERROR.step");
 }
 
 int Overflow(int depth) {

@@ -17,12 +17,12 @@ def test_success(ready):
     """Its times are local ones."""
     start = time.time()
     done = run(ready, environment={"TZ": "EAST-5:30"})
-    ends = [("%Y-%m-%dT%H:%M:%S", done.pool("log.pool")[f"software_{end}_times"][0]) for end in ("start", "end")]
-    ends += [("%a %b %d %H:%M:%S %Y", re.search(rf"{end} time: (.{{24}})", "\n".join(done.log))[1])
-             for end in ("start", "end")]
-    for form, text in ends:
-        moment = datetime.datetime.strptime(text + " +0530", form + " %z").timestamp()
-        assert start - 1 < moment <= time.time()
+    for end in ("start", "end"):
+        in_log = re.search(rf"{end} time: (.{{24}})", "\n".join(done.log))[1]
+        for form, text in [("%Y-%m-%dT%H:%M:%S", done.pool("log.pool")[f"software_{end}_times"][0]),
+                           ("%a %b %d %H:%M:%S %Y", in_log)]:
+            moment = datetime.datetime.strptime(text + " +0530", form + " %z").timestamp()
+            assert start - 1 < moment <= time.time()
     assert (done.status, done.marks) == (0, {"OK": "0"})
     assert done.log[-1] == "INFO  : varnoth : " + "*" * 59
     assert (ready / "current_process.pid").read_text().strip().isdigit()
@@ -76,20 +76,16 @@ def test_numbers_of_the_configuration(ready, pair, words, shown):
     assert shown in done.levels("INFO ")
 
 
-@pytest.mark.parametrize("make, reason", [
-    (lambda path: path.mkdir(), "Is a directory"),
-    (lambda path: path.symlink_to(path.name), "Too many levels of symbolic links"), (None, None)])
-def test_configuration_file_that_is_there_but_no_file(ready, make, reason):
-    """Only a missing one may be taken for an empty one."""
-    name = "own.cfg" if make else "master.pool/own.cfg"
-    if make:
-        make(ready / name)
-    done = run(ready, arguments(pcf=name))
-    if make:
+def test_configuration_file_that_can_not_be_read_is_not_a_missing_one(ready):
+    (ready / "folder").mkdir()
+    (ready / "loop").symlink_to("loop")
+    for name, reason in {"folder": "Is a directory", "loop": "Too many levels of symbolic links"}.items():
+        done = run(ready, arguments(pcf=name))
         assert (done.status, done.marks) == (1, {"ERROR": "1"})
         assert f"Can not read configuration file {name}: {reason}" in done.screen
-    else:
-        assert (done.status, done.told) == (0, [f"WARN  Configuration file {name} does not exist!"])
+    (ready / "log.varnoth").unlink()
+    done = run(ready, arguments(pcf="master.pool/none"))
+    assert (done.status, done.told) == (0, ["WARN  Configuration file master.pool/none does not exist!"])
 
 
 FILES = {"MasterPar": "master.pool", "SlavePar": "slave.pool", "ParameterPool": "insar.pool",

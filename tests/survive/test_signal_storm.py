@@ -11,7 +11,7 @@ from collections import Counter
 from concurrent.futures import ThreadPoolExecutor
 
 from survive import Stage, marks
-from varnoth_run import BINARY, arguments, run
+from varnoth_run import BINARY, run
 
 AIMED_HIT = os.environ["AIMED_HIT"]
 HITS = int(os.environ.get("STORM_HITS", "2000"))
