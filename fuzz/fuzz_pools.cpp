@@ -3,27 +3,27 @@
 
 namespace varnoth::fuzz {
 
+namespace {
+
+template <class V>
+void ReadAs(PARAMETER_POOL& pool) {
+  Accepts([&] {
+    V value{};
+    pool.Read("k", value);
+  });
+}
+
+}  // namespace
+
 /// A pool file of any bytes, whose key "k" is read as every type.
 void FuzzValues(const std::string& input) {
   WriteFile("pool", input);
   PARAMETER_POOL pool("pool");
   Accepts([&] { pool.get_type("k"); });
-#define VARNOTH_READ(...)      \
-  Accepts([&] {                \
-    __VA_ARGS__ value{};       \
-    pool.Read("k", value);     \
-  });                          \
-  Accepts([&] {                \
-    ARRAY<__VA_ARGS__> values; \
-    pool.Read("k", values);    \
-  });
+#define VARNOTH_READ(...) (ReadAs<__VA_ARGS__>(pool), ReadAs<ARRAY<__VA_ARGS__>>(pool));
   VARNOTH_POOL_ELEMENTS(VARNOTH_READ)
 #undef VARNOTH_READ
-#define VARNOTH_READ(...)       \
-  Accepts([&] {                 \
-    MATRIX<__VA_ARGS__> values; \
-    pool.Read("k", values);     \
-  });
+#define VARNOTH_READ(...) ReadAs<MATRIX<__VA_ARGS__>>(pool);
   VARNOTH_POOL_MATRIX_ELEMENTS(VARNOTH_READ)
 #undef VARNOTH_READ
 }

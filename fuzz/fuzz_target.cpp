@@ -1,6 +1,5 @@
 #include "fuzz_target.hpp"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -34,9 +33,10 @@ std::string scratch;
 }  // namespace
 
 const TARGET* FindTarget(const std::string& name) {
-  const auto found = std::find_if(std::begin(TARGETS), std::end(TARGETS),
-                                  [&](const TARGET& target) { return name == target.name; });
-  return found != std::end(TARGETS) ? found : nullptr;
+  for (const TARGET& target : TARGETS) {
+    if (name == target.name) return &target;
+  }
+  return nullptr;
 }
 
 void Prepare() {
@@ -62,6 +62,7 @@ void WriteFile(const char* path, const std::string& content) {
 
 std::string ReadFile(const char* path) {
   std::ifstream stream(path, std::ios::binary);
+  Require(stream.is_open(), "a file to be read");
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
