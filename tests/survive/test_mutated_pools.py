@@ -26,8 +26,7 @@ def mutated(content, chance):
     """A pool with one to three faults: bytes, lines, or numbers."""
     for _ in range(chance.randint(1, 3)):
         lines = content.split(b"\n")
-        at = chance.randrange(len(lines))
-        kind = chance.randrange(5)
+        at, kind = chance.randrange(len(lines)), chance.randrange(5)
         if kind == 0:
             position = chance.randrange(len(content))
             content = content[:position] + bytes([chance.randrange(256)]) + content[position + 1:]
@@ -35,11 +34,9 @@ def mutated(content, chance):
         if kind == 1:
             del lines[at]
         elif kind == 2:
-            lines.insert(at, lines[chance.randrange(len(lines))])
+            lines.insert(at, chance.choice(lines))
         else:
-            words = lines[at].split(b" ")
-            words[-1] = chance.choice(NUMBERS)
-            lines[at] = b" ".join(words)
+            lines[at] = b" ".join([*lines[at].split(b" ")[:-1], chance.choice(NUMBERS)])
         content = b"\n".join(lines)
     return content
 
