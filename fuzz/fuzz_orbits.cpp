@@ -2,9 +2,9 @@
 #include <cmath>
 #include <filesystem>
 
-#include "foundation/held_traps.hpp"
 #include "fuzz_target.hpp"
 #include "orbit/general_orbit.hpp"
+#include "system/floating_point_traps.hpp"
 
 // In place of the kernels' own, which end the process (a link option): here it is a refusal.
 extern "C" [[noreturn]] void __wrap__ZN7varnoth7nrerrorEPKc(const char* text) { throw text; }

@@ -39,16 +39,16 @@ double BistaticDelay(const PAIR_CONSTANTS& pair, double line_time, const double 
   search.EvaluateMonostatic(velocity_squared, closest_time, delay, target, *pair.slave_orbit,
                             line_time, 0.0, pair.tell_search);
   // How long the target stays in the slave's azimuth band, s.
-  const double span = 0.25 * pair.slave_bandwidth * C * C * delay /
-                      (velocity_squared * pair.slave_frequency);
+  const double span =
+      0.25 * pair.slave_bandwidth * C * C * delay / (velocity_squared * pair.slave_frequency);
   search.Evaluate(velocity_squared, closest_time, delay, target, *pair.slave_orbit, closest_time,
                   span, 0.0, *pair.master_orbit, nullptr, false);
   return delay;
 }
 
 /// Path difference of a point in cycles, one way, with both satellites where they stand.
-double DualPassCycles(const PAIR_CONSTANTS& pair, const MASTER_LINE& line,
-                      const double slave[3], const double point[3]) {
+double DualPassCycles(const PAIR_CONSTANTS& pair, const MASTER_LINE& line, const double slave[3],
+                      const double point[3]) {
   return Distance(line.position, point) / pair.master_wavelength -
          Distance(slave, point) / pair.slave_wavelength;
 }

@@ -11,8 +11,8 @@ namespace varnoth {
 struct PAIR_CONSTANTS {
   const SCENE_ORBIT* master_orbit;
   const SCENE_ORBIT* slave_orbit;
-  double look_direction;     ///< -1 left, +1 right
-  double rpole;              ///< radii of the ellipsoid, m
+  double look_direction;  ///< -1 left, +1 right
+  double rpole;           ///< radii of the ellipsoid, m
   double requator;
   double master_wavelength;  ///< m
   double slave_wavelength;   ///< m
@@ -36,24 +36,24 @@ struct MASTER_LINE {
 struct SAMPLE_GEOMETRY {
   GROUND_POINT target;  ///< its status is FOUND, or the rest means nothing
   GROUND_POINT higher;
-  double slave_time = 0.0;         ///< the slave's zero-Doppler time, s
-  double bistatic_time = 0.0;      ///< of the slave's closest approach to the echo, s; single pass
-  double slave_position[3] = {};   ///< at `slave_time`, m
-  double master_range = 0.0;       ///< m
-  double slave_range = 0.0;        ///< m
-  double range_difference = 0.0;   ///< master minus slave, m
-  double baseline = 0.0;           ///< m
-  double effective_baseline = 0.0; ///< sqrt(B² - ΔR²), in single pass half of it; m
-  double parallel = 0.0;           ///< of the baseline, along the line of sight, towards the target, m
-  double along_track = 0.0;        ///< of the baseline, along the master's velocity, m
+  double slave_time = 0.0;          ///< the slave's zero-Doppler time, s
+  double bistatic_time = 0.0;       ///< of the slave's closest approach to the echo, s; single pass
+  double slave_position[3] = {};    ///< at `slave_time`, m
+  double master_range = 0.0;        ///< m
+  double slave_range = 0.0;         ///< m
+  double range_difference = 0.0;    ///< master minus slave, m
+  double baseline = 0.0;            ///< m
+  double effective_baseline = 0.0;  ///< sqrt(B² - ΔR²), in single pass half of it; m
+  double parallel = 0.0;     ///< of the baseline, along the line of sight, towards the target, m
+  double along_track = 0.0;  ///< of the baseline, along the master's velocity, m
   /// Of the baseline, across both; positive where the slave lies above the line of sight, m.
   double perpendicular = 0.0;
   double master_look_angle = 0.0;  ///< degrees at the satellite from the nadir
   double slave_look_angle = 0.0;
-  double slave_incidence = 0.0;    ///< degrees; the master's is the target's
-  double delay = 0.0;              ///< of the bistatic echo, s; single pass
-  double phase = 0.0;              ///< master minus slave, cycles
-  double phase_difference = 0.0;   ///< of the higher target against the target, cycles
+  double slave_incidence = 0.0;   ///< degrees; the master's is the target's
+  double delay = 0.0;             ///< of the bistatic echo, s; single pass
+  double phase = 0.0;             ///< master minus slave, cycles
+  double phase_difference = 0.0;  ///< of the higher target against the target, cycles
   double metres_per_cycle = 0.0;
 };
 

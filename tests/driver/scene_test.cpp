@@ -24,7 +24,6 @@ class SceneTest : public LoggedTest {
 
 // A polar orbit northwards over the equator at 180 degrees: east is right.
 TEST_F(SceneTest, ScenesThatDifferTakeTheSideOfTheCentre) {
-  GEOLOCATION_WORK work{};
   Follow(state.master_orbit, CIRCLE{.inclination = M_PI_2, .node = M_PI, .phase = 0});
   state.requator = 6378137;
   state.rpole = 6356752;
@@ -40,13 +39,13 @@ TEST_F(SceneTest, ScenesThatDifferTakeTheSideOfTheCentre) {
     const std::string centre = "center_longitude FLT_6 " + longitude + "\ncenter_latitude FLT_6 1";
     Open(master, centre + "\n");
     Open(slave, centre + "\n");
-    settle_look_direction(state, work, master, slave);
+    settle_look_direction(state, master, slave);
     EXPECT_EQ(state.sensor_look_direction, side) << longitude;
     EXPECT_FLOAT_EQ(state.center_latitude[MASTER], static_cast<float>(PI / 180));
   }
   state.look_direction[MASTER] = state.look_direction[SLAVE];
   master.close();  // scenes that agree are not asked for their centres
-  settle_look_direction(state, work, master, slave);
+  settle_look_direction(state, master, slave);
   EXPECT_EQ(state.sensor_look_direction, state.look_direction[SLAVE]);
   EXPECT_EQ(state.center_latitude[MASTER], 0.0F);
   EXPECT_THROW(read_scene_centers(state, master, slave), std::out_of_range);

@@ -5,6 +5,7 @@
 #include "foundation/matrix.hpp"
 #include "foundation/split.hpp"
 #include "foundation/vector.hpp"
+#include "log/log.hpp"
 #include "support/log_capture.hpp"
 
 namespace varnoth::test {
