@@ -35,8 +35,9 @@ TEST_F(PoolGrammarTest, NumbersAreTakenFromTheStartOfTheirWord) {
   EXPECT_EQ(Read<int>("k INT_32 1-2\n"), 1);
   EXPECT_EQ(Read<int>("k INT_32\r\n"), 0);
   EXPECT_EQ(Read<double>("k FLT_15 2.5"), 2.5) << "beside the mark of the file's end";
+  EXPECT_EQ(Read<double>("k FLT_15 1E5\n"), 100000.0);
   EXPECT_EQ(Read<double>("k FLT_15\n"), 0.0);
-  EXPECT_EQ(TakeLog(), "PP.Read pool k FLT_15\n") << "a missing value is no word worth";
+  EXPECT_EQ(Log(), "TRACE : log : PP.Read pool k FLT_15\n") << "a missing value is no word worth";
 }
 
 TEST_F(PoolGrammarTest, ConversionsRaiseNoTrap) {
@@ -90,17 +91,19 @@ class EntryLayoutTest : public LoggedTest {
     POOL(path.c_str()).Change("key_a", value);
     EXPECT_EQ(ReadFile(path), text);
   }
-  /// The same for the scalar, the vector and, where there is one, the matrix of two elements.
+  /// The same for the scalar and the vector of two elements.
   template <class X>
   void Check(const std::string& type, const std::string& a, const std::string& b) {
     ComesBack<X>(Entry(type, a));
     ComesBack<ARRAY<X>>(Entry(type + "_V", "-3\t2", {"{", "  " + a, "  " + b, "}"}));
-    if constexpr (POOL_ELEMENT<X>::MATRIX != UNKNOWN) {
-      const std::string row_a = "    " + a;
-      ComesBack<MATRIX<X>>(
-          Entry(type + "_M", "5\t2\t-1\t2",
-                {"{", "  {", row_a, row_a, "  }", "  {", row_a, "    " + b, "  }", "}"}));
-    }
+  }
+  /// And for the matrix.
+  template <class X>
+  void CheckAll(const std::string& type, const std::string& a, const std::string& b) {
+    Check<X>(type, a, b);
+    ComesBack<MATRIX<X>>(Entry(
+        type + "_M", "5\t2\t-1\t2",
+        {"{", "  {", "    " + a, "    " + a, "  }", "  {", "    " + a, "    " + b, "  }", "}"}));
   }
 
   const std::string path = directory.Path("pool");
@@ -110,17 +113,17 @@ TEST_F(EntryLayoutTest, EveryTypeComesBackInItsLayout) {
   const char* const floats = "1.000000E-01\t-2.000000E+00";
   const char* const doubles = "1.000000000000000E-01\t-2.000000000000000E+00";
   Check<bool>("BOL", "TRUE", "FALSE");
-  Check<unsigned char>("BYT", "0", "255");
-  Check<char>("INT_8", "-128", "127");
-  Check<short>("INT_16", "-32768", "32767");
-  Check<int>("INT_32", "-2147483648", "2147483647");
+  CheckAll<unsigned char>("BYT", "0", "255");
+  CheckAll<char>("INT_8", "-128", "127");
+  CheckAll<short>("INT_16", "-32768", "32767");
+  CheckAll<int>("INT_32", "-2147483648", "2147483647");
   Check<long long>("INT_64", "-9223372036854775808", "9223372036854775807");
-  Check<float>("FLT_6", "1.0000000149E-01", "-2.5000000000E+00");
-  Check<double>("FLT_15", "1.00000000000000006E-01", "1.79769313486231571E+308");
+  CheckAll<float>("FLT_6", "1.0000000149E-01", "-2.5000000000E+00");
+  CheckAll<double>("FLT_15", "1.00000000000000006E-01", "1.79769313486231571E+308");
   Check<double>("FLT_15", "NAN", "-2.22507385850720138E-308");
-  Check<STRING>("STR", "\"say \\\"hi\\\" \"", "\"\"");
-  Check<COMPLEX<float>>("CPL_6", floats, "0.000000E+00\t1.000000E+09");
-  Check<COMPLEX<double>>("CPL_15", doubles, doubles);
+  CheckAll<STRING>("STR", "\"say \\\"hi\\\" \"", "\"\"");
+  CheckAll<COMPLEX<float>>("CPL_6", floats, "0.000000E+00\t1.000000E+09");
+  CheckAll<COMPLEX<double>>("CPL_15", doubles, doubles);
   Check<POINT<int>>("INT_32_INT_32", "-1\t2", "3\t4");
   Check<RANGE<int>>("INT_32_INT_32", "-1\t2", "3\t4");
   Check<POINT<long long>>("INT_64_INT_64", "-9223372036854775808\t2", "3\t4");
@@ -135,15 +138,114 @@ TEST_F(EntryLayoutTest, EveryTypeComesBackInItsLayout) {
 }
 
 TEST_F(EntryLayoutTest, PartsCommentsAndLongKeysStandInOrder) {
-  const std::string key(40, 'k');
+  const std::string key(40, 'k'), pad(55, ' ');
   POOL(path.c_str()).Write(key.c_str(), ARRAY<char>(3, 0), ARRAY<STRING>(" one", "two"));
   POOL(path.c_str()).Write("key_a", COMPLEX<float>{1, 2});
   POOL(path.c_str()).Change("key_b", TUPLE<STRING>("a\\", "b"));
-  const std::string pad(55, ' ');
   EXPECT_EQ(ReadFile(path),
             "# one\n#two\n" + key + " INT_8_V         3\t0\n" + pad + "{\n" + pad + "}\n\n" +
                 Entry("CPL_6", "1.000000E+00\t2.000000E+00") +
                 "key_b                            STR_STR         \"a\\\" \"b\"\n\n");
+}
+
+using INVALID = INVALID_PARAMETER_VALUE;
+
+class PoolRefusalTest : public PoolGrammarTest {
+ protected:
+  /// Reads key k of a file; the refusal must be of the very class and tell its reason.
+  template <class V, class ERROR = ERROR_PARAMETER_POOL>
+  void Fails(const std::string& file, const std::string& reason) {
+    std::string thrown = "nothing thrown";
+    try {
+      Read<V>(file);
+    } catch (const ERROR_EXCEPTION& error) {
+      thrown = error.what();
+    }
+    EXPECT_EQ(thrown, ERROR().what()) << reason;
+    EXPECT_EQ(Log(), "ALARM : log : parameter pool: parameter key >> k << " + reason + "\n");
+  }
+  /// The refusals of a type, with the type words that two of them show.
+  template <class V>
+  void Integer(const std::string& type, const std::string& floating, const std::string& character,
+               const std::string& too_large) {
+    const std::string text = "k " + type + " ", read = "read value is : ";
+    Fails<V, INVALID>(text + "1.5E3\n",
+                      read + "1.5E3 " + floating + " (no floating) value expected");
+    for (const std::string word : {"1E5", "x", "1.5"}) {
+      Fails<V, INVALID>(text + word + "\n", read + word + " " + character +
+                                                " (no additional character) value expected");
+    }
+    TooLarge<V>(type, too_large);
+  }
+  template <class V>
+  void TooLarge(const std::string& type, const std::string& word) {
+    Fails<V, PARAMETER_OUT_OF_BOUNDS>(
+        "k " + type + " " + word + "\n",
+        "read value is : " + word + " (value is out of range) " + type + " expected");
+  }
+};
+
+TEST_F(PoolRefusalTest, OfAWordThatIsNoValueOfItsType) {
+  // The type words that don't fit are what users know and search for.
+  Integer<unsigned char>("BYT", "BYT", "BYT", "256");
+  Integer<char>("INT_8", "BYT", "INT_8", "-129");
+  Integer<short>("INT_16", "INT_8", "INT_8", "32768");
+  Integer<int>("INT_32", "INT_16", "INT_32", "2147483648");
+  Integer<long long>("INT_64", "INT_32", "INT_64", "9223372036854775808");
+  Fails<unsigned char, INVALID>("k BYT 5-\n", "read value is : 5- BYT (unsigned) value expected");
+  TooLarge<float>("FLT_6", "-1E39");
+  TooLarge<double>("FLT_15", "1E999");
+  Fails<bool, INVALID>("k BOL true\n", "read value is : true but TRUE or FALSE are expected");
+  Fails<int, INVALID>("k INT_32 7",
+                      "read value is : 7\xFF INT_32 (no additional character) value expected");
+}
+
+/// A line without an end that is full: where it stops, no further word can be looked for.
+std::string Full(std::string line) {
+  line.resize(1024, ' ');
+  return line;
+}
+
+TEST_F(PoolRefusalTest, OfAnIncompleteKeyLine) {
+  Fails<int, PARAMETER_KEY_NOT_FOUND>("", "not found");
+  Fails<double, WRONG_PARAMETER_TYPE>("k flt_15 5\n", "type FLT_15 expected");
+  Fails<int>(Full("k"), "no type information found");
+  Fails<int, INVALID>(Full("k INT_32"), "no parameter value in file");
+  Fails<COMPLEX<double>, INVALID>(Full("k CPL_15 1"), "no imaginary part in CPL_6");
+  Fails<RANGE<float>>(Full("k FLT_6_FLT_6 1"), "no second coordinate");
+  Fails<INDEX<int, float>>(Full("k IDX_FLT_6 1"), "no value");
+  Fails<TUPLE<STRING>, INVALID>(Full("k STR_STR \"a\""),
+                                "no correct string tuple format (missing >>\"<< ?)");
+  Fails<ARRAY<int>, INVALID>(Full("k INT_32_V 0"), "no correct range for VECTOR or MATRIX");
+  Fails<MATRIX<char>, INVALID>(Full("k INT_8_M 0 1"), "no correct range for MATRIX");
+  Fails<ARRAY<int>, ERROR_NO_MEMORY>("k INT_32_V 0 -1\n", "not enough memory to create ARRAY");
+  Fails<MATRIX<STRING>, ERROR_NO_MEMORY>("k STR_M 0 -1 0 1\n",
+                                         "not enough memory to create MATRIX");
+}
+
+TEST_F(PoolRefusalTest, OfABrokenBlock) {
+  // A count that the file can not hold takes no memory; what it can hold is read, however much.
+  Fails<ARRAY<int>>("k INT_32_V 0 70000\n[\n" + std::string(70000, '\n'),
+                    "{ expected instead of [ for INT_32_V");
+  Fails<ARRAY<STRING>, ERROR_NO_MEMORY>("k STR_V 0 2000000000\n{\n",
+                                        "not enough memory to create ARRAY");
+  const std::string ints = "k INT_32_V 4 1";
+  Fails<ARRAY<int>>(ints + " ", "no { due to end of file");
+  Fails<ARRAY<int>>(ints + "\n" + Full(""), "{ expected for INT_32_V");
+  Fails<ARRAY<int>>(ints + "\n[\n", "{ expected instead of [ for INT_32_V");
+  Fails<ARRAY<int>>(ints + "\n{ ", "no value for index 4 due to end of file");
+  Fails<ARRAY<int>>(ints + "\n{\n" + Full(""), "no value for index 4");
+  Fails<ARRAY<int>>(ints + "\n{\n7 ", "no } due to end of file");
+  Fails<ARRAY<int>>(ints + "\n{\n7\n" + Full(""), "no } at end of INT_32_V");
+  using POINTS = ARRAY<POINT<float>>;
+  const std::string pairs = "k FLT_6_FLT_6_V 0 0\n";
+  Fails<POINTS>(pairs + "[\n", "{ expected instead of [ for INT_FLT_6_FLT_6_V");
+  Fails<POINTS>(pairs + "{\n]\n", "} expected instead of ] for FLT_6_FLT_6_V");
+  Fails<ARRAY<STRING>>("k STR_V 0 0\n{\n]\n", "STR_V length does not match entry count");
+  using TEXTS = MATRIX<STRING>;
+  Fails<TEXTS>("k STR_M 0 1 0 1\n[\n", "{ expected instead of [ for STR_15_M");
+  Fails<TEXTS>("k STR_M 0 1 0 1\n{\n[\n", "{ expected instead of [ for STR_V");
+  Fails<TEXTS>("k STR_M 0 0 0 0\n{\n]\n", "} expected instead of ] for STR_M");
 }
 
 }  // namespace
