@@ -5,6 +5,7 @@
 #include <random>
 
 #include "foundation/errors.hpp"
+#include "records/place_words.hpp"
 #include "support/log_capture.hpp"
 
 namespace varnoth::test {
@@ -49,6 +50,20 @@ class MdbTest : public LoggedTest {
   MDB mdb;
 };
 
+TEST(PlaceWords, EveryNumberHasItsWord) {
+  const auto hold = [](auto word_of, auto number_of, std::initializer_list<const char*> words) {
+    EXPECT_STREQ(word_of(static_cast<int>(words.size())), "");
+    for (int number = 0; const char* word : words) {
+      EXPECT_STREQ(word_of(number), word) << number;
+      EXPECT_EQ(number_of(word), number++) << word;
+    }
+    EXPECT_EQ(number_of("none"), 0);
+  };
+  hold(MissionWord, MissionNumber, {"unknown", "ZEL1", "ZEL2", "ZEL3", "KOVA1"});
+  hold(TapeSourceWord, TapeSourceNumber, {"", "AQAR", "AQAV", "BRNR", "CXMR", "CXMV", "DTYR"});
+  hold(ChannelWord, ChannelNumber, {"unknown", "pri", "sec"});
+}
+
 /// A type and its values: below, first, tie of first and second, second, behind, third, above.
 using SERIES = std::array<const char*, 8>;
 class MdbSearchTest : public MdbTest, public testing::WithParamInterface<SERIES> {};
@@ -73,9 +88,14 @@ TEST_P(MdbSearchTest, StopsAsTold) {
           ThrownText([&] { mdb.GotoRecord(wanted, static_cast<MDB_STOP>(i % 4 + 1)); });
       const bool is_found = thrown == "nothing thrown";
       const std::string number = is_found ? mdb.FindItem("n").Text().c_str() : "x";
-      EXPECT_EQ(number[0], expected[i / 4][i % 4]) << wanted.Text().c_str();
-      // Outside of the records the nearest one is given with a warning.
-      EXPECT_EQ(is_found && !TakeLog().empty(), i % 4 == 2 && (i < 8 || i >= 24));
+      EXPECT_EQ(number[0], expected[i / 4][i % 4])
+          << GetParam()[0] << " " << wanted.Text().c_str() << " with stop " << i % 4 + 1;
+      const std::string told = Log();  // outside of the records the nearest one is given
+      const bool outside = is_found && i % 4 == 2;
+      const char* const start = "WARN  : log : MDB::GotoRecord( mdb_stop_nearest ) : the value ";
+      EXPECT_EQ(told.starts_with(start), outside && (i < 8 || i >= 24)) << told;
+      EXPECT_EQ(told.ends_with("the first record (its really the nearest!)\n"), outside && i < 8);
+      EXPECT_EQ(told.ends_with("the last record (its really the nearest!) \n"), outside && i >= 24);
       if (is_found) {
         EXPECT_EQ(Rest(), "123"s.substr(number[0] - '0'));
       }
@@ -102,16 +122,25 @@ TEST_F(MdbTest, RefusesWhatIsOutOfOrder) {
     EXPECT_EQ(ThrownText(action), text);
   };
   const auto search = [&] { mdb.GotoRecord(wanted, mdb_stop_exact); };
+  refused("MDB::GetPathInfo(): no path was set before", [&] { mdb.GetPathInfo(); });
   refused("MDB::Open(): no path selected", [&] { mdb.Open(IN); });
+  mdb.SetPath(root.c_str(), 4, 1012, 3, 5, 7, 1);
+  EXPECT_EQ(mdb.GetDirectory(), (root + "/KOVA1/hddc_BRNR1012/dt_005.007/pri").c_str());
   for (const std::string wrong : {"n", "n:", " : int", "n:INT"}) {
-    refused("MDB: unknown type in record type definition",
-            [&] { Prepare("", "t:int\"\n\"" + wrong); });
-    EXPECT_NE(Log().find("ALARM : log : MDB: record type f: >>" + wrong + "<<"), std::string::npos);
+    const std::string text = "MDB: unknown type in record type definition";
+    refused(text, [&] { Prepare("", "t:int\"\n\"" + wrong); });
+    EXPECT_TRUE(
+        Log().ends_with("ALARM : log : MDB: record type f: >>" + wrong + "<< defines no item\n"));
   }
+  refused("MDB::Rewind(): no file open", [&] { mdb.Rewind(); });
   refused("MDB::GotoRecord(): no file open", search);
   mdb.Open(OUT);
   refused("MDB::Write(): no valid record type", [&] { mdb.Write(); });
+  refused("MDB::Rewind(): is opened read only", [&] { mdb.Rewind(); });
   Prepare("t : 1 n : 1");
+  mdb.Open(IN | OUT);
+  refused("MDB::GotoRecord(): is opened read only", search);
+  EXPECT_TRUE(Log().starts_with("INFO  : log : mdb compiled with: TYPE_IS_STRING_VECTOR\n"));
   mdb.Open(IN);
   refused("MDB is opened read only: can not write data record", [&] { mdb.Write(); });
   wanted.type = RECORD_DURATION;
@@ -121,6 +150,8 @@ TEST_F(MdbTest, RefusesWhatIsOutOfOrder) {
   mdb.SetPath(root.c_str(), 1, 12, 3, 5, 7, 1);
   refused("can not open mdb-file", [&] { mdb.Open(IN); });
   refused("MDB: can not create directory", [&] { mdb.Open(OUT); });
+  mdb.Reset();
+  refused("MDB::Open(): no path selected", [&] { mdb.Open(IN); });
 }
 
 TEST_F(MdbTest, FaultyFilesAreTold) {
@@ -152,9 +183,9 @@ TEST_F(MdbTest, AFileThatCanNotBeReadDoesNotEnd) {
   std::filesystem::remove(path);
   std::filesystem::create_symlink("/proc/self/mem", path);  // opens, but has no first byte
   mdb.Open(IN);
-  TakeLog();
   EXPECT_THROW(mdb.Read(), ERROR_CAN_NOT_READ_FILE);
-  EXPECT_EQ(TakeLog(), "MDB::Read(): can not read file f\n");
+  EXPECT_TRUE(Log().ends_with("DEBUG : log : mdb file: " + root + path.substr(root.size()) +
+                              "\nALARM : log : MDB::Read(): can not read file f\n"));
 }
 
 TEST_F(MdbTest, RecordsGoBehindTheLastOneOrAreTold) {
@@ -176,14 +207,29 @@ TEST_F(MdbTest, RecordsGoBehindTheLastOneOrAreTold) {
   mdb.Close();
   EXPECT_EQ(ReadFile(path),
             "t : 1\n  n : 1\nt : 2\n  n : 2\nt : 3\n  n : 3\nt : 4\n  n : 4\nt : 5\n  n : 5\n");
+}
+
+TEST_F(MdbTest, AFailedWriteIsToldByWriteOrByClose) {
+  Prepare("");
   std::filesystem::remove(path);
   std::filesystem::create_symlink("/dev/full", path);
-  for (const int width : {-1, 100000}) {  // within the stream's buffer and above it
-    mdb.SetNameWidth(width);
-    mdb.Open(OUT);
-    const auto write = [&] { mdb.Write(), mdb.Close(); };
-    EXPECT_EQ(ThrownText(write), "can not write MDB_RECORD into mdb-file");
-  }
+  const char* const told = "can not write MDB_RECORD into mdb-file";
+  mdb.Open(OUT);
+  Write(Item("t", "1"), Item("n", "1"));
+  EXPECT_EQ(ThrownText([&] { mdb.Close(); }), told) << "of what the stream held back";
+  mdb.SetNameWidth(100000);
+  mdb.Open(OUT);
+  EXPECT_EQ(ThrownText([&] { mdb.Write(); }), told) << "of more than the stream holds";
+}
+
+TEST(RecordItem, ComparesDurationsAndGivesNumbers) {
+  RECORD_ITEM day{"a", RECORD_DURATION, {}, {}, {1, 0, 0}},
+      less{"b", RECORD_DURATION, {}, {}, {0, 1500, 0}};
+  EXPECT_TRUE(day.IsAtOrAfter(less) && !less.IsAtOrAfter(day) && !day.Equals(less) &&
+              day.Equals(day));
+  EXPECT_EQ(day.DistanceFrom(less), 86398.5L);
+  EXPECT_EQ(less.ToDouble() + Item("n", "-5").ToDouble() + Item("n", "+2.5").ToDouble(), -1.0);
+  EXPECT_EQ(ThrownText([] { Item("n", "1/2:3:4").ToDouble(); }), "can not cast from MET to double");
 }
 
 class LineStreamTest : public LoggedTest, public testing::WithParamInterface<std::size_t> {};
