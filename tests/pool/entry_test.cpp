@@ -242,6 +242,15 @@ TEST_F(PoolRefusalTest, OfABrokenBlock) {
   Fails<POINTS>(pairs + "[\n", "{ expected instead of [ for INT_FLT_6_FLT_6_V");
   Fails<POINTS>(pairs + "{\n]\n", "} expected instead of ] for FLT_6_FLT_6_V");
   Fails<ARRAY<STRING>>("k STR_V 0 0\n{\n]\n", "STR_V length does not match entry count");
+  Fails<ARRAY<TUPLE<STRING>>>("k STR_STR_V 0 0\n{\n]\n",
+                              "STR_STR_V length does not match entry count");
+  Fails<ARRAY<INDEX<int, int>>>("k IDX_INT_32_V 0 0\n{\n]\n",
+                                "} expected instead of ] for IDX_INT_32_V");
+  const std::string doubles = "k FLT_15_FLT_15_V 0 0\n";
+  using DOUBLES = ARRAY<POINT<double>>;
+  Fails<DOUBLES>(doubles + Full(""), "{ expected for INT_FLT_15_FLT_15_V");
+  Fails<DOUBLES>(doubles + "[\n", "{ expected instead of [ for INT_FLT_15_FLT__V");
+  Fails<DOUBLES>(doubles + "{\n]\n", "} expected instead of ] for FLT_15_FLT_15_V");
   using TEXTS = MATRIX<STRING>;
   Fails<TEXTS>("k STR_M 0 1 0 1\n[\n", "{ expected instead of [ for STR_15_M");
   Fails<TEXTS>("k STR_M 0 1 0 1\n{\n[\n", "{ expected instead of [ for STR_V");

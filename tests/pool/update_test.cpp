@@ -273,15 +273,27 @@ TEST_F(PoolUpdateTest, ACopiedItemIsWholeAndItsListGivesItBack) {
 }
 
 TEST_F(PoolUpdateTest, AnUnwindingExceptionUpdatesAndIsNeverReplaced) {
-  const auto unwind = [&](const std::string& target) {
+  const auto unwind = [&](const char* failing) {
     auto pool = Pool();
     pool.Change("k", 5);
-    fs::rename(folder, target);
+    fault = {failing, 0};
     throw "first";
   };
-  EXPECT_EQ(ThrownText([&] { unwind(folder); }), "first");
+  EXPECT_EQ(ThrownText([&] { unwind("none"); }), "first");
   EXPECT_EQ(ReadFile(path), Entry("k", 5));
-  EXPECT_EQ(ThrownText([&] { unwind(directory.Path("moved")); }), "first");
+  EXPECT_EQ(ThrownText([&] { unwind("pwrite"); }), "first");
+  EXPECT_TRUE(Log().ends_with("ALARM : log : the original parameter pool is NOT CHANGED !!\n"));
+}
+
+TEST_F(PoolUpdateTest, WithoutAFileBesideItNothingIsUpdated) {
+  auto pool = Pool();
+  fs::remove_all(folder);
+  Do([&] { pool.update(); });
+  EXPECT_EQ(told,
+            "ALARM : log : No such file or directory\nDEBUG : log : open pool: .//TMP\n"
+            "ALARM : log : can not open parameter file .//TMP\n"
+            "ALARM : log : no permission to change pool file: pool\n"
+            "pool error - parameter pool update(): insufficient file permission\n");
 }
 
 TEST_F(PoolUpdateTest, TimesAreEntriesOfTheirOwnForm) {

