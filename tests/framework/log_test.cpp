@@ -68,7 +68,8 @@ class LogTableTest : public LoggedTest {
   /// The printed table of lines of mark-up; "-" is a rule.
   std::string Table(std::initializer_list<const char*> lines) {
     LOG_TABLE table;
-    for (const char* line : lines) *line == '-' ? table.rule() : table.row("%s", line);
+    for (const char* line : lines)
+      *line == '-' ? table.rule() : (table.printf("%s", line), table.new_line());
     table.flush(PARAMETER);
     return TakeLines();
   }

@@ -122,8 +122,8 @@ class ControllerDeathTest : public ControllerTest {
 
 // The handler needs a stack of its own.
 TEST_F(ControllerDeathTest, AFullStackIsTold) {
-  EXPECT_EXIT((Init(""), Overflow(0)), testing::ExitedWithCode(1), "");
-  ExpectTold("11: segmentation violation");
+  EXPECT_EXIT((Init(""), controller.set_supervised(), Overflow(0)), testing::ExitedWithCode(1), "");
+  ExpectTold("11: segmentation violation\nALARM : log : ZOD_MSG|ERROR|step got fatal signal 11: ");
 }
 
 // Neither may the handler allocate, nor find what it needs on the heap.

@@ -193,10 +193,12 @@ TEST_F(PoolUpdateTest, AFaultOfAnUpdateIsToldAndLosesNothing) {
                                 "the original parameter pool is NOT CHANGED !!\n"
                                 "pool error - corrupted parameter pool file\n";
   const std::string copy = "DEBUG : log : copy .//TMP to pool\n";
-  const std::string kept = copy + A + "the complete content is kept in: .//TMP\n" + A +
-                           "can not update pool pool\n" + A + "Input/output error\n";
-  const std::string unread = kept + A + "Error opening file .//TMP\nI/O error\n";
-  const std::string unwritten = kept + "parameter pool error\n";
+  const std::string kept = A + "the complete content is kept in: .//TMP\n";
+  const std::string failed = A + "Input/output error\n";
+  const std::string unread =
+      copy + failed + A + "Error opening file .//TMP\n" + kept + "I/O error\n";
+  const std::string unwritten =
+      copy + A + "can not update pool pool\n" + failed + kept + "parameter pool error\n";
   const struct {
     FAULT fault;
     std::string told, pool, kept;
@@ -291,6 +293,7 @@ TEST_F(PoolUpdateTest, WithoutAFileBesideItNothingIsUpdated) {
   Do([&] { pool.update(); });
   EXPECT_EQ(told,
             "ALARM : log : No such file or directory\nDEBUG : log : open pool: .//TMP\n"
+            "ALARM : log : can not open parameter file .//TMP\n"
             "ALARM : log : can not open parameter file .//TMP\n"
             "ALARM : log : no permission to change pool file: pool\n"
             "pool error - parameter pool update(): insufficient file permission\n");

@@ -2,6 +2,7 @@
 #include <sstream>
 
 #include "foundation/errors.hpp"
+#include "log/log.hpp"
 #include "support/log_capture.hpp"
 #include "time/mission_elapsed_time.hpp"
 

@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "foundation/errors.hpp"
+#include "log/log.hpp"
 #include "support/log_capture.hpp"
 #include "time/calendar.hpp"
 
