@@ -230,6 +230,7 @@ TEST(RecordItem, ComparesDurationsAndGivesNumbers) {
   EXPECT_EQ(day.DistanceFrom(less), 86398.5L);
   EXPECT_EQ(less.ToDouble() + Item("n", "-5").ToDouble() + Item("n", "+2.5").ToDouble(), -1.0);
   EXPECT_EQ(ThrownText([] { Item("n", "1/2:3:4").ToDouble(); }), "can not cast from MET to double");
+  EXPECT_EQ(ThrownText([] { RECORD_ITEM().Text(); }), "MDB: RECORD_ITEM: unknown type");
 }
 
 class LineStreamTest : public LoggedTest, public testing::WithParamInterface<std::size_t> {};

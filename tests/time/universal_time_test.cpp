@@ -179,6 +179,9 @@ TEST(UniversalTime, StepsNextToAnInsertedSecond) {
     EXPECT_EQ(UNIVERSAL_TIME(start) + Seconds(seconds), UNIVERSAL_TIME(result)) << start;
     EXPECT_EQ(UNIVERSAL_TIME(start) - Seconds(-seconds), UNIVERSAL_TIME(result)) << start;
   }
+  UTC_VALUES passing{1998, 12, 31, 23, 59, 59};
+  passing.AddSeconds(2, LEAP::OBSERVED);
+  EXPECT_EQ(passing, (UTC_VALUES{1998, 12, 31, 23, 59, 60})) << "comes out one label earlier";
 }
 
 TEST(UniversalTime, FractionsAndSecondsCarryBothWays) {
