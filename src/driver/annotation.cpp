@@ -2,7 +2,7 @@
 
 namespace varnoth {
 
-void annotate_results(const GEOMETRY_STATE& state, PARAMETER_POOL_READ_WRITE_CHANGE& insar_pool) {
+void annotate_results(const RESULTS& results, PARAMETER_POOL_READ_WRITE_CHANGE& insar_pool) {
   // The degree sign is the one byte of Latin-1.
   constexpr const char* LOOK = "Look angle [\xB0] (calibration purposes)";
   constexpr const char* INCIDENCE = "Incidence angle [\xB0] (calibration purposes)";
@@ -20,47 +20,48 @@ void annotate_results(const GEOMETRY_STATE& state, PARAMETER_POOL_READ_WRITE_CHA
     write_with(comment, late_key, values[LAST_LINE]);
   };
 
-  write("early_az_near_rg_longitude", state.early_az_near_rg_longitude);
-  write("early_az_near_rg_latitude", state.early_az_near_rg_latitude);
-  write("early_az_far_rg_longitude", state.early_az_far_rg_longitude);
-  write("early_az_far_rg_latitude", state.early_az_far_rg_latitude);
-  write("late_az_near_rg_longitude", state.late_az_near_rg_longitude);
-  write("late_az_near_rg_latitude", state.late_az_near_rg_latitude);
-  write("late_az_far_rg_longitude", state.late_az_far_rg_longitude);
-  write("late_az_far_rg_latitude", state.late_az_far_rg_latitude);
+  const auto& [side, corners, statistics, flat_earth, line_values] = results;
+  write("early_az_near_rg_longitude", corners.early_az_near_rg_longitude);
+  write("early_az_near_rg_latitude", corners.early_az_near_rg_latitude);
+  write("early_az_far_rg_longitude", corners.early_az_far_rg_longitude);
+  write("early_az_far_rg_latitude", corners.early_az_far_rg_latitude);
+  write("late_az_near_rg_longitude", corners.late_az_near_rg_longitude);
+  write("late_az_near_rg_latitude", corners.late_az_near_rg_latitude);
+  write("late_az_far_rg_longitude", corners.late_az_far_rg_longitude);
+  write("late_az_far_rg_latitude", corners.late_az_far_rg_latitude);
   write_with("Average range fringe frequency in [cycl/spl]", "fringe_frequency_range",
-             state.fringe_frequency_range);
-  write("center_longitude", state.scene_center_longitude);
-  write("center_latitude", state.scene_center_latitude);
+             flat_earth.fringe_frequency_range);
+  write("center_longitude", statistics.scene_center_longitude);
+  write("center_latitude", statistics.scene_center_latitude);
   write_with("Average azimuth fringe frequency in [cycl/spl]", "fringe_frequency_azimuth",
-             state.fringe_frequency_azimuth);
-  write_with(METRES_PER_CYCLE, "height_conversion_factor", state.height_conversion_factor);
-  write_with("Effective baseline in [m]", "eff_baseline", state.eff_baseline);
-  write_with("Delta R [m]", "varnoth_deltaR", state.delta_r);
-  write("flat_phase_poly_early_az", state.flat_phase_poly[FIRST_LINE]);
-  write("flat_phase_poly_late_az", state.flat_phase_poly[LAST_LINE]);
-  write("incidence_angle_near_range", state.incidence_angle_near_range);
-  write("incidence_angle_mid_range", state.incidence_angle_mid_range);
-  write("incidence_angle_far_range", state.incidence_angle_far_range);
-  write("ssc_pixel_spacing_azimuth", state.ssc_pixel_spacing_azimuth);
-  write("ssc_pixel_spacing_ground_range", state.ssc_pixel_spacing_ground_range);
-  write("heading_angle", state.heading_angle);
-  write("equator_crossing_direction", state.equator_crossing_direction);
-  write("sensor_look_direction", look_direction_text(state.sensor_look_direction));
+             flat_earth.fringe_frequency_azimuth);
+  write_with(METRES_PER_CYCLE, "height_conversion_factor", statistics.height_conversion_factor);
+  write_with("Effective baseline in [m]", "eff_baseline", statistics.eff_baseline);
+  write_with("Delta R [m]", "varnoth_deltaR", statistics.delta_r);
+  write("flat_phase_poly_early_az", flat_earth.flat_phase_poly[FIRST_LINE]);
+  write("flat_phase_poly_late_az", flat_earth.flat_phase_poly[LAST_LINE]);
+  write("incidence_angle_near_range", corners.incidence_angle_near_range);
+  write("incidence_angle_mid_range", corners.incidence_angle_mid_range);
+  write("incidence_angle_far_range", corners.incidence_angle_far_range);
+  write("ssc_pixel_spacing_azimuth", statistics.ssc_pixel_spacing_azimuth);
+  write("ssc_pixel_spacing_ground_range", statistics.ssc_pixel_spacing_ground_range);
+  write("heading_angle", corners.heading_angle);
+  write("equator_crossing_direction", flat_earth.equator_crossing_direction);
+  write("sensor_look_direction", look_direction_text(side));
   write_lines(METRES_PER_CYCLE, "early_az_phase_to_height_conv", "late_az_phase_to_height_conv",
-              state.phase_to_height_conv);
+              line_values.phase_to_height_conv);
   write_lines(LOOK, "master_early_az_look_angle", "master_late_az_look_angle",
-              state.master_look_angle);
+              line_values.master_look_angle);
   write_lines(LOOK, "slave_early_az_look_angle", "slave_late_az_look_angle",
-              state.slave_look_angle);
+              line_values.slave_look_angle);
   write_lines(DISTANCE, "master_early_az_range_distance", "master_late_az_range_distance",
-              state.master_range_distance);
+              line_values.master_range_distance);
   write_lines(DISTANCE, "slave_early_az_range_distance", "slave_late_az_range_distance",
-              state.slave_range_distance);
+              line_values.slave_range_distance);
   write_lines(INCIDENCE, "master_early_az_incidence_angle", "master_late_az_incidence_angle",
-              state.master_incidence_angle);
+              line_values.master_incidence_angle);
   write_lines(INCIDENCE, "slave_early_az_incidence_angle", "slave_late_az_incidence_angle",
-              state.slave_incidence_angle);
+              line_values.slave_incidence_angle);
 }
 
 }  // namespace varnoth

@@ -39,40 +39,45 @@ double Evaluate(const ARRAY<double>& polynomial, double x) {
 
 }  // namespace
 
-void fit_flat_earth_polynomials(GEOMETRY_STATE& state, const SWEEP& sweep, int degree) {
+FLAT_EARTH fit_flat_earth_polynomials(const SCENE& scene, const SWEEP& sweep, int degree) {
+  FLAT_EARTH flat_earth;
   const int count = degree < INT_MAX ? degree + 1 : degree;
   const double* const spl = sweep.spl.GetElementBase(0);
   double maximum_error = 0.0;
   for (const AZIMUTH_POSITION k : {FIRST_LINE, LAST_LINE}) {
     GlobalLog.printf_line(TRACE, "Fitting polynomial over range");
-    const double* const phase = sweep.phase[k].GetElementBase(0);
-    const ARRAY<double> polynomial = Fit(sweep.spl, sweep.phase[k], count);
+    ARRAY<double>& polynomial = flat_earth.flat_phase_poly[k];
+    polynomial = Fit(sweep.spl, sweep.Phase(k), count);
     for (int i = 0; i < count; ++i) {
       GlobalLog.printf_line(PARAMETER, "Poly coefficient : p%d = %lf", i,
                             polynomial.GetElementBase(0)[i]);
     }
     for (int i = 0; i < SWEEP_SAMPLES; ++i) {
-      maximum_error = std::max(maximum_error, std::fabs(Evaluate(polynomial, spl[i]) - phase[i]));
+      maximum_error = std::max(maximum_error,
+                               std::fabs(Evaluate(polynomial, spl[i]) - sweep.samples[k][i].phase));
     }
-    state.flat_phase_poly[k] = polynomial;
   }
 
-  const double* const first = sweep.phase[FIRST_LINE].GetElementBase(0);
-  const double* const last = sweep.phase[LAST_LINE].GetElementBase(0);
-  state.fringe_frequency_range =
-      ((first[10] + last[10]) - (first[0] + last[0])) / (2.0 * (spl[10] - spl[0]));
+  const auto& first = sweep.samples[FIRST_LINE];
+  const auto& last = sweep.samples[LAST_LINE];
+  flat_earth.fringe_frequency_range = ((first[FAR_SAMPLE].phase + last[FAR_SAMPLE].phase) -
+                                       (first[NEAR_SAMPLE].phase + last[NEAR_SAMPLE].phase)) /
+                                      (2.0 * (spl[FAR_SAMPLE] - spl[NEAR_SAMPLE]));
   // Over the number of lines, not of line steps.
-  state.fringe_frequency_azimuth = (last[5] - first[5]) / state.n_lines;
-  state.equator_crossing_direction = sweep.master_velocity[2] > 0.0 ? "ascending" : "descending";
+  flat_earth.fringe_frequency_azimuth =
+      (last[MID_SAMPLE].phase - first[MID_SAMPLE].phase) / scene.n_lines;
+  flat_earth.equator_crossing_direction =
+      sweep.lines[LAST_LINE].velocity[2] > 0.0 ? "ascending" : "descending";
 
   GlobalLog.printf_line(INFO, "Maximum error through ellipsoid appr. [cycl] : %5.4f",
                         maximum_error);
   GlobalLog.printf_line(INFO, "                                         [m] : %5.4f",
-                        maximum_error * sweep.metres_per_cycle);
+                        maximum_error * last[FAR_SAMPLE].metres_per_cycle);
   GlobalLog.printf_line(INFO, "Average range fringe frequency    [cycl/spl] : %f",
-                        state.fringe_frequency_range);
+                        flat_earth.fringe_frequency_range);
   GlobalLog.printf_line(INFO, "Average azimuth fringe frequency  [cycl/spl] : %f",
-                        state.fringe_frequency_azimuth);
+                        flat_earth.fringe_frequency_azimuth);
+  return flat_earth;
 }
 
 }  // namespace varnoth

@@ -9,18 +9,43 @@ namespace varnoth {
 
 namespace {
 
-constexpr double SAMPLE_COUNT = 22.0;
+constexpr double SAMPLE_COUNT = 2 * SWEEP_SAMPLES;
 
 /// Effective baseline (m) that the mean metres per cycle belongs to: sin(incidence) · R ·
 /// (-lambda/2) over the metres per cycle, at mid range.
-double PredictedBaseline(const GEOMETRY_STATE& state, const SWEEP& sweep) {
+double PredictedBaseline(const SCENE& scene, float mid_incidence, double metres_per_cycle) {
   const double mid_range_time =
-      (state.master_last_rg_time - state.master_first_rg_time) * 0.5 + state.master_first_rg_time;
+      (scene.master_last_rg_time - scene.master_first_rg_time) * 0.5 + scene.master_first_rg_time;
   const double range = mid_range_time * SPEED_OF_LIGHT * 0.5;
-  const double incidence = static_cast<double>(state.incidence_angle_mid_range) * PI / 180.0;
-  const double prediction =
-      std::sin(incidence) * (range * (-sweep.lambda_m * 0.5)) / state.height_conversion_factor;
-  return state.IsSinglePass() ? prediction * 0.5 : prediction;
+  const double wavelength = SPEED_OF_LIGHT / scene.radar_frequency[MASTER];
+  const double incidence = static_cast<double>(mid_incidence) * PI / 180.0;
+  const double prediction = std::sin(incidence) * (range * (-wavelength * 0.5)) / metres_per_cycle;
+  return scene.IsSinglePass() ? prediction * 0.5 : prediction;
+}
+
+/// Means over all samples.
+struct MEANS {
+  double metres_per_cycle = 0.0;
+  double eff_baseline = 0.0;  ///< with the sign that metres per cycle have not
+  double delta_r = 0.0;
+};
+
+MEANS MeansOf(const SWEEP& sweep) {
+  MEANS sums;
+  for (const auto& line : sweep.samples) {
+    for (const SAMPLE_GEOMETRY& sample : line) {
+      sums.eff_baseline += sample.effective_baseline;
+      sums.delta_r += sample.range_difference;
+      // One sample that tells no heights is to show in the mean, whatever stood there.
+      const bool tells_none = sample.metres_per_cycle == NO_HEIGHT_CONVERSION;
+      sums.metres_per_cycle = (tells_none ? 0.0 : sums.metres_per_cycle) + sample.metres_per_cycle;
+    }
+  }
+  MEANS means{sums.metres_per_cycle / SAMPLE_COUNT, sums.eff_baseline / SAMPLE_COUNT,
+              sums.delta_r / SAMPLE_COUNT};
+  // The roots of the sweep have no sign.
+  if (means.metres_per_cycle > 0.0) means.eff_baseline = -means.eff_baseline;
+  return means;
 }
 
 void LogValue(const char* name, double value) {
@@ -47,45 +72,47 @@ float average_longitude(float first, float second, float third, float fourth) {
   return mean;
 }
 
-void work_out_statistics(GEOMETRY_STATE& state, const SWEEP& sweep) {
-  state.scene_center_latitude =
-      0.25F * (((state.early_az_near_rg_latitude + state.early_az_far_rg_latitude) +
-                state.late_az_near_rg_latitude) +
-               state.late_az_far_rg_latitude);
-  state.scene_center_longitude =
-      average_longitude(state.early_az_near_rg_longitude, state.early_az_far_rg_longitude,
-                        state.late_az_near_rg_longitude, state.late_az_far_rg_longitude);
-  state.height_conversion_factor /= SAMPLE_COUNT;
-  state.delta_r /= SAMPLE_COUNT;
-  state.eff_baseline /= SAMPLE_COUNT;
-  // The roots of the sweep have no sign; the baseline has the one that metres per cycle have not.
-  if (state.height_conversion_factor > 0.0) state.eff_baseline = -state.eff_baseline;
-  const double prediction = PredictedBaseline(state, sweep);
+STATISTICS work_out_statistics(const SCENE& scene, const SWEEP& sweep, const CORNERS& corners) {
+  STATISTICS statistics;
+  statistics.scene_center_latitude =
+      0.25F * (((corners.early_az_near_rg_latitude + corners.early_az_far_rg_latitude) +
+                corners.late_az_near_rg_latitude) +
+               corners.late_az_far_rg_latitude);
+  statistics.scene_center_longitude =
+      average_longitude(corners.early_az_near_rg_longitude, corners.early_az_far_rg_longitude,
+                        corners.late_az_near_rg_longitude, corners.late_az_far_rg_longitude);
+  const MEANS means = MeansOf(sweep);
+  statistics.height_conversion_factor = means.metres_per_cycle;
+  statistics.delta_r = means.delta_r;
+  statistics.eff_baseline =
+      PredictedBaseline(scene, corners.incidence_angle_mid_range, means.metres_per_cycle);
   GlobalLog.printf_line(INFO, "Deviation in effective baseline with respect to theory");
-  GlobalLog.printf_line(INFO, " - simulation : %f ", state.eff_baseline);
-  GlobalLog.printf_line(INFO, " - prediction : %f ", prediction);
+  GlobalLog.printf_line(INFO, " - simulation : %f ", means.eff_baseline);
+  GlobalLog.printf_line(INFO, " - prediction : %f ", statistics.eff_baseline);
   GlobalLog.printf_line(INFO,
                         "For robustness, the predictions based on the heigt conversion factor");
   GlobalLog.printf_line(INFO, "will be annotated as effective baseline in pool");
-  state.eff_baseline = prediction;
 
-  state.ssc_pixel_spacing_azimuth = static_cast<float>(
-      (Length(sweep.target) * Length(sweep.master_velocity) / Length(sweep.master_position)) /
-      state.prf[MASTER]);
+  const MASTER_LINE& last_line = sweep.lines[LAST_LINE];
+  const GROUND_POINT& last = sweep.samples[LAST_LINE][FAR_SAMPLE].target;
+  statistics.ssc_pixel_spacing_azimuth = static_cast<float>(
+      (Length(last.position) * Length(last_line.velocity) / Length(last_line.position)) /
+      scene.prf[MASTER]);
   LogValue("Master azimuth pixel spacing             [m]",
-           static_cast<double>(state.ssc_pixel_spacing_azimuth));
-  state.ssc_pixel_spacing_ground_range =
-      static_cast<float>(SPEED_OF_LIGHT / (2.0 * state.range_sampling_frequency[MASTER] *
-                                           std::sin(sweep.incidence * PI / 180.0)));
+           static_cast<double>(statistics.ssc_pixel_spacing_azimuth));
+  statistics.ssc_pixel_spacing_ground_range =
+      static_cast<float>(SPEED_OF_LIGHT / (2.0 * scene.range_sampling_frequency[MASTER] *
+                                           std::sin(last.incidence * PI / 180.0)));
   LogValue("Master range   pixel spacing             [m]",
-           static_cast<double>(state.ssc_pixel_spacing_ground_range));
-  LogValue("Average height conversion factor    [m/cycl]", state.height_conversion_factor);
-  LogValue("Average Eff. Baseline                    [m]", state.eff_baseline);
-  LogValue("Average delta R\t                    [m]", state.delta_r);
+           static_cast<double>(statistics.ssc_pixel_spacing_ground_range));
+  LogValue("Average height conversion factor    [m/cycl]", statistics.height_conversion_factor);
+  LogValue("Average Eff. Baseline                    [m]", statistics.eff_baseline);
+  LogValue("Average delta R\t                    [m]", statistics.delta_r);
   LogValue("Incidence angle near range             [deg]",
-           static_cast<double>(state.incidence_angle_near_range));
+           static_cast<double>(corners.incidence_angle_near_range));
   LogValue("Incidence angle far range              [deg]",
-           static_cast<double>(state.incidence_angle_far_range));
+           static_cast<double>(corners.incidence_angle_far_range));
+  return statistics;
 }
 
 }  // namespace varnoth

@@ -9,9 +9,8 @@ namespace varnoth {
 /// including 360.
 float average_longitude(float first, float second, float third, float fourth);
 
-/// Turns the sums of the sweep into the single numbers of the scene: centre, means, the effective
-/// baseline that is reported (the prediction from the mean metres per cycle), pixel spacings; and
-/// logs them.
-void work_out_statistics(GEOMETRY_STATE& state, const SWEEP& sweep);
+/// The single numbers of the scene: centre, means, the effective baseline that is reported (the
+/// prediction from the mean metres per cycle), pixel spacings; logs them.
+STATISTICS work_out_statistics(const SCENE& scene, const SWEEP& sweep, const CORNERS& corners);
 
 }  // namespace varnoth

@@ -1,32 +1,44 @@
 #pragma once
 
 #include "driver/geometry_state.hpp"
-#include "geometry/bistatic_b.hpp"
+#include "geometry/sample_geometry.hpp"
 
 namespace varnoth {
 
 /// The evenly spaced range samples of the sweep.
 inline constexpr int SWEEP_SAMPLES = 11;
+inline constexpr int NEAR_SAMPLE = 0;
+inline constexpr int MID_SAMPLE = SWEEP_SAMPLES / 2;
+inline constexpr int FAR_SAMPLE = SWEEP_SAMPLES - 1;
 
-/// What later phases need of the sweep beside the state.
+/// The geometry of the samples on the first and on the last line.
 struct SWEEP {
   ARRAY<double> spl{0, SWEEP_SAMPLES};  ///< position in master range samples, not rounded
-  ARRAY<double> phase[2] = {{0, SWEEP_SAMPLES}, {0, SWEEP_SAMPLES}};  ///< cycles, per line
-  double lambda_m = 0.0;                                              ///< wavelengths, m
-  double lambda_s = 0.0;
+  MASTER_LINE lines[2] = {};
+  SAMPLE_GEOMETRY samples[2][SWEEP_SAMPLES];
 
-  /// Of the last sample, the far range end of the last line.
-  double target[3] = {};           ///< m
-  double master_position[3] = {};  ///< m
-  double master_velocity[3] = {};  ///< m/s
-  double incidence = 0.0;          ///< degrees
-  double metres_per_cycle = 0.0;
+  /// The eleven values of a line.
+  template <class VALUE>
+  VECTOR<double> Values(AZIMUTH_POSITION k, VALUE value) const {
+    VECTOR<double> values(0, SWEEP_SAMPLES);
+    for (int i = 0; i < SWEEP_SAMPLES; ++i) values.GetElementBase(0)[i] = value(samples[k][i]);
+    return values;
+  }
+  /// Phases in cycles.
+  VECTOR<double> Phase(AZIMUTH_POSITION k) const {
+    return Values(k, [](const SAMPLE_GEOMETRY& sample) { return sample.phase; });
+  }
 };
 
 /// Simulates the interferometric phase of a smooth Earth on two lines by eleven samples, and works
-/// out baseline, range difference, height per cycle and viewing angles of each. Leaves the sums of
-/// `height_conversion_factor`, `eff_baseline` and `delta_r` in the state, and writes one table per
-/// line. The formulas stand in docs/geometry.md. Throws what the geolocation and the orbits throw.
-void sweep_flat_earth(GEOMETRY_STATE& state, SWEEP& sweep, BISTATIC_B& bistatic);
+/// out baseline, range difference, height per cycle and viewing angles of each. Writes one table
+/// per line. The formulas stand in docs/geometry.md. Throws what the geolocation and the orbits
+/// throw.
+SWEEP sweep_flat_earth(const SCENE& scene, double look_direction, BISTATIC_B& bistatic);
+
+/// Corners and angles of the sweep's ends.
+CORNERS corners_of(const SWEEP& sweep);
+/// The sweep's values line by line.
+LINE_VALUES line_values_of(const SWEEP& sweep);
 
 }  // namespace varnoth

@@ -8,15 +8,15 @@
 
 namespace varnoth {
 
-/// Places of the two scenes in arrays of two.
-enum SCENE : int { MASTER = 0, SLAVE = 1 };
+/// Places of the two acquisitions in arrays of two.
+enum ROLE : int { MASTER = 0, SLAVE = 1 };
 /// Places of the two azimuth positions, the first and the last line of the master.
 enum AZIMUTH_POSITION : int { FIRST_LINE = 0, LAST_LINE = 1 };
 
-/// Everything that a run knows of its pair: what it read, and what it worked out. All calculations
-/// read and write this record; none reads a pool. Times are seconds on the axis of the scene
-/// parameters, angles degrees, lengths metres, if nothing else is said.
-struct GEOMETRY_STATE {
+/// What a run reads of its pair. Nothing changes it once it is read, and no calculation reads a
+/// pool. Times are seconds on the axis of the scene parameters, angles degrees, lengths metres, if
+/// nothing else is said.
+struct SCENE {
   SCENE_ORBIT master_orbit;
   SCENE_ORBIT slave_orbit;
 
@@ -28,11 +28,9 @@ struct GEOMETRY_STATE {
   double slave_first_rg_time = 0.0;
   double master_last_rg_time = 0.0;  ///< last sample, two-way
   double slave_last_rg_time = 0.0;
-  int n_lines = 0;  ///< of both scenes
+  int n_lines = 0;  ///< of both acquisitions
   int n_samples = 0;
-  int look_direction[2] = {};      ///< as stated per scene: -1 left, +1 right
-  float center_longitude[2] = {};  ///< as stated; the master's are turned to radians on the way
-  float center_latitude[2] = {};
+  int look_direction[2] = {};               ///< as stated: -1 left, +1 right
   double radar_frequency[2] = {};           ///< Hz
   double range_sampling_frequency[2] = {};  ///< Hz
   double prf[2] = {};                       ///< lines per second
@@ -44,7 +42,11 @@ struct GEOMETRY_STATE {
   double requator = 0.0;
   double rpole = 0.0;
 
-  double sensor_look_direction = 0.0;       ///< -1.0 or +1.0
+  bool IsSinglePass() const { return observation_mode.id == OBSERVATION_MODE::SINGLE_PASS; }
+};
+
+/// Places and angles at the ends of the sweep's lines.
+struct CORNERS {
   float heading_angle = 0.0F;               ///< at the first sample of the first line
   float incidence_angle_near_range = 0.0F;  ///< of the first line
   float incidence_angle_mid_range = 0.0F;   ///< of the last line
@@ -57,19 +59,29 @@ struct GEOMETRY_STATE {
   float late_az_near_rg_latitude = 0.0F;
   float late_az_far_rg_longitude = 0.0F;
   float late_az_far_rg_latitude = 0.0F;
+};
+
+/// Single numbers that stand for the scene as a whole.
+struct STATISTICS {
   float scene_center_longitude = 0.0F;  ///< mean of the four corners
   float scene_center_latitude = 0.0F;
   float ssc_pixel_spacing_ground_range = 0.0F;
   float ssc_pixel_spacing_azimuth = 0.0F;
+  double height_conversion_factor = 0.0;  ///< mean, metres per cycle
+  double eff_baseline = 0.0;              ///< that belongs to it
+  double delta_r = 0.0;                   ///< mean
+};
+
+/// What describes the phase over the scene.
+struct FLAT_EARTH {
+  ARRAY<double> flat_phase_poly[2];       ///< cycles over master range samples, constant term first
   STRING equator_crossing_direction;      ///< "ascending" or "descending"
   double fringe_frequency_azimuth = 0.0;  ///< cycles per line, whatever its comment says
   double fringe_frequency_range = 0.0;    ///< cycles per sample
-  double height_conversion_factor = 0.0;  ///< metres per cycle
-  double eff_baseline = 0.0;
-  double delta_r = 0.0;
-  ARRAY<double> flat_phase_poly[2];  ///< cycles over master range samples, constant term first
+};
 
-  /// Per azimuth position the eleven values of the sweep.
+/// Per azimuth position the eleven values of the sweep.
+struct LINE_VALUES {
   VECTOR<double> phase_to_height_conv[2];  ///< metres per cycle
   VECTOR<double> master_incidence_angle[2];
   VECTOR<double> slave_incidence_angle[2];
@@ -77,8 +89,21 @@ struct GEOMETRY_STATE {
   VECTOR<double> slave_look_angle[2];
   VECTOR<double> master_range_distance[2];
   VECTOR<double> slave_range_distance[2];
+};
 
-  bool IsSinglePass() const { return observation_mode.id == OBSERVATION_MODE::SINGLE_PASS; }
+/// What a run works out.
+struct RESULTS {
+  double sensor_look_direction = 0.0;  ///< -1.0 or +1.0
+  CORNERS corners;
+  STATISTICS statistics;
+  FLAT_EARTH flat_earth;
+  LINE_VALUES line_values;
+};
+
+/// Everything that a run knows of its pair.
+struct GEOMETRY_STATE {
+  SCENE scene;
+  RESULTS results;
 };
 
 }  // namespace varnoth

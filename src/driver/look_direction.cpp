@@ -14,51 +14,52 @@ namespace {
 constexpr double LEFT = -1.0;
 constexpr double RIGHT = 1.0;
 
-/// Degrees to radians, doubled first and halved by the 360; the rounding to float takes part in the
-/// comparison of the two sides.
-float Radians(float degrees) {
+/// Degrees by way of a float of radians: the rounding takes part in the comparison of the two
+/// sides.
+double RoundedDegrees(float degrees) {
   const double doubled = degrees + degrees;
-  return static_cast<float>(doubled * PI / 360.0);
+  const auto radians = static_cast<float>(doubled * PI / 360.0);
+  return static_cast<double>(radians) * 180.0 / PI;
 }
 
 /// Plain distance in degrees, without a weight on the longitude, between the mid point of the scene
-/// on one side of the track and the stated centre.
-double DistanceFromCentre(const GEOMETRY_STATE& state, const MASTER_LINE& line, double side) {
-  const double range_time = 0.5 * (state.master_first_rg_time + state.master_last_rg_time);
-  const GROUND_POINT point = Locate({line.position, line.velocity, side, state.local_height,
-                                     state.rpole, state.requator, range_time});
-  const double north =
-      point.latitude - static_cast<double>(state.center_latitude[MASTER]) * 180.0 / PI;
-  double east = point.longitude - static_cast<double>(state.center_longitude[MASTER]) * 180.0 / PI;
+/// on one side of the track and the centre that the master states.
+double DistanceFromCenter(const SCENE& scene, const MASTER_LINE& line, double side,
+                          const SCENE_CENTERS& centers) {
+  const double range_time = 0.5 * (scene.master_first_rg_time + scene.master_last_rg_time);
+  const GROUND_POINT point = Locate({line.position, line.velocity, side, scene.local_height,
+                                     scene.rpole, scene.requator, range_time});
+  const double north = point.latitude - RoundedDegrees(centers.center_latitude[MASTER]);
+  double east = point.longitude - RoundedDegrees(centers.center_longitude[MASTER]);
   if (east > 180.0) east -= 360.0;
   if (-180.0 > east) east += 360.0;
   return std::sqrt(north * north + east * east);
 }
 
+double DetectLookDirection(const SCENE& scene, const SCENE_CENTERS& centers) {
+  const double azimuth_time = 0.5 * (scene.master_first_az_time + scene.master_last_az_time);
+  const MASTER_LINE line = LineAt(scene.master_orbit, azimuth_time);
+  const double left = DistanceFromCenter(scene, line, LEFT, centers);
+  const double right = DistanceFromCenter(scene, line, RIGHT, centers);
+  return left > right ? RIGHT : LEFT;
+}
+
 }  // namespace
 
-void settle_look_direction(GEOMETRY_STATE& state, PARAMETER_POOL& master_pool,
-                           PARAMETER_POOL& slave_pool) {
-  if (state.look_direction[MASTER] == state.look_direction[SLAVE]) {
-    state.sensor_look_direction = state.look_direction[MASTER];
+double settle_look_direction(const SCENE& scene, PARAMETER_POOL& master_pool,
+                             PARAMETER_POOL& slave_pool) {
+  double side = scene.look_direction[MASTER];
+  if (scene.look_direction[MASTER] == scene.look_direction[SLAVE]) {
     GlobalLog.printf_line(INFO, "take look direction from input scenes");
-    state.center_latitude[MASTER] = 0.0F;
-    state.center_longitude[MASTER] = 0.0F;
   } else {
     GlobalLog.printf_line(WARNING, "input scenes have different look directions");
-    log_look_direction(WARNING, "master: ", state.look_direction[MASTER]);
-    log_look_direction(WARNING, "slave:  ", state.look_direction[SLAVE]);
+    log_look_direction(WARNING, "master: ", scene.look_direction[MASTER]);
+    log_look_direction(WARNING, "slave:  ", scene.look_direction[SLAVE]);
     GlobalLog.printf_line(WARNING, "try to detect look direction by myself..");
-    read_scene_centers(state, master_pool, slave_pool);
-    state.center_latitude[MASTER] = Radians(state.center_latitude[MASTER]);
-    state.center_longitude[MASTER] = Radians(state.center_longitude[MASTER]);
-    const double azimuth_time = 0.5 * (state.master_first_az_time + state.master_last_az_time);
-    const MASTER_LINE line = LineAt(state.master_orbit, azimuth_time);
-    const double left = DistanceFromCentre(state, line, LEFT);
-    const double right = DistanceFromCentre(state, line, RIGHT);
-    state.sensor_look_direction = left > right ? RIGHT : LEFT;
+    side = DetectLookDirection(scene, read_scene_centers(master_pool, slave_pool));
   }
-  log_look_direction(INFO, "Sensor look direction is: ", state.sensor_look_direction);
+  log_look_direction(INFO, "Sensor look direction is: ", side);
+  return side;
 }
 
 }  // namespace varnoth

@@ -48,7 +48,8 @@ void read_orbit(const char* name, SCENE_ORBIT& orbit, PARAMETER_POOL& pool) {
 /// nothing but the release of what the run used is left.
 void run(CONTROLLER_IFC& controller, SoftwareIdentity& identity, SoftwareLog& information,
          bool& results_stand) {
-  GEOMETRY_STATE& state = geometry_state;
+  SCENE& scene = geometry_state.scene;
+  RESULTS& results = geometry_state.results;
   identity.set(controller.get_binary_name(), TITLE, BUILD_VERSION, SOURCE_DATE, BUILD, COMPILER);
   write_process_ids(identity, COMPILER, controller.get_config_file_name());
 
@@ -57,31 +58,33 @@ void run(CONTROLLER_IFC& controller, SoftwareIdentity& identity, SoftwareLog& in
   read_configuration(controller, configuration);
   PARAMETER_POOL_READ_WRITE_CHANGE insar_pool(configuration.parameter_pool.c_str());
   LOG_POOL log_pool(insar_pool, configuration.parameter_pool, configuration.log_pp);
-  state.local_height = read_local_height(controller, insar_pool);
+  scene.local_height = read_local_height(controller, insar_pool);
   configuration.flat_earth_poly_degree =
       degree_from_text(configuration.flat_earth_poly_degree_text);
   GlobalLog.printf_line(TRACE, "Configuration complete");
-  log_configuration(configuration, state.local_height);
+  log_configuration(configuration, scene.local_height);
 
   PARAMETER_POOL master_pool(configuration.master_par.c_str());
   PARAMETER_POOL slave_pool(configuration.slave_par.c_str());
   GlobalLog.printf_line(INFO, "%s", "");
-  read_orbit("master", state.master_orbit, master_pool);
-  read_orbit("slave", state.slave_orbit, slave_pool);
-  read_scene_parameters(state, master_pool, slave_pool, insar_pool);
-  take_ellipsoid_radii(state);
+  read_orbit("master", scene.master_orbit, master_pool);
+  read_orbit("slave", scene.slave_orbit, slave_pool);
+  read_scene_parameters(scene, master_pool, slave_pool, insar_pool);
+  take_ellipsoid_radii(scene);
   BISTATIC_B bistatic;
-  work_out_end_times(state);
-  settle_look_direction(state, master_pool, slave_pool);
+  work_out_end_times(scene);
+  results.sensor_look_direction = settle_look_direction(scene, master_pool, slave_pool);
 
   GlobalLog.printf_line(INFO, "starting flat earth calculation");
-  SWEEP sweep;
-  sweep_flat_earth(state, sweep, bistatic);
-  work_out_statistics(state, sweep);
-  fit_flat_earth_polynomials(state, sweep, configuration.flat_earth_poly_degree);
-  print_nine_point_grids(state);
+  const SWEEP sweep = sweep_flat_earth(scene, results.sensor_look_direction, bistatic);
+  results.corners = corners_of(sweep);
+  results.line_values = line_values_of(sweep);
+  results.statistics = work_out_statistics(scene, sweep, results.corners);
+  results.flat_earth =
+      fit_flat_earth_polynomials(scene, sweep, configuration.flat_earth_poly_degree);
+  print_nine_point_grids(scene, results.sensor_look_direction);
 
-  annotate_results(state, insar_pool);
+  annotate_results(results, insar_pool);
   information.update_pool(log_pool.Pool(), identity);
   log_pool.Finish();
   results_stand = true;

@@ -37,27 +37,27 @@ class GRID_TABLE {
 
 }  // namespace
 
-void print_nine_point_grids(const GEOMETRY_STATE& state) {
-  const PAIR_CONSTANTS pair = ConstantsOf(state);
+void print_nine_point_grids(const SCENE& scene, double look_direction) {
+  const PAIR_CONSTANTS pair = ConstantsOf(scene, look_direction);
   ARRAY<double> samples(0, POINTS);
   double* const s = samples.GetElementBase(0);
   s[0] = 0.0;
-  s[1] = 0.5 * (state.n_samples - 1.0);
-  s[2] = state.n_samples - 1.0;
+  s[1] = 0.5 * (scene.n_samples - 1.0);
+  s[2] = scene.n_samples - 1.0;
   GRID_TABLE effective_table(samples);
   GRID_TABLE baseline_table(samples);
 
   for (int j = 0; j < POINTS; ++j) {
-    const double line_number = (state.n_lines - 1.0) * (j * 0.5);
+    const double line_number = (scene.n_lines - 1.0) * (j * 0.5);
     const MASTER_LINE line =
-        LineAt(state.master_orbit, line_number / state.prf[MASTER] + state.master_first_az_time);
+        LineAt(scene.master_orbit, line_number / scene.prf[MASTER] + scene.master_first_az_time);
     ARRAY<double> baselines(0, POINTS);
     ARRAY<double> effectives(0, POINTS);
     for (int m = 0; m < POINTS; ++m) {
       const double range_time =
-          s[m] / state.range_sampling_frequency[MASTER] + state.master_first_rg_time;
+          s[m] / scene.range_sampling_frequency[MASTER] + scene.master_first_rg_time;
       SAMPLE_GEOMETRY sample;
-      sample.target = Locate(EchoOf(pair, line, range_time, state.local_height));
+      sample.target = Locate(EchoOf(pair, line, range_time, scene.local_height));
       PlaceSlave(sample, pair);
       MeasureBaseline(sample, pair, line);
       baselines.GetElementBase(0)[m] = sample.baseline;

@@ -12,18 +12,18 @@ GROUND_POINT Locate(const ECHO& echo) {
   return point;
 }
 
-PAIR_CONSTANTS ConstantsOf(const GEOMETRY_STATE& state) {
-  return {.master_orbit = &state.master_orbit,
-          .slave_orbit = &state.slave_orbit,
-          .look_direction = state.sensor_look_direction,
-          .rpole = state.rpole,
-          .requator = state.requator,
-          .master_wavelength = SPEED_OF_LIGHT / state.radar_frequency[MASTER],
-          .slave_wavelength = SPEED_OF_LIGHT / state.radar_frequency[SLAVE],
-          .slave_start = state.slave_first_az_time,
-          .is_single_pass = state.IsSinglePass(),
-          .slave_bandwidth = state.az_bandwidth[SLAVE],
-          .slave_frequency = state.radar_frequency[SLAVE],
+PAIR_CONSTANTS ConstantsOf(const SCENE& scene, double look_direction) {
+  return {.master_orbit = &scene.master_orbit,
+          .slave_orbit = &scene.slave_orbit,
+          .look_direction = look_direction,
+          .rpole = scene.rpole,
+          .requator = scene.requator,
+          .master_wavelength = SPEED_OF_LIGHT / scene.radar_frequency[MASTER],
+          .slave_wavelength = SPEED_OF_LIGHT / scene.radar_frequency[SLAVE],
+          .slave_start = scene.slave_first_az_time,
+          .is_single_pass = scene.IsSinglePass(),
+          .slave_bandwidth = scene.az_bandwidth[SLAVE],
+          .slave_frequency = scene.radar_frequency[SLAVE],
           .tell_search = TellOpenSearch};
 }
 

@@ -5,8 +5,9 @@
 
 namespace varnoth {
 
-/// What the library's geometry of a sample takes from the scene, behind `settle_look_direction`.
-PAIR_CONSTANTS ConstantsOf(const GEOMETRY_STATE& state);
+/// What the library's geometry of a sample takes from the scene, looking to a side: -1 left, +1
+/// right.
+PAIR_CONSTANTS ConstantsOf(const SCENE& scene, double look_direction);
 
 /// The point that an echo comes from, with the solver's lines. Throws what geolocation_fast throws.
 GROUND_POINT Locate(const ECHO& echo);

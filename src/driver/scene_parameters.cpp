@@ -26,66 +26,67 @@ int ReadLookDirection(PARAMETER_POOL& pool) {
 
 }  // namespace
 
-void read_scene_parameters(GEOMETRY_STATE& state, PARAMETER_POOL& master_pool,
-                           PARAMETER_POOL& slave_pool, PARAMETER_POOL& insar_pool) {
-  for (const SCENE scene : {MASTER, SLAVE}) {
-    PARAMETER_POOL& pool = scene == MASTER ? master_pool : slave_pool;
+void read_scene_parameters(SCENE& scene, PARAMETER_POOL& master_pool, PARAMETER_POOL& slave_pool,
+                           PARAMETER_POOL& insar_pool) {
+  for (const ROLE role : {MASTER, SLAVE}) {
+    PARAMETER_POOL& pool = role == MASTER ? master_pool : slave_pool;
     LogPool(pool);
-    if (scene == MASTER) pool.Read("ellipsoid_parameters", state.ellipsoid_parameters);
-    pool.Read("prf", state.prf[scene]);
-    pool.Read("az_bandwidth", state.az_bandwidth[scene]);
-    pool.Read("range_sampling_frequency", state.range_sampling_frequency[scene]);
-    pool.Read("radar_frequency", state.radar_frequency[scene]);
-    state.look_direction[scene] = ReadLookDirection(pool);
-    if (scene == MASTER) pool.Read("orbit_interpolation", state.orbit_interpolation);
+    if (role == MASTER) pool.Read("ellipsoid_parameters", scene.ellipsoid_parameters);
+    pool.Read("prf", scene.prf[role]);
+    pool.Read("az_bandwidth", scene.az_bandwidth[role]);
+    pool.Read("range_sampling_frequency", scene.range_sampling_frequency[role]);
+    pool.Read("radar_frequency", scene.radar_frequency[role]);
+    scene.look_direction[role] = ReadLookDirection(pool);
+    if (role == MASTER) pool.Read("orbit_interpolation", scene.orbit_interpolation);
   }
 
   LogPool(insar_pool);
-  insar_pool.Read("n_samples", state.n_samples);
-  insar_pool.Read("n_lines", state.n_lines);
-  insar_pool.Read("master_first_az_time", state.master_first_az_time);
-  insar_pool.Read("slave_first_az_time", state.slave_first_az_time);
-  insar_pool.Read("master_first_rg_time", state.master_first_rg_time);
-  insar_pool.Read("slave_first_rg_time", state.slave_first_rg_time);
+  insar_pool.Read("n_samples", scene.n_samples);
+  insar_pool.Read("n_lines", scene.n_lines);
+  insar_pool.Read("master_first_az_time", scene.master_first_az_time);
+  insar_pool.Read("slave_first_az_time", scene.slave_first_az_time);
+  insar_pool.Read("master_first_rg_time", scene.master_first_rg_time);
+  insar_pool.Read("slave_first_rg_time", scene.slave_first_rg_time);
   STRING mode;
   insar_pool.Read("observation_mode", mode);
-  state.observation_mode = observation_mode_from_text(mode.c_str());
-  GlobalLog.printf_line(INFO, "observation mode: %s", state.observation_mode.text);
+  scene.observation_mode = observation_mode_from_text(mode.c_str());
+  GlobalLog.printf_line(INFO, "observation mode: %s", scene.observation_mode.text);
   GlobalLog.printf_line(TRACE, "Finished reading parameter pools");
 }
 
-void read_scene_centers(GEOMETRY_STATE& state, PARAMETER_POOL& master_pool,
-                        PARAMETER_POOL& slave_pool) {
+SCENE_CENTERS read_scene_centers(PARAMETER_POOL& master_pool, PARAMETER_POOL& slave_pool) {
+  SCENE_CENTERS centers;
   GlobalLog.printf_line(TRACE, "Start reading parameter pools for scene centers");
-  for (const SCENE scene : {MASTER, SLAVE}) {
-    PARAMETER_POOL& pool = scene == MASTER ? master_pool : slave_pool;
+  for (const ROLE role : {MASTER, SLAVE}) {
+    PARAMETER_POOL& pool = role == MASTER ? master_pool : slave_pool;
     LogPool(pool);
-    pool.Read("center_longitude", state.center_longitude[scene]);
-    pool.Read("center_latitude", state.center_latitude[scene]);
+    pool.Read("center_longitude", centers.center_longitude[role]);
+    pool.Read("center_latitude", centers.center_latitude[role]);
   }
+  return centers;
 }
 
-void take_ellipsoid_radii(GEOMETRY_STATE& state) {
+void take_ellipsoid_radii(SCENE& scene) {
   constexpr int EQUATORIAL = 7;
   constexpr int POLAR = 8;
-  if (state.ellipsoid_parameters.GetLength() <= POLAR) {
+  if (scene.ellipsoid_parameters.GetLength() <= POLAR) {
     GlobalLog.printf_line(ALARM, "ellipsoid_parameters has %d elements, %d are needed",
-                          state.ellipsoid_parameters.GetLength(), POLAR + 1);
+                          scene.ellipsoid_parameters.GetLength(), POLAR + 1);
     throw ERROR_DATA();
   }
-  state.requator = state.ellipsoid_parameters.GetElementBase(0)[EQUATORIAL];
-  state.rpole = state.ellipsoid_parameters.GetElementBase(0)[POLAR];
+  scene.requator = scene.ellipsoid_parameters.GetElementBase(0)[EQUATORIAL];
+  scene.rpole = scene.ellipsoid_parameters.GetElementBase(0)[POLAR];
 }
 
-void work_out_end_times(GEOMETRY_STATE& state) {
-  const double lines = state.n_lines - 1.0;
-  const double samples = state.n_samples - 1.0;
-  state.master_last_az_time = state.master_first_az_time + lines / state.prf[MASTER];
-  state.slave_last_az_time = state.slave_first_az_time + lines / state.prf[SLAVE];
-  state.master_last_rg_time =
-      state.master_first_rg_time + samples / state.range_sampling_frequency[MASTER];
-  state.slave_last_rg_time =
-      state.slave_first_rg_time + samples / state.range_sampling_frequency[SLAVE];
+void work_out_end_times(SCENE& scene) {
+  const double lines = scene.n_lines - 1.0;
+  const double samples = scene.n_samples - 1.0;
+  scene.master_last_az_time = scene.master_first_az_time + lines / scene.prf[MASTER];
+  scene.slave_last_az_time = scene.slave_first_az_time + lines / scene.prf[SLAVE];
+  scene.master_last_rg_time =
+      scene.master_first_rg_time + samples / scene.range_sampling_frequency[MASTER];
+  scene.slave_last_rg_time =
+      scene.slave_first_rg_time + samples / scene.range_sampling_frequency[SLAVE];
 }
 
 }  // namespace varnoth
