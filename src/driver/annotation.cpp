@@ -15,7 +15,7 @@ void annotate_results(const RESULTS& results, PARAMETER_POOL_READ_WRITE_CHANGE& 
   };
   /// The values of the first line and then those of the last one.
   const auto write_lines = [&](const char* comment, const char* early_key, const char* late_key,
-                               const VECTOR<double>(&values)[2]) {
+                               const std::array<VECTOR<double>, 2>& values) {
     write_with(comment, early_key, values[FIRST_LINE]);
     write_with(comment, late_key, values[LAST_LINE]);
   };

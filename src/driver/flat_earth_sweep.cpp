@@ -48,7 +48,8 @@ void SweepLine(SWEEP& sweep, AZIMUTH_POSITION k, const SCENE& scene, const PAIR_
     spl = i * (range_duration / 10.0) * scene.range_sampling_frequency[MASTER];
     SAMPLE_GEOMETRY& sample = sweep.samples[k][i];
     sample = SweepSample(scene, pair, line, range_time, bistatic);
-    table.row("|%5d|%e|%4.2f|%4.2f|%+4.2f|%4.2f|", static_cast<int>(spl + 0.5),
+    const double rounded = spl + 0.5;
+    table.row("|%5d|%e|%4.2f|%4.2f|%+4.2f|%4.2f|", static_cast<int>(rounded),
               range_time - scene.master_first_rg_time, sample.baseline, sample.effective_baseline,
               sample.metres_per_cycle, sample.phase);
   }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 #include "driver/scene_enumerations.hpp"
 #include "foundation/array.hpp"
 #include "foundation/string.hpp"
@@ -74,7 +76,8 @@ struct STATISTICS {
 
 /// What describes the phase over the scene.
 struct FLAT_EARTH {
-  ARRAY<double> flat_phase_poly[2];       ///< cycles over master range samples, constant term first
+  std::array<ARRAY<double>, 2>
+      flat_phase_poly;                    ///< cycles over master range samples, constant term first
   STRING equator_crossing_direction;      ///< "ascending" or "descending"
   double fringe_frequency_azimuth = 0.0;  ///< cycles per line, whatever its comment says
   double fringe_frequency_range = 0.0;    ///< cycles per sample
@@ -82,13 +85,13 @@ struct FLAT_EARTH {
 
 /// Per azimuth position the eleven values of the sweep.
 struct LINE_VALUES {
-  VECTOR<double> phase_to_height_conv[2];  ///< metres per cycle
-  VECTOR<double> master_incidence_angle[2];
-  VECTOR<double> slave_incidence_angle[2];
-  VECTOR<double> master_look_angle[2];
-  VECTOR<double> slave_look_angle[2];
-  VECTOR<double> master_range_distance[2];
-  VECTOR<double> slave_range_distance[2];
+  std::array<VECTOR<double>, 2> phase_to_height_conv;  ///< metres per cycle
+  std::array<VECTOR<double>, 2> master_incidence_angle;
+  std::array<VECTOR<double>, 2> slave_incidence_angle;
+  std::array<VECTOR<double>, 2> master_look_angle;
+  std::array<VECTOR<double>, 2> slave_look_angle;
+  std::array<VECTOR<double>, 2> master_range_distance;
+  std::array<VECTOR<double>, 2> slave_range_distance;
 };
 
 /// What a run works out.
