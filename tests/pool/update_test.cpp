@@ -44,9 +44,9 @@ class PoolUpdateTest : public LoggedTest {
   static PARAMETER_POOL_READ_WRITE_CHANGE Pool(const char* path = "pool") {
     return PARAMETER_POOL_READ_WRITE_CHANGE(path);
   }
-  /// Adds the lines of an action at their levels to `told`, and what it threw.
+  /// The lines of an action at their levels, and what it threw.
   template <class ACTION>
-  void Do(ACTION action) {
+  std::string Told(ACTION action) {
     TakeLog();
     std::string thrown;
     try {
@@ -55,10 +55,9 @@ class PoolUpdateTest : public LoggedTest {
       thrown = error.what() + std::string("\n");
     }
     fault = {};
-    told += std::regex_replace(TakeLines(), std::regex("pool_\\w{6}"), "TMP") + thrown;
+    return std::regex_replace(TakeLines(), std::regex("pool_\\w{6}"), "TMP") + thrown;
   }
 
-  std::string told;
   const std::string folder = directory.Path("folder");
 };
 
@@ -103,15 +102,14 @@ TEST_F(PoolUpdateTest, WhatNoReaderTakesWholeIsToldAndRefused) {
   Pool().Change("k", text.c_str());
   EXPECT_EQ(ReadFile("pool").size(), 1025);
   auto pool = Pool();
-  Do([&] { pool.Change("k", (text + "y").c_str()); });
-  Do([&] { join_key({key.c_str(), "", "x"}); });
-  Do([&] { pool.Change((key + "y").c_str(), 5); });
   const std::string head = "ALARM parameter pool: parameter key >> ";
   const std::string tail = " << is longer than 100 characters\npool error - key too long\n";
-  EXPECT_EQ(told, head +
-                      "k << value or comment makes a line longer than 1024 bytes\n"
-                      "pool error - no or invalid parameter value in file\n" +
-                      head + key + "_x" + tail + head + key + "y" + tail);
+  EXPECT_EQ(Told([&] { pool.Change("k", (text + "y").c_str()); }),
+            head +
+                "k << value or comment makes a line longer than 1024 bytes\n"
+                "pool error - no or invalid parameter value in file\n");
+  EXPECT_EQ(Told([&] { join_key({key.c_str(), "", "x"}); }), head + key + "_x" + tail);
+  EXPECT_EQ(Told([&] { pool.Change((key + "y").c_str(), 5); }), head + key + "y" + tail);
 }
 
 TEST_F(PoolUpdateTest, OpeningsAndProbesAreToldAtTheirLevels) {
@@ -119,14 +117,14 @@ TEST_F(PoolUpdateTest, OpeningsAndProbesAreToldAtTheirLevels) {
   STRING value("old");
   constexpr const char* VALID[] = {"a", "b"};
   WriteFile("pool", "k STR c\n");
-  Do([] { Pool(); });
-  Do([] { PARAMETER_POOL("/"); });
+  std::string told = Told([] { Pool(); });
+  told += Told([] { PARAMETER_POOL("/"); });
   // A running program can't be opened for writing, not even by the superuser.
-  Do([] { Pool("/proc/self/exe"); });
-  Do([&] { pool.open("pool"), pool.set_not_found_log_level(WARNING), pool.get_type("x"); });
-  pool.set_read_log_level(INFO);
-  Do([&] { ReadEnumeration(pool, "k", VALID, value); });
-  Do([&] { pool.close(), pool.find_key("k"); });
+  told += Told([] { Pool("/proc/self/exe"); });
+  pool.open("pool"), pool.set_not_found_log_level(WARNING), pool.set_read_log_level(INFO);
+  told += Told([&] { pool.get_type("x"); });
+  told += Told([&] { ReadEnumeration(pool, "k", VALID, value); });
+  told += Told([&] { pool.close(), pool.find_key("k"); });
   EXPECT_EQ(value, "old");
   EXPECT_EQ(told, R"(DEBUG open pool: pool
 DEBUG construct pool_rwc: pool
@@ -154,9 +152,8 @@ TEST_F(PoolUpdateTest, AReadErrorIsNoMissingKey) {
   for (const auto& [key, well] : {std::pair("k", 1), std::pair("l", 1), std::pair("l", 0)}) {
     PARAMETER_POOL pool("pool");
     double value = 0;
-    fault = {"pread", well}, told = "";
-    Do([&] { pool.Read(key, value); });
-    EXPECT_EQ(told,
+    fault = {"pread", well};
+    EXPECT_EQ(Told([&] { pool.Read(key, value); }),
               "ALARM can not read parameter file pool: Input/output error\n"
               "can not read from file\n")
         << key << " with reads that go well: " << well;
@@ -191,9 +188,8 @@ pool error - corrupted parameter pool file
     WriteFile("pool", old);
     auto pool = Pool();
     pool.Change("k", 5);
-    fault = row.fault, told = "";
-    Do([&] { pool.update(); });
-    EXPECT_EQ(told, "DEBUG open pool: .//TMP\n" + row.told);
+    fault = row.fault;
+    EXPECT_EQ(Told([&] { pool.update(); }), "DEBUG open pool: .//TMP\n" + row.told);
     EXPECT_EQ(ReadFile("pool"), row.pool);
     fs::remove("pool");
     std::string kept_there = "none";
@@ -205,9 +201,7 @@ pool error - corrupted parameter pool file
   }
   auto pool = Pool();
   fs::remove_all(folder);
-  told = "";
-  Do([&] { pool.update(); });
-  EXPECT_EQ(told, R"(ALARM No such file or directory
+  EXPECT_EQ(Told([&] { pool.update(); }), R"(ALARM No such file or directory
 DEBUG open pool: .//TMP
 ALARM can not open parameter file .//TMP
 ALARM can not open parameter file .//TMP

@@ -209,7 +209,9 @@ TEST_F(MdbTest, RecordsGoBehindTheLastOneOrAreTold) {
   std::filesystem::remove(path);
   std::filesystem::create_symlink("/dev/full", path);
   const char* const told = "can not write MDB_RECORD into mdb-file";
-  EXPECT_EQ(ThrownText([&] { written(OUT); }), told);
+  mdb.Open(OUT);
+  Write("1", 1);
+  EXPECT_EQ(ThrownText([&] { mdb.Close(); }), told);
   mdb.SetNameWidth(100000);
   mdb.Open(OUT);
   EXPECT_EQ(ThrownText([&] { mdb.Write(); }), told);
