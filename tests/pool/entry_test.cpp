@@ -190,6 +190,7 @@ std::string Full(std::string line) {
 
 TEST_F(PoolRefusalTest, OfAnIncompleteKeyLine) {
   EXPECT_THROW(Read<int>(""), PARAMETER_KEY_NOT_FOUND);
+  EXPECT_EQ(TakeLines(), "ALARM parameter pool: parameter key >> k << not found\n");
   Fails<double, WRONG_PARAMETER_TYPE>("flt_15 5\n", "type FLT_15 expected");
   Fails<int>(Full(""), "no type information found");
   Fails<int, INVALID>(Full("INT_32"), "no parameter value in file");
