@@ -1,5 +1,8 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <array>
 #include <cmath>
 #include <limits>
 #include <vector>
@@ -33,15 +36,29 @@ ARRAY<POINT<T>> Series(const std::vector<T>& abscissae, F f, int first = 0) {
   return series;
 }
 
-/// The samples of the known polynomial with its derivative.
-template <class T>
-ARRAY<DPOINT<T>> SeriesWithSlopes(const std::vector<T>& abscissae, int degree) {
-  ARRAY<DPOINT<T>> series(0, static_cast<int>(abscissae.size()));
-  DPOINT<T>* next = series.GetElementBase(0);
-  for (const T x : abscissae) {
-    *next++ = {x, static_cast<T>(Known(degree, 0, x)), static_cast<T>(Known(degree, 1, x))};
-  }
+/// Samples P of zeros at the abscissae.
+template <class P>
+ARRAY<P> At(const std::vector<double>& abscissae) {
+  ARRAY<P> series(0, static_cast<int>(abscissae.size()));
+  P* next = series.GetElementBase(0);
+  for (const double x : abscissae) next++->x = x;
   return series;
+}
+
+/// What an interpolator gives at an abscissa: the value and its derivatives.
+template <class INTERPOLATOR, class T>
+std::array<T, 3> Values(const INTERPOLATOR& interpolator, T x) {
+  return {interpolator.GetY(x), interpolator.GetDerivedY(x), interpolator.GetDerived2Y(x)};
+}
+
+/// They are the known ones but for so many roundings each.
+template <class T>
+void ExpectKnown(const std::array<T, 3>& got, int degree, T x,
+                 const std::array<double, 3>& limits) {
+  for (int d = 0; d < 3; ++d) {
+    EXPECT_LT(Roundings(got.data()[d], Known(degree, d, x)), limits.data()[d])
+        << degree << " " << x;
+  }
 }
 
 template <class INTERPOLATOR>
