@@ -44,14 +44,15 @@ struct ORBIT_POOL {
     const std::string quote = kind == SECONDS ? "" : "\"";
     std::string text = "orbit_representation STR \"orbit_" + source + KINDS[kind] +
                        "\"\norbit_interpolation STR \"" + interpolation +
-                       "\"\norbit_param_key STR \"t\"\norbit_value_key STR \"(x, y)/z\"\n" +
-                       "orbit_velocity_key STR \"u v w\"\norbit_reference_time STR \"" +
+                       "\"\norbit_param_key STR \"t\"\norbit_value_key STR \"{x:y}(z)\"\n" +
+                       "orbit_velocity_key STR \"u v/w,\"\norbit_reference_time STR \"" +
                        Epoch(-1.25) + "\"\n";
     const std::string number_type = source == "pool_float" ? "FLT_6" : "FLT_15";
     for (std::size_t c = 0; c < 7; ++c) {
       const std::string type = c < 6 ? number_type : kind == SECONDS ? "FLT_15" : "STR";
-      text += "xyzuvwt"[c] + (" " + type + "_V 5\t") + std::to_string(count) + "\n{\n";
-      for (int k = 0; k < count; ++k) {
+      const int length = c < 6 ? count + 1 : count;  // values behind the last epoch are left out
+      text += "xyzuvwt"[c] + (" " + type + "_V 5\t") + std::to_string(length) + "\n{\n";
+      for (int k = 0; k < length; ++k) {
         text += (c < 6 ? Number(c, k) : quote + Epoch(10.0 * k) + quote) + "\n";
       }
       text += "}\n";
@@ -60,11 +61,10 @@ struct ORBIT_POOL {
   }
   /// The same samples for a record file.
   std::vector<RECORD_TEXTS> Records() const {
-    std::vector<RECORD_TEXTS> records;
-    for (int k = 0; k < count; ++k) {
-      records.push_back({Number(0, k), Number(1, k), Number(2, k), Epoch(10.0 * k)});
-    }
-    return records;
+    std::vector<RECORD_TEXTS> all;
+    for (int k = 0; k < count; ++k)
+      all.push_back({Number(0, k), Number(1, k), Number(2, k), Epoch(10.0 * k)});
+    return all;
   }
 };
 
@@ -89,11 +89,20 @@ class OrbitTest : public LoggedTest {
     const std::string place = directory.Path("ZEL2/hddc_AQAR041/dt_007.2001/sec");
     std::filesystem::create_directories(place);
     std::string text;
-    for (const auto& [x, y, z, epoch] : records) {
+    for (const auto& [x, y, z, epoch] : records)
       text += "t : " + epoch + "\n  x : " + x + "\n  y : " + y + "\n  z : " + z + "\n";
-    }
     WriteFile(place + "/states", text);
   }
+  /// The core of the fixture's orbit, with these records.
+  const ORBIT_BASE& ReadRecords(TIME_KIND kind, const char* interpolation,
+                                const std::vector<RECORD_TEXTS>& records) {
+    WriteRecords(records);
+    Read(record_orbit, ORBIT_POOL{kind, interpolation, 2, "mdb_double"}.Text());
+    return *record_orbit.core;
+  }
+
+ private:
+  SCENE_ORBIT record_orbit;
 };
 
 }  // namespace varnoth::test

@@ -25,6 +25,16 @@ TEST_F(OrbitTest, AnInterpolationTextHasNameOrderAndSupportPoints) {
   EXPECT_EQ(TakeLog(), "ORBIT: can not determine interpolation type from: _-\n");
 }
 
+TEST_F(OrbitTest, ASelectionThatFailsLeavesNoCore) {
+  for (const auto& [type, interpolation] :
+       {std::pair{"orbit", "spline"}, std::pair{"orbit_pool_double_utc", "splines"}}) {
+    SCENE_ORBIT orbit;
+    orbit.SelectCore("orbit_pool_double_utc", "spline");
+    EXPECT_THROW(orbit.SelectCore(type, interpolation), ERROR_ARGUMENT);
+    EXPECT_EQ(orbit.core, nullptr);
+  }
+}
+
 TEST_F(OrbitTest, TheOffsetIsTheReferenceTimeFromTheFirstSample) {
   const std::string detected = " reference time detected: ";
   using CASE = std::tuple<TIME_KIND, const char*, double, std::string>;
@@ -43,9 +53,6 @@ TEST_F(OrbitTest, TheOffsetIsTheReferenceTimeFromTheFirstSample) {
     orbit.SetReferenceTime(text);
     EXPECT_NEAR(orbit.time_offset, offset, 1e-9) << text;  // rounding at 1e5 s
     EXPECT_EQ(TakeLog(), std::string("GENERAL_ORBIT::SetReferenceTime(") + text + ")\n" + log);
-    Read(orbit, ORBIT_POOL{.kind = kind == UTC ? MET : UTC}.Text());
-    const auto set = [&, t = text] { orbit.SetReferenceTime(t); };
-    EXPECT_EQ(ThrownText(set), "not allowed time conversion");
   }
 }
 
@@ -63,49 +70,79 @@ TEST_F(OrbitTest, ARecordFileIsReadInTwoPassesThatMustAgree) {
   orbit.SetKeys("t", "x y z", nullptr);
   TakeLog();
   EXPECT_THROW(orbit.read(directory.Path("").c_str(), 2, 41, 1, 7, 2001, 2, "states"), ERROR_DATA);
-  EXPECT_TRUE(TakeLog().ends_with("ORBIT: mdb file was changed between open() and read()\n"));
+  EXPECT_TRUE(
+      TakeLines().ends_with("ALARM ORBIT: mdb file was changed between open() and read()\n"));
 }
 
 TEST_F(OrbitTest, RecordsWithoutTheirEpochOrCoordinatesAreRefused) {
-  SCENE_ORBIT orbit;
-  const auto read = [&](TIME_KIND kind, const RECORD_TEXTS& record) {
-    WriteRecords({record});
-    Read(orbit, ORBIT_POOL{kind, "polynom", 1, "mdb_double"}.Text());
-  };
+  using CASE = std::tuple<TIME_KIND, RECORD_TEXTS, const char*>;
   const std::string met = "0012/02:19:03.0";
-  EXPECT_EQ(ThrownText([&] {
-              read(SECONDS, {"1", "2", "3", met});
-            }),
-            "can not cast from MET to double");
-  EXPECT_EQ(ThrownText([&] {
-              read(MET, {"1", "2", "06-APR-2025/02:19:03.0", met});
-            }),
-            "can not cast from UTC to double");
-  EXPECT_THROW(read(UTC, {"1", "2", "3", "5.0"}), ERROR_ARGUMENT);
+  for (const auto& [kind, record, text] :
+       {CASE{SECONDS, {"1", "2", "3", met}, "can not cast from MET to double"},
+        CASE{MET, {"1", "2", "06-APR-2025/02:19:03.0", met}, "can not cast from UTC to double"}}) {
+    EXPECT_EQ(ThrownText([&, k = kind, r = record] { ReadRecords(k, "polynom", {r}); }), text);
+  }
+  EXPECT_THROW(ReadRecords(UTC, "polynom", {{"1", "2", "3", "5.0"}}), ERROR_ARGUMENT);
 }
 
 TEST_F(OrbitTest, GivesItsSamples) {
-  WriteRecords(TWO_RECORDS);
-  SCENE_ORBIT orbit;
-  Read(orbit, ORBIT_POOL{SECONDS, "polynom", 2, "mdb_double"}.Text());
-  const ORBIT_BASE& core = *orbit.core;
+  const ORBIT_BASE& core = ReadRecords(SECONDS, "polynom", TWO_RECORDS);
   double time = 0, seconds = 0;
   core.GetSampleTime(1, time);
   core.GetRelativeSampleTime(1, seconds);
   EXPECT_EQ(time, 7);
   EXPECT_EQ(seconds, 2);
   const auto expect = [](auto get, const TRIPLE& wanted) {
-    TRIPLE array;
+    TRIPLE array, elements;
     VECTOR<double> vector(1, 3);
     get(array.data());
     get(vector);
+    std::copy_n(vector.GetElementBase(0), 3, elements.data());
     EXPECT_EQ(array, wanted);
-    EXPECT_TRUE(std::equal(wanted.begin(), wanted.end(), vector.GetElementBase(0)));
+    EXPECT_EQ(elements, wanted);
   };
   expect([&](auto&& out) { core.GetSample(1, out); }, {2, -4, 3});
   expect([&](auto&& out) { core.GetSampleVelocity(1, out); }, {0.5, -1, -0.25});
   expect([&](auto&& out) { core.GetSampleAcceleration(1, out); }, {0, 0, 0});
   EXPECT_THROW(core.GetSampleTime(2, time), ERROR_ARGUMENT);
+}
+
+// A duration of 0 ms and -500 us would be taken for a later time.
+TEST_F(OrbitTest, ASampleHalfAMillisecondAheadOfTheReferenceHasItsMissionElapsedTime) {
+  const std::string second = "0012/02:19:0";
+  MISSION_ELAPSED_TIME time;
+  ReadRecords(MET, "polynom", {{"1", "2", "3", second + "4.0"}, {"1", "2", "3", second + "3.9995"}})
+      .GetSampleTime(1, time);
+  EXPECT_STREQ(time.c_str(), "+0012/02:19:03.999500");
+}
+
+TEST_F(OrbitTest, PrintsSamplesPositionsAndTheirDifferences) {
+  const ORBIT_BASE& core = ReadRecords(SECONDS, "polyfit_0", TWO_RECORDS);  // at their means
+  TakeLog();
+  core.Print(PARAMETER, "title");
+  std::string log = TakeLines();
+  std::erase(log, ' ');
+  EXPECT_NE(log.find("PARAM|0.000000|1.000000e+00|-2.000000e+00|3.500000e+00|1.500000e+00|"
+                     "-3.000000e+00|3.250000e+00|-5.000000e-01|1.000000e+00|2.500000e-01|\n"),
+            log.npos)
+      << log;
+}
+
+TEST_F(OrbitTest, OpensBothFilesOfACurveBeforeItComplainsOfTheFirst) {
+  const std::string path = directory.Path("ZEL2");  // a directory
+  const ORBIT_BASE& core = ReadRecords(SECONDS, "polynom", TWO_RECORDS);
+  EXPECT_THROW(core.SavePolynomial(path.c_str(), 0, 2, 0.0, 1.0), ERROR_CAN_NOT_CREATE_FILE);
+  EXPECT_TRUE(std::filesystem::exists(path + ".pkt"));
+  EXPECT_TRUE(
+      TakeLines().ends_with("ALARM ORBIT::SavePolynomial() can not create file: " + path + "\n"));
+}
+
+TEST_F(OrbitTest, TheDeprecatedReadTellsSoAtDebug) {
+  SCENE_ORBIT orbit;
+  Read(orbit, ORBIT_POOL().Text());
+  TakeLog();
+  orbit.core->ReadFromFile(directory.Path("pool").c_str());
+  EXPECT_TRUE(TakeLines().starts_with("DEBUG Deprecated function! Please use read() instead!\n"));
 }
 
 }  // namespace
