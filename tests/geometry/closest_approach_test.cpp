@@ -8,24 +8,6 @@
 namespace varnoth::test {
 namespace {
 
-// A circle is nearest to a point where the two have the same angle in the circle's plane.
-TEST_F(LoggedTest, AnyStartLeadsToTheAngleOfTheTarget) {
-  const CIRCLE circle{.inclination = M_PI_2, .node = 0};  // in the plane of x and z
-  SCENE_ORBIT orbit;
-  Follow(orbit, circle);
-  orbit.time_offset = 12.5;
-  for (const double angle : {0.3, 0.6, 1.1}) {
-    const double target[3] = {6.3e6 * std::cos(angle), 6e5, 6.3e6 * std::sin(angle)};
-    for (const double start : {-100.0, 0.0, 300.0}) {
-      double range = 0.0;
-      // The stop criterion in seconds; the range does not change to the first order.
-      EXPECT_NEAR(CalcSlaveTime(orbit, target, range, start),
-                  (angle - circle.phase) / circle.rate - 12.5, 1e-9);
-      EXPECT_NEAR(range, std::hypot(7e5, 6e5), 1e-8);
-    }
-  }
-}
-
 TEST_F(LoggedTest, TheSearchEndsByCorrectionResidualOrCountWhichIsAWarning) {
   SCENE_ORBIT orbit;
   Follow(orbit, [](double t, int d) { return TRIPLE{d == 0 ? 7e3 * t : d == 1 ? 7e3 : 0, 0, 0}; });

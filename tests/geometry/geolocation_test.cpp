@@ -34,10 +34,62 @@ double SlantRange(const STATE& state, double height, double rpole, double incide
          ground * std::cos(incidence);
 }
 
+void OnVectors(GEOLOCATION_WORK& work, const double* p, const double* v, double* to, auto... rest) {
+  VECTOR<double> position(1, 3), velocity(0, 3), found;
+  std::copy_n(p, 3, position.GetElementBase(0));
+  std::copy_n(v, 3, velocity.GetElementBase(0));
+  geolocation(work, position, velocity, found, rest...);
+  EXPECT_EQ(found.GetFirstIndex(), 1);
+  std::copy_n(found.GetElementBase(0), 3, to);
+}
+
+struct SOLVER {
+  const char* name;
+  decltype(&geolocation_fast) solve;
+  bool raises;  ///< the ellipsoid, while the others take the parallel surface
+  bool always_right = false;
+};
+const SOLVER AT_HEIGHTS[] = {{"geolocation_fast", geolocation_fast, true},
+                             {"geolocation", OnVectors, true},
+                             {"geolocation_new", geolocation_new, false, true},
+                             {"geolocation_test", geolocation_test, false}};
+
+using SEARCH = void (*)(GEOLOCATION_WORK&, const double*, SURFACE_HEIGHT, const double*,
+                        const double*, bool, double&, double&, double*, double&, double&, double&,
+                        double, double);
+const SEARCH NEW = [](auto... arguments) { geolocation_new(arguments...); };
+const SEARCH TEST_SOLVER = geolocation_test;
+
+constexpr double FIGURE[] = {EQUATOR, POLE, EQUATOR* EQUATOR, POLE* POLE};
+
 /// What a solver finds, and the laws for it.
-struct TARGET {
-  double point[3] = {-1, -1, -1}, latitude = -1, longitude = -1;
+struct FOUND {
+  double point[3] = {-1, -1, -1}, latitude = -1, longitude = -1, heading = -1, incidence = -1;
+  double elevation = -1, line_speed = 0, squint = 1;
   double look[3], right[3], up[3];  ///< ray, across the track, unit normal; set by ExpectLaws
+  int calls = 0;                    ///< of the surface function, whose context it is
+  GEOLOCATION_WORK work{};
+
+  /// Gives what is thrown.
+  std::string Locate(const SOLVER& solver, const STATE& s, double side, double height, double rpole,
+                     double range, double los) {
+    try {
+      return ThrownText([&] {
+        solver.solve(work, s.position, s.velocity, point, heading, latitude, longitude, incidence,
+                     side, height, rpole, EQUATOR, range * 2 / SPEED_OF_LIGHT, los);
+      });
+    } catch (const ERROR_EXCEPTION& error) {
+      return error.what();
+    }
+  }
+
+  void Search(SEARCH search, SURFACE_HEIGHT surface, const STATE& s, bool doppler, double side,
+              double range, double tolerance_factor = 0) {
+    work.context = &calls;
+    work.tolerance_factor = tolerance_factor;
+    search(work, FIGURE, surface, s.position, s.velocity, doppler, line_speed, squint, point,
+           latitude, longitude, elevation, side, range);
+  }
 
   /// The point has the range, the side, the velocity along the ray and the height above the
   /// ellipsoid of radii a and b for its coordinates: its foot along the normal lies on the
@@ -61,48 +113,6 @@ struct TARGET {
   }
 };
 
-void OnVectors(GEOLOCATION_WORK& work, const double* p, const double* v, double* to, auto... rest) {
-  VECTOR<double> position(1, 3), velocity(0, 3), found;
-  std::copy_n(p, 3, position.GetElementBase(0));
-  std::copy_n(v, 3, velocity.GetElementBase(0));
-  geolocation(work, position, velocity, found, rest...);
-  EXPECT_EQ(found.GetFirstIndex(), 1);
-  std::copy_n(found.GetElementBase(0), 3, to);
-}
-
-struct SOLVER {
-  const char* name;
-  decltype(&geolocation_fast) solve;
-  bool raises;  ///< the ellipsoid, while the others take the parallel surface
-  bool always_right = false;
-};
-const SOLVER FAST{"geolocation_fast", geolocation_fast, true},
-    ON_VECTORS{"geolocation", OnVectors, true};
-const SOLVER AT_HEIGHTS[] = {FAST,
-                             ON_VECTORS,
-                             {"geolocation_new", geolocation_new, false, true},
-                             {"geolocation_test", geolocation_test, false}};
-
-struct GROUND : TARGET {
-  double heading = -1, incidence = -1;
-  GEOLOCATION_WORK work{};
-
-  /// Gives what is thrown.
-  std::string Locate(const SOLVER& solver, const STATE& s, double side, double height, double rpole,
-                     double range, double los) {
-    try {
-      return ThrownText([&] {
-        solver.solve(work, s.position, s.velocity, point, heading, latitude, longitude, incidence,
-                     side, height, rpole, EQUATOR, range * 2 / SPEED_OF_LIGHT, los);
-      });
-    } catch (const ERROR_EXCEPTION& error) {
-      return error.what();
-    }
-  }
-};
-
-double Degrees(double y, double x) { return std::atan2(y, x) / RADIANS; }
-
 TEST_F(LoggedTest, SolversAtAHeightObeyTheDefinitionsAndTellTheirStepsAtTrace) {
   const double incidences[] = {0.17, 0.7, 1.2}, heights[] = {-430, 0, 100, 8848};
   for (int i = 0; i < 4 * 8 * 96; ++i) {
@@ -112,7 +122,7 @@ TEST_F(LoggedTest, SolversAtAHeightObeyTheDefinitionsAndTellTheirStepsAtTrace) {
     const double rpole = (i & 4) != 0 ? POLE : EQUATOR, height = heights[i / 24 % 4];
     const double range = SlantRange(state, height, rpole, incidences[i / 8 % 3]);
     const double raised = solver.raises ? height : 0;
-    GROUND g;
+    FOUND g;
     EXPECT_EQ(g.Locate(solver, state, side, height, rpole, range, los), "nothing thrown");
     EXPECT_EQ(g.work.context, nullptr);
     const std::string told = std::string("TRACE ") + solver.name + ": ";
@@ -124,20 +134,21 @@ TEST_F(LoggedTest, SolversAtAHeightObeyTheDefinitionsAndTellTheirStepsAtTrace) {
     double across[3];
     CrossProduct(across, g.up, g.look);
     // The rounding of the inverse functions; an arc cosine near 1 keeps half the digits.
-    EXPECT_NEAR(g.incidence, Degrees(Length(across), -DotProduct(g.up, g.look)), 1e-11);
+    EXPECT_NEAR(g.incidence, std::atan2(Length(across), -DotProduct(g.up, g.look)) / RADIANS,
+                1e-11);
     const auto& [s, v] = state;
     const double east = (s[0] * v[1] - s[1] * v[0]) * Length(s);
     const double north = v[2] * (s[0] * s[0] + s[1] * s[1]) - s[2] * (s[0] * v[0] + s[1] * v[1]);
-    EXPECT_NEAR(g.heading, Degrees(east, north) + (east < 0 ? 360 : 0), 1e-5);
+    EXPECT_NEAR(g.heading, std::atan2(east, north) / RADIANS + (east < 0 ? 360 : 0), 1e-5);
   }
 }
 
 TEST_F(LoggedTest, AFailedGeolocationIsToldInOrderAndLeavesTheOutputsAlone) {
-  GROUND ground;
+  FOUND ground;
   const std::string head = "ALARM geolocation_fast: ";
   const auto expect = [&](const STATE& state, double height, double range, const std::string& what,
                           const std::string& lines) {
-    EXPECT_EQ(ground.Locate(FAST, state, 1, height, POLE, range, 0), what);
+    EXPECT_EQ(ground.Locate(AT_HEIGHTS[0], state, 1, height, POLE, range, 0), what);
     // What a search without end has come to, behind the text, is anybody's guess.
     EXPECT_EQ(TakeLines().substr(0, lines.size()), lines);
   };
@@ -157,31 +168,9 @@ TEST_F(LoggedTest, AFailedGeolocationIsToldInOrderAndLeavesTheOutputsAlone) {
   EXPECT_EQ(ground.point[0] + ground.heading + ground.latitude + ground.incidence, -4);
   expect({{7e6, 0, 0}, {0, NAN, 7e3}}, 0, 1e6, "algorithm error",
          head + "unexpected error!\nALARM earth_vect.x: ");
-  EXPECT_EQ(ground.Locate(ON_VECTORS, RISING, 1, 0, POLE, 1e6, 0),
+  EXPECT_EQ(ground.Locate(AT_HEIGHTS[1], RISING, 1, 0, POLE, 1e6, 0),
             "VECTOR operator /= : division by 0.0");
 }
-
-using SEARCH = void (*)(GEOLOCATION_WORK&, const double*, SURFACE_HEIGHT, const double*,
-                        const double*, bool, double&, double&, double*, double&, double&, double&,
-                        double, double);
-const SEARCH NEW = [](auto... arguments) { geolocation_new(arguments...); };
-const SEARCH TEST_SOLVER = geolocation_test;
-
-constexpr double FIGURE[] = {EQUATOR, POLE, EQUATOR* EQUATOR, POLE* POLE};
-
-struct FOUND : TARGET {
-  double height = -1, los = 0, squint = 1;
-  int calls = 0;  ///< of the surface function, whose context it is
-
-  void Search(SEARCH search, SURFACE_HEIGHT surface, const STATE& s, bool doppler, double side,
-              double range, double tolerance_factor = 0) {
-    GEOLOCATION_WORK work{};
-    work.context = &calls;
-    work.tolerance_factor = tolerance_factor;
-    search(work, FIGURE, surface, s.position, s.velocity, doppler, los, squint, point, latitude,
-           longitude, height, side, range);
-  }
-};
 
 double HeightOfHills(double latitude, double longitude) {
   return 500 + 400 * std::sin(700 * latitude) * std::cos(600 * longitude);
@@ -200,17 +189,18 @@ TEST_F(LoggedTest, SurfaceSearchesFollowTheTerrainByDopplerAndBySquint) {
     const double side = (i & 2) != 0 ? 1 : -1, found = search == NEW ? 1 : side;
     const double range = SlantRange(s, 500, POLE, 0.59);
     FOUND one, again, rough;
-    one.los = rough.los = 200;
+    one.line_speed = rough.line_speed = 200;
     // No height is as exact as 1e-3 roundings: the steps come to rest at one point or between two.
     one.Search(search, Hills, s, true, side, range, search == NEW ? 1e-3 : 0);
-    EXPECT_NEAR(one.height, HeightOfHills(one.latitude * RADIANS, one.longitude * RADIANS), 1e-8);
-    one.ExpectLaws(s, found, range, 200, EQUATOR, POLE, one.height, 6e-8);
+    EXPECT_NEAR(one.elevation, HeightOfHills(one.latitude * RADIANS, one.longitude * RADIANS),
+                1e-8);
+    one.ExpectLaws(s, found, range, 200, EQUATOR, POLE, one.elevation, 6e-8);
     // By the squint of that point the search finds it again.
     again.squint = one.squint;
     again.Search(search, Hills, s, false, found, range);
     // The hills and the pole multiply what is found to 6e-8 m.
     for (int k = 0; k < 3; ++k) EXPECT_NEAR(again.point[k], one.point[k], 1e-6);
-    EXPECT_NEAR(again.los, search == NEW ? 0 : 200, 1e-8);
+    EXPECT_NEAR(again.line_speed, search == NEW ? 0 : 200, 1e-8);
     rough.Search(search, Hills, s, true, side, range, 1e9);  // roundings of 7e6 m
     EXPECT_LT(rough.calls, one.calls);
   }
@@ -223,9 +213,9 @@ TEST_F(LoggedTest, AFailedSearchThrowsATextAndGivesNothing) {
   const auto expect = [](SEARCH search, const STATE& s, double range, double los,
                          const std::string& text) {
     FOUND f;
-    f.los = los;
+    f.line_speed = los;
     EXPECT_EQ(ThrownText([&] { f.Search(search, Level, s, true, 1, range); }), text);
-    EXPECT_EQ(f.point[0] + f.latitude + f.longitude + f.height, -4);
+    EXPECT_EQ(f.point[0] + f.latitude + f.longitude + f.elevation, -4);
   };
   expect(NEW, RISING, 5e5, 0, "geolocation_new: Vertical velocity not allowed (v_tan=0)!");
   expect(NEW, EQUATORIAL, 5e5, 0, name);
@@ -243,7 +233,7 @@ double Swinging(void* context, double, double, double) {
 TEST_F(LoggedTest, WithoutAnOffsetAcrossTheTrackTheSquintIsHugeAndSigned) {
   for (const double sign : {-1.0, 1.0}) {
     FOUND found;
-    found.los = 200 * sign;
+    found.line_speed = 200 * sign;
     found.Search(TEST_SOLVER, Level, EQUATORIAL, true, 0, 9e5);
     EXPECT_EQ(found.squint, sign * 1e42);
   }

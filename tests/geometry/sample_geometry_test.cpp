@@ -14,7 +14,10 @@ constexpr double RANGE_TIME = 0.0056;
 
 class SampleGeometryTest : public LoggedTest {
  protected:
-  SampleGeometryTest() { Follow(master, CIRCLE()); }
+  SampleGeometryTest() {
+    Follow(master, CIRCLE());
+    master.time_offset = slave.time_offset = 12.5;
+  }
   SAMPLE_GEOMETRY Sample(const CIRCLE& circle, double range_time = RANGE_TIME) {
     Follow(slave, circle);
     return SampleGeometry(pair, LineAt(master, 0), range_time, 300, search);
@@ -39,7 +42,7 @@ TEST_F(SampleGeometryTest, ObeysItsLawsAndSignsOnBothSidesInDualAndSinglePass) {
     Subtract(d, slave_position, target);
     EXPECT_NEAR(s.master_range, SPEED_OF_LIGHT * RANGE_TIME / 2, 1e-8);  // the stop criterion
     // The roundings of 7e6 m, times 7.5e3 m/s, and times the baseline of 200 m.
-    EXPECT_NEAR(DotProduct(d, circle(s.slave_time, 1).data()), 0, 1e-4);
+    EXPECT_NEAR(DotProduct(d, circle(s.slave_time + 12.5, 1).data()), 0, 1e-4);
     const double parts[] = {s.perpendicular, s.parallel, s.along_track};
     EXPECT_NEAR(s.baseline * s.baseline, DotProduct(parts, parts), 1e-5);
     EXPECT_TRUE(s.perpendicular * up > 0 && s.parallel * up < 0) << i;
