@@ -39,7 +39,7 @@ class CatalogueTest : public OrbitTest,
   CatalogueTest() {
     const ORBIT_POOL pool{kind, method.text, method.samples, SOURCES[(type.id - 1) / 3]};
     if (!is_pool) WriteRecords(pool.Records());
-    Read(orbit, pool.Text());
+    Read(pool.Text());
   }
   static constexpr const char* SOURCES[] = {"pool_float", "pool_double", "mdb_double"};
   const ORBIT_TYPE type = std::get<0>(GetParam());
@@ -47,7 +47,6 @@ class CatalogueTest : public OrbitTest,
   const TIME_KIND kind = static_cast<TIME_KIND>((type.id - 1) % 3);
   // Of the types of record files these four interpolations read pools.
   const bool is_pool = type.id < 7 || (method.id >= CHEBYSHEV_ID && method.id <= LOCALHERMITE_ID);
-  SCENE_ORBIT orbit;
 };
 
 TEST_P(CatalogueTest, StatesFollowTheCircleWhateverSeparatesKeysAndStandsBehindTheEpochs) {

@@ -71,7 +71,7 @@ struct ORBIT_POOL {
 /// A test with orbits out of pool files and record files.
 class OrbitTest : public LoggedTest {
  protected:
-  void Read(SCENE_ORBIT& orbit, const std::string& text) {
+  void Read(const std::string& text) {
     WriteFile(directory.Path("pool"),
               text + "root_path STR \"" + directory.Path("") +
                   "\"\nmission_id STR \"ZEL2\"\ntape_id_number INT_32 41\n"
@@ -93,16 +93,14 @@ class OrbitTest : public LoggedTest {
       text += "t : " + epoch + "\n  x : " + x + "\n  y : " + y + "\n  z : " + z + "\n";
     WriteFile(place + "/states", text);
   }
-  /// The core of the fixture's orbit, with these records.
+  /// The core of `orbit`, with these records.
   const ORBIT_BASE& ReadRecords(TIME_KIND kind, const char* interpolation,
                                 const std::vector<RECORD_TEXTS>& records) {
     WriteRecords(records);
-    Read(record_orbit, ORBIT_POOL{kind, interpolation, 2, "mdb_double"}.Text());
-    return *record_orbit.core;
+    Read(ORBIT_POOL{kind, interpolation, 2, "mdb_double"}.Text());
+    return *orbit.core;
   }
-
- private:
-  SCENE_ORBIT record_orbit;
+  SCENE_ORBIT orbit;
 };
 
 }  // namespace varnoth::test
