@@ -10,6 +10,7 @@
 #include "framework/controller_ifc.hpp"
 #include "framework/software_log.hpp"
 #include "support/log_capture.hpp"
+#include "system/signal_safe/uninterrupted.hpp"
 
 namespace varnoth::test {
 namespace {
@@ -143,6 +144,22 @@ TEST_F(ControllerDeathTest, AHeapInDisorderIsTold) {
   EXPECT_EXIT(overwrite(), testing::ExitedWithCode(1), "");
   ExpectTold("6: IOT instruction");
 #endif
+}
+
+TEST_F(ControllerDeathTest, ASignalInAnUninterruptedStretchEndsTheProcessAtItsEnd) {
+  const auto stretch = [&] {
+    Init("");
+    const UNINTERRUPTED outer;
+    {
+      const UNINTERRUPTED inner;
+      std::raise(SIGTERM);
+      EXPECT_EQ(ReadFile(directory.Path("status/ERROR.step")), "1");
+    }
+    GlobalLog.set(INFO) << "still here\n";
+  };
+  EXPECT_EXIT(stretch(), testing::ExitedWithCode(1), "");
+  ExpectTold("15: software termination signal from kill");
+  EXPECT_NE(ReadFile(directory.Path("lfn")).find("still here"), std::string::npos);
 }
 
 TEST_F(ControllerDeathTest, AFaultOfTheHandlerEndsAtOnceBehindTheMark) {
