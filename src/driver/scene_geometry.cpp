@@ -1,6 +1,5 @@
 #include "driver/scene_geometry.hpp"
 
-#include "foundation/constants.hpp"
 #include "geometry/geolocation_fast.hpp"
 
 namespace varnoth {
@@ -18,12 +17,11 @@ PAIR_CONSTANTS ConstantsOf(const SCENE& scene, double look_direction) {
           .look_direction = look_direction,
           .rpole = scene.rpole,
           .requator = scene.requator,
-          .master_wavelength = SPEED_OF_LIGHT / scene.radar_frequency[MASTER],
-          .slave_wavelength = SPEED_OF_LIGHT / scene.radar_frequency[SLAVE],
+          .master_frequency = scene.radar_frequency[MASTER],
+          .slave_frequency = scene.radar_frequency[SLAVE],
           .slave_start = scene.slave_first_az_time,
           .is_single_pass = scene.IsSinglePass(),
           .slave_bandwidth = scene.az_bandwidth[SLAVE],
-          .slave_frequency = scene.radar_frequency[SLAVE],
           .tell_search = TellOpenSearch};
 }
 

@@ -4,15 +4,8 @@
 
 namespace varnoth {
 
-/// Places a radar echo on the ground: the point of an ellipsoid raised by a height that lies at the
-/// slant range c · `fast_time` / 2 from the satellite, on the chosen side of the track, with a
-/// wanted line-of-sight velocity.
-///
-/// Range and line-of-sight velocity give two components of the target's offset in a
-/// satellite-centred frame in closed form for a trial Earth radius at the target; the third comes
-/// from the range sphere; the trial radius is improved from the resulting geocentric latitude. This
-/// is a fixed-point iteration on one number, the Earth radius at the target, to 1e-9 m within
-/// twenty steps. The formulas stand in docs/geometry.md.
+/// Places a radar echo on the ground by `LocateEcho`, whose header tells of the method, and words
+/// what it returns.
 ///
 /// Given
 ///  - `sat_pos` (m), `sat_vel` (m/s): satellite state, Earth-fixed; the velocity must not be

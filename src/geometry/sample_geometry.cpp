@@ -46,18 +46,21 @@ double BistaticDelay(const PAIR_CONSTANTS& pair, double line_time, const double 
   return delay;
 }
 
+/// A length (m) in cycles of a radar frequency (Hz).
+double Cycles(double length, double frequency) { return length / (C / frequency); }
+
 /// Path difference of a point in cycles, one way, with both satellites where they stand.
 double DualPassCycles(const PAIR_CONSTANTS& pair, const MASTER_LINE& line, const double slave[3],
                       const double point[3]) {
-  return Distance(line.position, point) / pair.master_wavelength -
-         Distance(slave, point) / pair.slave_wavelength;
+  return Cycles(Distance(line.position, point), pair.master_frequency) -
+         Cycles(Distance(slave, point), pair.slave_frequency);
 }
 
 /// Path difference of a point in cycles, the slave's path by its travel time.
 double SinglePassCycles(const PAIR_CONSTANTS& pair, const MASTER_LINE& line, const double point[3],
                         double travel_time) {
-  return 2.0 * Distance(line.position, point) / pair.master_wavelength -
-         C * travel_time / pair.slave_wavelength;
+  return Cycles(2.0 * Distance(line.position, point), pair.master_frequency) -
+         Cycles(C * travel_time, pair.slave_frequency);
 }
 
 /// The baseline's parts: along the master's velocity, along the line of sight, and across both.
@@ -69,8 +72,8 @@ void SplitBaseline(SAMPLE_GEOMETRY& sample, const MASTER_LINE& line) {
   Subtract(sight, sample.target.position, line.position);
   sample.along_track = DotProduct(b, line.velocity) / Length(line.velocity);
   sample.parallel = DotProduct(b, sight) / Length(sight);
-  // Across both, turned upwards whatever the side.
   CrossProduct(across, line.velocity, sight);
+  // It points up or down with the side of the target.
   const double part = DotProduct(b, across) / Length(across);
   sample.perpendicular = DotProduct(across, line.position) < 0.0 ? -part : part;
 }

@@ -14,12 +14,11 @@ struct PAIR_CONSTANTS {
   double look_direction;  ///< -1 left, +1 right
   double rpole;           ///< radii of the ellipsoid, m
   double requator;
-  double master_wavelength;  ///< m
-  double slave_wavelength;   ///< m
-  double slave_start;        ///< where the search for the slave's time begins, s
-  bool is_single_pass;       ///< the slave hears the master's pulse
-  double slave_bandwidth;    ///< in azimuth, Hz; of single pass alone
-  double slave_frequency;    ///< of the radar, Hz; of single pass alone
+  double master_frequency;  ///< of the radars, Hz
+  double slave_frequency;
+  double slave_start;      ///< where the search for the slave's time begins, s
+  bool is_single_pass;     ///< the slave hears the master's pulse
+  double slave_bandwidth;  ///< in azimuth, Hz; of single pass alone
   /// Called for a search for the slave's time that does not end; may be null.
   TELL_SEARCH tell_search = nullptr;
 };
@@ -76,14 +75,17 @@ MASTER_LINE LineAt(const SCENE_ORBIT& master_orbit, double time);
 SAMPLE_GEOMETRY SampleGeometry(const PAIR_CONSTANTS& pair, const MASTER_LINE& line,
                                double range_time, double height, BISTATIC_SEARCH& search);
 
-/// Its steps, for whoever tells of them one by one. The echo that `LocateEcho` places; the slave's
-/// place at its zero-Doppler time; ranges and baseline; the slave's time for the target
-/// (`slave_time`, in single pass `bistatic_time`); all the rest.
+/// Its steps, for whoever tells of them one by one or needs some alone; they throw what the orbits
+/// throw. The echo that `LocateEcho` places, for `target` or `higher`; it points into `line`.
 ECHO EchoOf(const PAIR_CONSTANTS& pair, const MASTER_LINE& line, double range_time, double height);
+/// From `target`: the slave's zero-Doppler time and its place then.
 void PlaceSlave(SAMPLE_GEOMETRY& sample, const PAIR_CONSTANTS& pair);
+/// From both places: ranges, their difference, baseline and effective baseline.
 void MeasureBaseline(SAMPLE_GEOMETRY& sample, const PAIR_CONSTANTS& pair, const MASTER_LINE& line);
+/// From `target`: `slave_time` and place, in single pass `bistatic_time` and `delay`.
 void FindSlave(SAMPLE_GEOMETRY& sample, const PAIR_CONSTANTS& pair, const MASTER_LINE& line,
                BISTATIC_SEARCH& search);
+/// All the rest but the baseline's parts `parallel`, `along_track` and `perpendicular`.
 void CompleteSample(SAMPLE_GEOMETRY& sample, const PAIR_CONSTANTS& pair, const MASTER_LINE& line,
                     BISTATIC_SEARCH& search);
 

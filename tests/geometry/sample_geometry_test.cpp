@@ -23,7 +23,7 @@ class SampleGeometryTest : public LoggedTest {
     return SampleGeometry(pair, LineAt(master, 0), range_time, 300, search);
   }
   SCENE_ORBIT master, slave;
-  PAIR_CONSTANTS pair{&master, &slave, 1, 6356752, 6378137, 0.031, 0.056, 3, false, 1500, 9.65e9};
+  PAIR_CONSTANTS pair{&master, &slave, 1, 6356752, 6378137, 5.4e9, 9.65e9, 3, false, 1500};
   BISTATIC_SEARCH search;
 };
 
@@ -54,8 +54,10 @@ TEST_F(SampleGeometryTest, ObeysItsLawsAndSignsOnBothSidesInDualAndSinglePass) {
       continue;
     }
     const auto phase = [&](const double* point) {
-      return 2 * (Distance(LineAt(master, 0).position, point) / pair.master_wavelength -
-                  Distance(slave_position, point) / pair.slave_wavelength);
+      return 2 *
+             (Distance(LineAt(master, 0).position, point) * 5.4e9 -
+              Distance(slave_position, point) * 9.65e9) /
+             SPEED_OF_LIGHT;
     };
     EXPECT_NEAR(s.phase, phase(target), 1e-7);  // roundings of 5e7 cycles
     EXPECT_NEAR(s.phase_difference, phase(s.higher.position) - phase(target), 1e-7);

@@ -181,6 +181,8 @@ TEST(SplineTest, IsSmoothCubicAndWithoutCurvatureAtBothEnds) {
     EXPECT_EQ(Values(spline, std::nextafter(x.front(), -2)), (std::array<double, 3>{}));
     EXPECT_EQ(Values(spline, std::nextafter(x.back(), 3)), (std::array<double, 3>{}));
   }
+  const auto level = Built<SPLINE<double>>(0, Series<double>({0, 1, 2}, [](double) { return 1.; }));
+  EXPECT_EQ(level.GetDerived2Y(2), 0) << "no row of the table lies behind the last sample";
 }
 
 // N samples carry the degree 2N - 1. What stands at the others would spoil the result. The samples
