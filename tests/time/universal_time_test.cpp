@@ -29,7 +29,7 @@ class UniversalTimeTest : public LoggedTest {
 };
 
 UTC At(sys_seconds time) {
-  const std::time_t since_1970 = system_clock::to_time_t(time);
+  const std::time_t since_1970 = time.time_since_epoch().count();
   std::tm t{};
   gmtime_r(&since_1970, &t);
   return UTC(UTC_VALUES{t.tm_year + 1900, t.tm_mon + 1, t.tm_mday, t.tm_hour, t.tm_min, t.tm_sec});
