@@ -181,7 +181,8 @@ TEST(SplineTest, IsSmoothCubicAndWithoutCurvatureAtBothEnds) {
     EXPECT_EQ(Values(spline, std::nextafter(x.front(), -2)), (std::array<double, 3>{}));
     EXPECT_EQ(Values(spline, std::nextafter(x.back(), 3)), (std::array<double, 3>{}));
   }
-  const auto level = Built<SPLINE<double>>(0, Series<double>({0, 1, 2}, [](double) { return 1.; }));
+  const auto ones = Series<double>({0, 1, 2}, [](double) { return 1.0; });
+  const auto level = Built<SPLINE<double>>(0, ones);
   EXPECT_EQ(level.GetDerived2Y(2), 0) << "no row of the table lies behind the last sample";
 }
 
