@@ -1,5 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
 #include "interpolation/numerics/gaussj.hpp"
 #include "interpolation/numerics/lfit.hpp"
 #include "interpolation/numerics/ludcmp.hpp"
@@ -19,15 +23,59 @@ MATRIX<T> Filled(int rows, int columns, F f) {
   return matrix;
 }
 
+/// All distances of Σ f(i, k) g(k, j), k = 1 … count, from h(i, j), summed so that a NaN shows.
+template <class F, class G, class H>
+long double ProductError(int rows, int count, int columns, F f, G g, H h) {
+  long double error = 0.0L;
+  for (int n = 0; n < rows * columns; ++n) {
+    const int i = n / columns + 1, j = n % columns + 1;
+    long double sum = -h(i, j);
+    for (int k = 1; k <= count; ++k) sum += static_cast<long double>(f(i, k)) * g(k, j);
+    error += std::fabs(sum);
+  }
+  return error;
+}
+
+constexpr auto IDENTITY = [](int i, int j) { return i == j ? 1.0L : 0.0L; };
+/// The first element is 0, so that nothing is eliminated without a swap.
+constexpr auto WAVES = [](int i, int j) { return std::sin(i * j * j - 1.0L); };
+
 TEST(Gaussj, GivesTheInverseWhereNothingIsEliminatedWithoutASwap) {
-  const auto waves = [](int i, int j) { return std::sin(i * j * j - 1.0); };  // the first is 0
-  const auto a = Filled<double>(4, 4, waves);
+  const auto a = Filled<double>(4, 4, WAVES);
   gaussj(a.Rows(), 4, a.Rows(), 0);
-  for (int n = 0; n < 16; ++n) {
-    const int i = n / 4 + 1, j = n % 4 + 1;
-    double sum = i == j ? -1 : 0;
-    for (int k = 1; k <= 4; ++k) sum += waves(i, k) * a.Rows()[k][j];
-    EXPECT_NEAR(sum, 0, 5e-15) << i << j;  // roundings of sums up to 20
+  const auto inverse = [&](int i, int j) { return a.Rows()[i][j]; };
+  EXPECT_LT(ProductError(4, 4, 4, WAVES, inverse, IDENTITY), 2e-14);  // roundings of sums up to 20
+}
+
+template <class T>
+class SvdOf : public testing::Test {};
+using REALS = testing::Types<float, double, long double>;
+TYPED_TEST_SUITE(SvdOf, REALS);
+
+TYPED_TEST(SvdOf, IsAnOrthogonalDecompositionThatSolves) {
+  using T = TypeParam;
+  constexpr int n = 4;
+  for (const int m : {4, 7, 5}) {
+    const int zero = m == 5 ? 1 : 0;  // a column
+    const auto f = [&](int i, int j) { return j == zero ? T(0) : T(WAVES(i, j)); };
+    const auto a = Filled<T>(m, n, f);
+    const auto square = Filled<T>(n, n, IDENTITY);
+    T w[5] = {}, b[8] = {}, x[5] = {};
+    svdcmp<T>(a.Rows(), m, n, w, square.Rows());
+    const auto u = [&](int i, int j) { return a.Rows()[i][j]; };
+    const auto v = [&](int i, int j) { return square.Rows()[i][j]; };
+    const auto uw = [&](int i, int j) { return u(i, j) * w[j]; };
+    const auto turned = [](auto g) { return [g](int i, int j) { return g(j, i); }; };
+    // A sum over m n elements of order 1, each rounded in some 30 rotations that cancel in part.
+    const long double tolerance = 10.0L * m * n * std::numeric_limits<T>::epsilon();
+    EXPECT_LT(ProductError(m, n, n, uw, turned(v), f), tolerance);
+    EXPECT_LT(ProductError(n, m, n, turned(u), u, IDENTITY), tolerance);
+    EXPECT_LT(ProductError(n, n, n, turned(v), v, IDENTITY), tolerance);
+    EXPECT_GE(*std::min_element(w + 1, w + n + 1), 0);
+    EXPECT_EQ(std::count(w + 1, w + n + 1, T(0)), zero != 0 ? 1 : 0);
+    for (int i = 1; i <= m; ++i) b[i] = f(i, 1) + f(i, 2) + f(i, 3) + f(i, 4);
+    svbksb<T>(a.Rows(), w, square.Rows(), m, n, b, x);
+    for (int j = 1; j <= n; ++j) EXPECT_LT(std::fabs(x[j] - (j == zero ? 0 : 1)), tolerance) << j;
   }
 }
 

@@ -104,6 +104,32 @@ def test_limits_of_files_memory_and_stack(tmp_path):
     assert seen[0] and seen[1]
 
 
+def test_limit_of_the_cpu(ready, pair):
+    """A Hermite polynomial through many samples takes minutes."""
+    for scene in (pair.master, pair.slave):
+        scene["orbit_interpolation"] = ("STR", "hermite")
+        scene["orbit_velocity_key"] = ("STR", "orbit_x, orbit_y, orbit_z")
+        for key in ("orbit_epoch", "orbit_x", "orbit_y", "orbit_z"):
+            scene[key] = ("FLT_15_V", [1000.0 + i for i in range(150)])
+    pair.insar["master_first_az_time"] = pair.insar["slave_first_az_time"] = ("FLT_15", 1005.5)
+    done = run(pair.write(ready),
+               preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_CPU, (1, 3)))
+    expect_truth(done)
+    assert "got fatal signal 24: exceeded cpu limit" in done.alarms
+
+
+def test_screen_that_nobody_reads(ready):
+    """The signal of a broken pipe is not caught; the failure mark of the start stands."""
+    reader, writer = os.pipe()
+    os.close(reader)
+    (ready / "own.cfg").touch()  # its lack would be told before the screen is quiet
+    words = arguments(pcf="own.cfg", lsl="ALARM", MasterPar="no/such.pool")
+    status = subprocess.run([BINARY, *words], cwd=ready, stdout=writer, check=False,
+                            timeout=20).returncode
+    os.close(writer)
+    assert (status, Run(ready, 0, "", "").marks) == (-13, {"ERROR": "1"})
+
+
 def test_screen_that_is_held(ready):
     """A pipe that nobody reads takes no more lines; a signal ends the run all the same."""
     reader, writer = os.pipe()
