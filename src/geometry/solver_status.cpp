@@ -7,7 +7,8 @@ const char* StatusText(SOLVER_STATUS status) {
       "found",
       "satellite within the Earth",
       "satellite's position is no number",
-      "no intersection of range sphere and ellipsoid",
+      "satellite's velocity is radial",
+      "no intersection of range sphere and Earth",
       "no convergence",
       "target's position is no number",
   };

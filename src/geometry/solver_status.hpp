@@ -8,7 +8,8 @@ enum class SOLVER_STATUS {
   FOUND,
   INSIDE_THE_EARTH,    ///< the satellite is nearer to the centre than the pole
   NO_SATELLITE_ANGLE,  ///< the satellite's coordinates are not numbers
-  NO_INTERSECTION,     ///< sphere and ellipsoid do not meet
+  RADIAL_VELOCITY,     ///< there is no across-track direction
+  NO_INTERSECTION,     ///< the range sphere and the Earth's surface do not meet
   NO_CONVERGENCE,      ///< the steps ran out
   NO_TARGET_ANGLE,     ///< the target's coordinates are not numbers
 };

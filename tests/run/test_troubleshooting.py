@@ -17,7 +17,7 @@ START = re.compile(rf"set\({LEVEL}\)|(?:printf_line|WriteLine|EndProcess)\(\s*{L
                    r"|Refuse(?:Series|Token)\(|nrerror\(|VARNOTH_ERROR\(|throw\s+\"|_WORD\b"
                    r"|= \"can not|NO_MEMORY = |CheckLength\(|Alarm\(solver\)|NeedStreamAndType\(")
 # Solvers and enumerations that no run reaches, and the allocators that no run calls.
-LIBRARY_ONLY = re.compile(r"geometry/(geolocation(_new|_test)?\.|surface_search|ellipsoid)"
+LIBRARY_ONLY = re.compile(r"geometry/(geolocation(_search)?\.|ellipsoid)"
                           r"|enumerations/|numerics/nrutil")
 
 
