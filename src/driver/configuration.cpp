@@ -7,17 +7,18 @@
 #include "foundation/errors.hpp"
 #include "log/log.hpp"
 #include "system/floating_point_traps.hpp"
+#include "system/signal_safe/status_marks.hpp"
 
 namespace varnoth {
 
 namespace {
 
 STRING Value(CONTROLLER_IFC& controller, const char* key) {
-  constexpr std::size_t LIMIT = 255;
   STRING value;
   controller.get_parameter(key, value);
-  if (value.Length() > LIMIT) {
-    GlobalLog.printf_line(ALARM, "value of parameter %s is longer than %zu characters", key, LIMIT);
+  if (value.Length() > PATH_LIMIT) {
+    GlobalLog.printf_line(ALARM, "value of parameter %s is longer than %zu characters", key,
+                          PATH_LIMIT);
     throw ERROR_ARGUMENT();
   }
   return value;

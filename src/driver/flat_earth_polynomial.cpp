@@ -17,12 +17,12 @@ namespace {
 ARRAY<double> Fit(const ARRAY<double>& spl, const ARRAY<double>& phase, int count) {
   ARRAY<double> polynomial(0, count);
   // The largest ahead of the others: a degree out of reach fails before any memory is written.
-  const MATRIX<double> covariance(RANGE<int>(1, count), RANGE<int>(1, count));
+  MATRIX<double> covariance(RANGE<int>(1, count), RANGE<int>(1, count));
   // The kernel takes one-based arrays.
   ARRAY<double> sigma(1, SWEEP_SAMPLES);
-  std::fill_n(sigma.GetElementBase(0), SWEEP_SAMPLES, 1.0);
+  std::fill(sigma.begin(), sigma.end(), 1.0);
   ARRAY<int> fitted(1, count);
-  std::fill_n(fitted.GetElementBase(0), count, 1);
+  std::fill(fitted.begin(), fitted.end(), 1);
   double chi_square = 0.0;
   lfit(spl.GetElementBase(1), phase.GetElementBase(1), sigma.GetBase(), SWEEP_SAMPLES,
        polynomial.GetElementBase(1), fitted.GetBase(), count, covariance.Rows(), &chi_square,
@@ -31,7 +31,7 @@ ARRAY<double> Fit(const ARRAY<double>& spl, const ARRAY<double>& phase, int coun
 }
 
 double Evaluate(const ARRAY<double>& polynomial, double x) {
-  const double* const p = polynomial.GetElementBase(0);
+  const double* const p = polynomial.begin();
   double value = 0.0;
   for (int i = polynomial.GetLength(); i-- > 0;) value = value * x + p[i];
   return value;
@@ -42,15 +42,14 @@ double Evaluate(const ARRAY<double>& polynomial, double x) {
 FLAT_EARTH fit_flat_earth_polynomials(const SCENE& scene, const SWEEP& sweep, int degree) {
   FLAT_EARTH flat_earth;
   const int count = degree < INT_MAX ? degree + 1 : degree;
-  const double* const spl = sweep.spl.GetElementBase(0);
+  const double* const spl = sweep.spl.begin();
   double maximum_error = 0.0;
   for (const AZIMUTH_POSITION k : {FIRST_LINE, LAST_LINE}) {
     GlobalLog.printf_line(TRACE, "Fitting polynomial over range");
     ARRAY<double>& polynomial = flat_earth.flat_phase_poly[k];
     polynomial = Fit(sweep.spl, sweep.Phase(k), count);
     for (int i = 0; i < count; ++i) {
-      GlobalLog.printf_line(PARAMETER, "Poly coefficient : p%d = %lf", i,
-                            polynomial.GetElementBase(0)[i]);
+      GlobalLog.printf_line(PARAMETER, "Poly coefficient : p%d = %lf", i, polynomial.begin()[i]);
     }
     for (int i = 0; i < SWEEP_SAMPLES; ++i) {
       maximum_error = std::max(maximum_error,

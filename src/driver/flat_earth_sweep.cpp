@@ -32,6 +32,7 @@ SAMPLE_GEOMETRY SweepSample(const SCENE& scene, const PAIR_CONSTANTS& pair, cons
 void SweepLine(SWEEP& sweep, AZIMUTH_POSITION k, const SCENE& scene, const PAIR_CONSTANTS& pair,
                BISTATIC_B& bistatic) {
   const double duration = scene.master_last_az_time - scene.master_first_az_time;
+  constexpr double LAST = FAR_SAMPLE;
   const double range_duration = scene.master_last_rg_time - scene.master_first_rg_time;
   GlobalLog.printf_line(INFO, "%s", "");
   GlobalLog.printf_line(INFO, "Azimuth position : %2.2f [s]", duration * int{k});
@@ -43,9 +44,9 @@ void SweepLine(SWEEP& sweep, AZIMUTH_POSITION k, const SCENE& scene, const PAIR_
   table.row("|spl|dtau|baseline|eff. basel.|[m/cycl]|[cycl]|");
   table.rule();
   for (int i = 0; i < SWEEP_SAMPLES; ++i) {
-    const double range_time = scene.master_first_rg_time + range_duration * (i / 10.0);
-    double& spl = sweep.spl.GetElementBase(0)[i];
-    spl = i * (range_duration / 10.0) * scene.range_sampling_frequency[MASTER];
+    const double range_time = scene.master_first_rg_time + range_duration * (i / LAST);
+    double& spl = sweep.spl.begin()[i];
+    spl = i * (range_duration / LAST) * scene.range_sampling_frequency[MASTER];
     SAMPLE_GEOMETRY& sample = sweep.samples[k][i];
     sample = SweepSample(scene, pair, line, range_time, bistatic);
     const double rounded = spl + 0.5;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+
 #include "driver/geometry_state.hpp"
 #include "geometry/sample_geometry.hpp"
 
@@ -21,7 +23,7 @@ struct SWEEP {
   template <class VALUE>
   VECTOR<double> Values(AZIMUTH_POSITION k, VALUE value) const {
     VECTOR<double> values(0, SWEEP_SAMPLES);
-    for (int i = 0; i < SWEEP_SAMPLES; ++i) values.GetElementBase(0)[i] = value(samples[k][i]);
+    std::transform(samples[k], samples[k] + SWEEP_SAMPLES, values.begin(), value);
     return values;
   }
   /// Phases in cycles.

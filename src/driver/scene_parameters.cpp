@@ -74,8 +74,8 @@ void take_ellipsoid_radii(SCENE& scene) {
                           scene.ellipsoid_parameters.GetLength(), POLAR + 1);
     throw ERROR_DATA();
   }
-  scene.requator = scene.ellipsoid_parameters.GetElementBase(0)[EQUATORIAL];
-  scene.rpole = scene.ellipsoid_parameters.GetElementBase(0)[POLAR];
+  scene.requator = scene.ellipsoid_parameters.begin()[EQUATORIAL];
+  scene.rpole = scene.ellipsoid_parameters.begin()[POLAR];
 }
 
 void work_out_end_times(SCENE& scene) {

@@ -5,28 +5,12 @@
 
 namespace varnoth::BASIC::TYPES {
 
-/// Failures of the enumerations.
-class ERROR_ENUM_BASE : public ERROR_EXCEPTION {
- public:
-  const char* what() const noexcept override { return "enumeration data type error"; }
-};
-
-class ERROR_ENUM_BASE_TYPE_MISMATCH : public ERROR_ENUM_BASE {
- public:
-  const char* what() const noexcept override { return "enumeration data type - type mismatch"; }
-};
-
-class ERROR_ENUM_BASE_LIMIT_OF_ENUMERATION_EXPIRED : public ERROR_ENUM_BASE {
- public:
-  const char* what() const noexcept override {
-    return "enumeration data type - limit of enumeration expired";
-  }
-};
-
-class ERROR_ENUM_BASE_INVALID_ID : public ERROR_ENUM_BASE {
- public:
-  const char* what() const noexcept override { return "enumeration data type - invalid id"; }
-};
+VARNOTH_ERROR(ERROR_ENUM_BASE, ERROR_EXCEPTION, "enumeration data type error");
+VARNOTH_ERROR(ERROR_ENUM_BASE_TYPE_MISMATCH, ERROR_ENUM_BASE,
+              "enumeration data type - type mismatch");
+VARNOTH_ERROR(ERROR_ENUM_BASE_LIMIT_OF_ENUMERATION_EXPIRED, ERROR_ENUM_BASE,
+              "enumeration data type - limit of enumeration expired");
+VARNOTH_ERROR(ERROR_ENUM_BASE_INVALID_ID, ERROR_ENUM_BASE, "enumeration data type - invalid id");
 
 /// A text that is no value of the enumeration; the only failure that carries data.
 class ERROR_ENUM_BASE_INVALID_VALUE : public ERROR_ENUM_BASE {

@@ -78,6 +78,12 @@ class ARRAY {
   virtual X* GetElementBase(int index) const { return data != nullptr ? data - index : nullptr; }
   /// Pointer p such that p[i] is element i of the array; null without elements.
   virtual X* GetBase() const { return GetElementBase(range.First()); }
+  /// The elements in their order, whatever the first index is: `for (X& x : array)`.
+  X* begin() { return data; }
+  X* end() { return data + range.Count(); }
+  const X* begin() const { return data; }
+  const X* end() const { return data + range.Count(); }
+  std::size_t size() const { return static_cast<std::size_t>(range.Count()); }
   /// Changes the range; elements keep their positions (not their indices) as far as both counts go.
   /// The same range is no work at all.
   virtual int Resize(const RANGE<int>& wanted) {
@@ -91,6 +97,11 @@ class ARRAY {
     std::swap(data, resized.data);
     std::swap(raw, resized.raw);
     return ARRAY_OK;
+  }
+  /// `Resize` that throws ERROR_NO_MEMORY, or another failure, where the range is not to be had.
+  template <class FAILURE = ERROR_NO_MEMORY>
+  void NeedRange(const RANGE<int>& wanted, FAILURE failure = {}) {
+    if (Resize(wanted) != ARRAY_OK) throw failure;
   }
 
  protected:

@@ -17,6 +17,7 @@ class ERROR_EXCEPTION {
   virtual const char* what() const noexcept { return "error occurred"; }
 };
 
+/// A kind of failure: its class and its fixed text.
 #define VARNOTH_ERROR(NAME, BASE, TEXT)                         \
   class NAME : public BASE {                                    \
    public:                                                      \
@@ -64,7 +65,5 @@ VARNOTH_ERROR(INVALID_PARAMETER_VALUE, ERROR_PARAMETER_POOL,
               "pool error - no or invalid parameter value in file");
 VARNOTH_ERROR(CORRUPTED_PARAMETER_POOL, ERROR_PARAMETER_POOL,
               "pool error - corrupted parameter pool file");
-
-#undef VARNOTH_ERROR
 
 }  // namespace varnoth

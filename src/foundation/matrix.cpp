@@ -10,7 +10,7 @@ namespace varnoth {
 
 template <class T>
 MATRIX<T>::MATRIX(const RANGE<int>& row_range, const RANGE<int>& column_range) {
-  if (!Create(row_range, column_range)) throw ERROR_NO_MEMORY();
+  NeedRanges(row_range, column_range);
 }
 
 template <class T>
@@ -20,9 +20,7 @@ MATRIX<T>::MATRIX(const MATRIX& other)
 template <class T>
 MATRIX<T>& MATRIX<T>::operator=(const MATRIX& other) {
   if (this == &other) return *this;
-  if (!(rows == other.rows && columns == other.columns) && !Create(other.rows, other.columns)) {
-    throw ERROR_NO_MEMORY();
-  }
+  NeedRanges(other.rows, other.columns);
   block = other.block;
   return *this;
 }
@@ -48,6 +46,12 @@ bool MATRIX<T>::Create(const RANGE<int>& row_range, const RANGE<int>& column_ran
 }
 
 template <class T>
+void MATRIX<T>::NeedRanges(const RANGE<int>& row_range, const RANGE<int>& column_range) {
+  if (row_range == rows && column_range == columns) return;
+  if (!Create(row_range, column_range)) throw ERROR_NO_MEMORY();
+}
+
+template <class T>
 void MATRIX<T>::Delete() {
   block.Delete();
   row_tables.Delete();
@@ -64,20 +68,20 @@ std::shared_ptr<T* []> MATRIX<T>::MakePointers(int count) {
 }
 
 template <class T>
-T* const* MATRIX<T>::Rows(int first_column) const {
-  T* const first = GetBlock();
+T* const* MATRIX<T>::RowPointers(int first_column) const {
+  T* const first = block.GetElementBase(0);
   if (first == nullptr) return nullptr;
   const int links = row_tables.GetLength();
   for (int i = 0; i < links; ++i) {
-    const POINTER_VECTOR_LINK_T& link = row_tables.GetElementBase(0)[i];
+    const POINTER_VECTOR_LINK_T& link = row_tables.begin()[i];
     if (link.first_column == first_column) return link.row_pointers.get() - rows.First();
   }
   const POINTER_VECTOR_LINK_T link{first_column, MakePointers(rows.Count())};
   for (int r = 0; r < rows.Count(); ++r) {
     link.row_pointers[r] = first + static_cast<std::ptrdiff_t>(r) * columns.Count() - first_column;
   }
-  if (row_tables.Resize(RANGE<int>(0, links + 1)) != ARRAY_OK) throw ERROR_NO_MEMORY();
-  row_tables.GetElementBase(0)[links] = link;
+  row_tables.NeedRange(RANGE<int>(0, links + 1));
+  row_tables.begin()[links] = link;
   return link.row_pointers.get() - rows.First();
 }
 

@@ -26,18 +26,29 @@ class MATRIX {
   /// Releases the former content and takes memory for rows × columns elements. False for a negative
   /// count or where the memory is not to be had; the matrix is then empty.
   bool Create(const RANGE<int>& row_range, const RANGE<int>& column_range);
+  /// The same, and no work at all for the ranges that it has. Throws ERROR_NO_MEMORY for false.
+  void NeedRanges(const RANGE<int>& row_range, const RANGE<int>& column_range);
   /// Releases everything.
   void Delete();
 
   const RANGE<int>& GetRowRange() const { return rows; }
   const RANGE<int>& GetColumnRange() const { return columns; }
   /// First element of the block; null for a matrix of no rows or no columns.
-  T* GetBlock() const { return block.GetElementBase(0); }
+  T* GetBlock() { return block.begin(); }
+  const T* GetBlock() const { return block.begin(); }
+  /// The elements row by row.
+  T* begin() { return block.begin(); }
+  T* end() { return block.end(); }
+  const T* begin() const { return block.begin(); }
+  const T* end() const { return block.end(); }
+  std::size_t size() const { return block.size(); }
   /// Row pointers p such that p[r][c] is the element of row r and column c; null for a matrix of no
   /// rows or no columns. Throws ERROR_NO_MEMORY.
-  T* const* Rows() const { return Rows(columns.First()); }
+  T* const* Rows() { return RowPointers(columns.First()); }
+  const T* const* Rows() const { return RowPointers(columns.First()); }
   /// The same with columns counted from `first_column`.
-  T* const* Rows(int first_column) const;
+  T* const* Rows(int first_column) { return RowPointers(first_column); }
+  const T* const* Rows(int first_column) const { return RowPointers(first_column); }
 
  private:
   /// A pointer per row, each shifted by one column base.
@@ -47,6 +58,7 @@ class MATRIX {
   };
 
   static std::shared_ptr<T*[]> MakePointers(int count);
+  T* const* RowPointers(int first_column) const;
 
   RANGE<int> columns;
   RANGE<int> rows;

@@ -15,7 +15,7 @@ ARRAY<STRING> Split(const char* text, const char* separators) {
     next += length;
   }
   ARRAY<STRING> result(0, static_cast<int>(pieces.size()));
-  std::copy(pieces.begin(), pieces.end(), result.GetElementBase(0));
+  std::copy(pieces.begin(), pieces.end(), result.begin());
   return result;
 }
 

@@ -71,8 +71,8 @@ T Length(const VECTOR_3D<T>& v) {
 template <class T>
 T DotProduct(const VECTOR<T>& a, const VECTOR<T>& b) {
   if (a.GetLength() != b.GetLength()) throw "DotProduct: vectors have different dimensions";
-  const T* pa = a.GetElementBase(0);
-  const T* pb = b.GetElementBase(0);
+  const T* pa = a.begin();
+  const T* pb = b.begin();
   T sum = T(0);
   for (int i = a.GetLength(); i-- > 0;) sum += pa[i] * pb[i];
   return sum;
@@ -90,12 +90,12 @@ template <class T>
 void CrossProduct(VECTOR<T>& result, const VECTOR<T>& a, const VECTOR<T>& b) {
   if (a.GetLength() != 3) throw "CrossProduct: vector a has not dimension of 3";
   if (b.GetLength() != 3) throw "CrossProduct: vector b has not dimension of 3";
-  const T* pa = a.GetElementBase(0);
-  const T* pb = b.GetElementBase(0);
+  const T* pa = a.begin();
+  const T* pb = b.begin();
   const T product[3] = {pa[1] * pb[2] - pa[2] * pb[1], pa[2] * pb[0] - pa[0] * pb[2],
                         pa[0] * pb[1] - pa[1] * pb[0]};
-  if (result.Resize(a.GetRange()) != ARRAY_OK) throw "CrossProduct: can not allocate vector memory";
-  std::copy_n(product, 3, result.GetElementBase(0));
+  result.NeedRange(a.GetRange(), "CrossProduct: can not allocate vector memory");
+  std::copy_n(product, 3, result.begin());
 }
 
 /// Plain three-vectors, as the inner loops use them.

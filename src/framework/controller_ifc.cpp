@@ -64,7 +64,7 @@ void CONTROLLER_IFC::init(int count, char** arguments, bool supervise) {
     install_signal_handlers(this);
     argc = count;
     argv = arguments;
-    TakeNames();
+    ReadNames();
   }
   config_file = OpenStream(config_file_name.c_str(), O_RDONLY);
   const int reason = config_file == nullptr ? errno : 0;
@@ -74,7 +74,7 @@ void CONTROLLER_IFC::init(int count, char** arguments, bool supervise) {
     if (reason != ENOENT && reason != ENOTDIR) FailOnConfigFile(reason);
     GlobalLog.set(WARNING) << "Configuration file " << config_file_name << " does not exist!\n";
   }
-  TakeLogLevels();
+  ReadLogLevels();
   ObeyStopFile();
   set_failure_mark();
 }
@@ -85,7 +85,7 @@ void CONTROLLER_IFC::FailOnConfigFile(int reason) const {
   throw ERROR_CAN_NOT_READ_FILE();
 }
 
-void CONTROLLER_IFC::TakeNames() {
+void CONTROLLER_IFC::ReadNames() {
   const char* const program = argc > 0 ? argv[0] : "";
   const char* const slash = std::strrchr(program, '/');
   base_name = Bounded("name of the program", slash != nullptr ? slash + 1 : program);
@@ -139,7 +139,7 @@ void CONTROLLER_IFC::MoveLog() {
   GlobalLog.change_file(Bounded("name of the log file", name).c_str());
 }
 
-void CONTROLLER_IFC::TakeLogLevels() {
+void CONTROLLER_IFC::ReadLogLevels() {
   STRING level;
   if (find_parameter("lfl", level)) GlobalLog.set_file_level(int{LogLevelFromName(level.c_str())});
   if (find_parameter("lsl", level)) {

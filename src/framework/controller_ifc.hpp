@@ -68,10 +68,10 @@ class CONTROLLER_IFC {
   [[noreturn]] void FailOnConfigFile(int reason) const;
   static bool FindInEnvironment(const char* key, STRING& value);
   static void AskKeyboard(const char* key, STRING& value);
-  void TakeNames();
+  void ReadNames();
   void FormMarks();
   void MoveLog();
-  void TakeLogLevels();
+  void ReadLogLevels();
   void ObeyStopFile() const;
 
   int argc = 0;

@@ -62,7 +62,7 @@ void SoftwareIdentity::set(const STRING& binary, const STRING& run_title,
   start_time = IsoText(start_seconds);
 }
 
-void SoftwareIdentity::TakeEnd() {
+void SoftwareIdentity::StampEnd() {
   end_seconds = std::time(nullptr);
   end_time = IsoText(end_seconds);
   execution_seconds =

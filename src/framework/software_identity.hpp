@@ -18,7 +18,7 @@ class SoftwareIdentity {
   void set(const STRING& binary, const STRING& run_title, const STRING& version_keyword,
            const STRING& date_keyword, const STRING& build, const STRING& user);
   /// Takes the present moment as the end, and the whole seconds since the start.
-  void TakeEnd();
+  void StampEnd();
 
   std::time_t start_seconds = std::time(nullptr);
   std::time_t end_seconds = 0;

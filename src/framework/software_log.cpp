@@ -8,59 +8,74 @@ namespace varnoth {
 
 namespace {
 
+/// A column of the table, in the order in which a log pool takes them. The one that holds no texts
+/// is `execution_times`.
+struct COLUMN {
+  const char* name;
+  VECTOR<STRING> SoftwareLog::*texts = nullptr;
+  STRING SoftwareIdentity::*text_of_run = nullptr;
+};
+constexpr COLUMN COLUMNS[] = {
+    {"names", &SoftwareLog::names, &SoftwareIdentity::name},
+    {"versions", &SoftwareLog::versions, &SoftwareIdentity::version},
+    {"dates", &SoftwareLog::dates, &SoftwareIdentity::date},
+    {"execution_times"},
+    {"start_times", &SoftwareLog::start_times, &SoftwareIdentity::start_time},
+    {"end_times", &SoftwareLog::end_times, &SoftwareIdentity::end_time},
+};
+
 /// Key of a column; no prefix stands ahead of the software keys of a log pool.
 STRING ColumnKey(const char* column) { return join_key({"", "software", column}); }
 
 }  // namespace
 
 int SoftwareLog::RowOf(const STRING& name) const {
-  const STRING* const rows = names.GetElementBase(0);
-  return static_cast<int>(std::find(rows, rows + names.GetLength(), name) - rows);
+  return static_cast<int>(std::find(names.begin(), names.end(), name) - names.begin());
 }
 
 void SoftwareLog::Resize(int rows) {
-  for (VECTOR<STRING>* column : {&names, &versions, &dates, &start_times, &end_times}) {
-    if (column->ARRAY<STRING>::Resize(RANGE<int>(column->GetFirstIndex(), rows)) != ARRAY_OK) {
-      throw ERROR_NO_MEMORY();
-    }
+  for (const COLUMN& column : COLUMNS) {
+    if (column.texts == nullptr) continue;
+    ARRAY<STRING>& texts = this->*column.texts;
+    texts.NeedRange(RANGE<int>(texts.GetFirstIndex(), rows));
   }
   const int held = std::min(execution_times.GetLength(), rows);
-  if (execution_times.Resize(RANGE<int>(execution_times.GetFirstIndex(), rows)) != ARRAY_OK) {
-    throw ERROR_NO_MEMORY();
-  }
-  std::fill(execution_times.GetElementBase(0) + held, execution_times.GetElementBase(0) + rows, 0);
+  execution_times.NeedRange(RANGE<int>(execution_times.GetFirstIndex(), rows));
+  std::fill(execution_times.begin() + held, execution_times.end(), 0);
 }
 
 void SoftwareLog::add(const SoftwareIdentity& identity) {
   const int row = RowOf(identity.name);
   Resize(std::max(names.GetLength(), row + 1));
-  names.GetElementBase(0)[row] = identity.name;
-  versions.GetElementBase(0)[row] = identity.version;
-  dates.GetElementBase(0)[row] = identity.date;
-  start_times.GetElementBase(0)[row] = identity.start_time;
-  end_times.GetElementBase(0)[row] = identity.end_time;
-  execution_times.GetElementBase(0)[row] = static_cast<int>(identity.execution_seconds);
+  for (const COLUMN& column : COLUMNS) {
+    if (column.texts != nullptr) {
+      (this->*column.texts).begin()[row] = identity.*column.text_of_run;
+    }
+  }
+  execution_times.begin()[row] = static_cast<int>(identity.execution_seconds);
 }
 
 void SoftwareLog::update_pool(PARAMETER_POOL_READ_WRITE_CHANGE& pool, SoftwareIdentity& identity) {
   if (pool.find_key(ColumnKey("names").c_str())) {
-    pool.Read(ColumnKey("names").c_str(), names);
-    pool.Read(ColumnKey("versions").c_str(), versions);
-    pool.Read(ColumnKey("dates").c_str(), dates);
-    pool.Read(ColumnKey("start_times").c_str(), start_times);
-    pool.Read(ColumnKey("end_times").c_str(), end_times);
+    for (const COLUMN& column : COLUMNS) {
+      if (column.texts != nullptr) {
+        pool.Read(ColumnKey(column.name).c_str(), this->*column.texts);
+      }
+    }
     pool.Read(ColumnKey("execution_times").c_str(), execution_times);
   } else {
     *this = SoftwareLog();
   }
-  identity.TakeEnd();
+  identity.StampEnd();
   add(identity);
-  pool.Change(ColumnKey("names").c_str(), names);
-  pool.Change(ColumnKey("versions").c_str(), versions);
-  pool.Change(ColumnKey("dates").c_str(), dates);
-  pool.Change(ColumnKey("execution_times").c_str(), execution_times);
-  pool.Change(ColumnKey("start_times").c_str(), start_times);
-  pool.Change(ColumnKey("end_times").c_str(), end_times);
+  for (const COLUMN& column : COLUMNS) {
+    const STRING key = ColumnKey(column.name);
+    if (column.texts != nullptr) {
+      pool.Change(key.c_str(), this->*column.texts);
+    } else {
+      pool.Change(key.c_str(), execution_times);
+    }
+  }
 
   constexpr const char* QA_KEY = "QA_WARNING_FLAG";
   const bool seen = GlobalLog.qa_warning_seen();

@@ -27,7 +27,7 @@ BISTATIC_SEARCH::BISTATIC_SEARCH(double light_speed, double inverse_light_speed,
     throw ERROR_ARGUMENT();
   }
   fit.SetOrder(PARABOLA);
-  if (samples.Create(RANGE<int>(0, sample_count)) != ARRAY_OK) throw ERROR_NO_MEMORY();
+  samples.NeedRange(RANGE<int>(0, sample_count));
 }
 
 BISTATIC_B::~BISTATIC_B() {
@@ -63,8 +63,8 @@ void BISTATIC_SEARCH::Evaluate(double& velocity_squared, double& closest_time,
   double* warm_start = nullptr;
   if (residuals != nullptr) {
     const bool fits = residuals->GetLength() == sample_count;
-    if (residuals->Resize(RANGE<int>(0, sample_count)) != ARRAY_OK) throw ERROR_NO_MEMORY();
-    warm_start = residuals->GetElementBase(0);
+    residuals->NeedRange(RANGE<int>(0, sample_count));
+    warm_start = residuals->begin();
     if (!fits) std::fill_n(warm_start, sample_count, 0.0);
   }
 
@@ -86,7 +86,7 @@ void BISTATIC_SEARCH::Evaluate(double& velocity_squared, double& closest_time,
       g = next;
     }
     if (shift_time) tau -= a;
-    POINT<long double>& sample = samples.GetElementBase(0)[i];
+    POINT<long double>& sample = samples.begin()[i];
     sample.x = tau;
     sample.y = next * next;
     if (warm_start != nullptr) warm_start[i] = next - 2.0 * a;

@@ -31,14 +31,8 @@ void geolocation(GEOLOCATION_WORK& work, const VECTOR<double>& sat_pos,
   const double r = Length(sat_pos);
   const bool is_inside = std::isgreater(rpole, r);  // which goes ahead of a faulty vector
   if (!is_inside) RefuseWithoutFrame(sat_pos, sat_vel, r);
-  const ECHO echo{sat_pos.GetElementBase(0),
-                  sat_vel.GetElementBase(0),
-                  look_direction,
-                  height,
-                  rpole,
-                  requator,
-                  fast_time,
-                  los_velocity};
+  const ECHO echo{sat_pos.begin(), sat_vel.begin(), look_direction, height,
+                  rpole,           requator,        fast_time,      los_velocity};
   GROUND_POINT point;
   if (is_inside) {
     point.status = SOLVER_STATUS::INSIDE_THE_EARTH;
@@ -49,7 +43,7 @@ void geolocation(GEOLOCATION_WORK& work, const VECTOR<double>& sat_pos,
   const bool is_found = point.status == SOLVER_STATUS::FOUND;
   if (is_found || point.status == SOLVER_STATUS::NO_TARGET_ANGLE) {
     earth_vect = sat_pos;  // with its range
-    std::copy_n(point.position, 3, earth_vect.GetElementBase(0));
+    std::copy_n(point.position, 3, earth_vect.begin());
     heading = point.heading;
   }
   if (!is_found) FailGeolocation(SOLVER, echo, point, "earth_vect[0]", "earth_vect[1]");

@@ -43,7 +43,7 @@ struct SURFACE_SEARCH {
   void Begin();
   /// Takes a nadir component, and in Doppler mode the along-track one with it. Gives the square
   /// that is left of the range for the other components, m².
-  double Take(double nadir);
+  double SetNadir(double nadir);
   /// Splits that square along and across the track by their ratio.
   void Split(double square);
   /// From the offset to the point, its geodetic coordinates (Bowring 1976) and the surface's
@@ -67,7 +67,7 @@ void SURFACE_SEARCH::Begin() {
   vz = DotProduct(work.z_axis, echo.sat_vel);
 }
 
-double SURFACE_SEARCH::Take(double nadir) {
+double SURFACE_SEARCH::SetNadir(double nadir) {
   const double range = echo.slant_range;
   dz = nadir;
   if (!echo.doppler_mode) return range * range - dz * dz;
@@ -122,7 +122,7 @@ std::optional<double> LowestPoint(const SURFACE_SEARCH& search) {
 /// Height of the point with the nadir component `dz` above the surface, m. At a start of a search
 /// by Doppler the offset has no cross-track component.
 std::optional<double> HeightError(SURFACE_SEARCH& search, double dz, bool is_start) {
-  const double rest = search.Take(dz);
+  const double rest = search.SetNadir(dz);
   // At the lowest point it is 0 but for rounding. Further off no point has the range and the
   // velocity, which a velocity above the along-track speed can ask for.
   constexpr double ROUNDING = 1e-9;
@@ -143,7 +143,7 @@ std::optional<double> HeightError(SURFACE_SEARCH& search, double dz, bool is_sta
 std::optional<double> NextDistance(SURFACE_SEARCH& search, double rho) {
   const double r = search.r;
   const double range = search.echo.slant_range;
-  const double square = search.Take((r * r + range * range - rho * rho) / (2.0 * r));
+  const double square = search.SetNadir((r * r + range * range - rho * rho) / (2.0 * r));
   if (std::isless(square, 0.0)) return {};
   if (search.echo.doppler_mode) {
     search.dy = search.echo.look_direction * std::sqrt(square);

@@ -17,9 +17,9 @@ struct SURFACE_ECHO {
   SURFACE_HEIGHT surface_height;
   const double* sat_pos;  ///< three coordinates, m, Earth-fixed
   const double* sat_vel;  ///< m/s
-  bool doppler_mode;      ///< the along-track offset follows from `los_velocity`, else from `squint`
-  double los_velocity;    ///< component of the satellite's velocity along the line of sight, m/s
-  double squint;          ///< ratio of along-track to cross-track offset
+  bool doppler_mode;    ///< the along-track offset follows from `los_velocity`, else from `squint`
+  double los_velocity;  ///< component of the satellite's velocity along the line of sight, m/s
+  double squint;        ///< ratio of along-track to cross-track offset
   double look_direction;  ///< +1 right, -1 left of the track
   double slant_range;     ///< m
 };

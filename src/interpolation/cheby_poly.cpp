@@ -22,7 +22,7 @@ void Derive(const T* c, T* d, int n) {
 template <class T>
 void CHEBY_POLY<T>::Build(const ARRAY<POINT<T>>& series, bool quiet) {
   constexpr const char* NO_MEMORY = "CHEBY_POLY::Create: not enough memory.";
-  this->TakeSeries(series, "CHEBY_POLY::Create", "->");
+  this->UseSeries(series, "CHEBY_POLY::Create", "->");
   const auto [least, largest] =
       std::minmax_element(this->points, this->points + this->count,
                           [](const POINT<T>& a, const POINT<T>& b) { return a.x < b.x; });
@@ -32,18 +32,18 @@ void CHEBY_POLY<T>::Build(const ARRAY<POINT<T>>& series, bool quiet) {
   for (ARRAY<T>* array : {&coefficients, &first_derivative, &second_derivative}) {
     this->Size(*array, 0, this->order + 1, NO_MEMORY);
   }
-  T* const c = coefficients.GetElementBase(0);
+  T* const c = coefficients.begin();
   this->Solve(
       quiet, c, [this](T at) { return Scale(at); }, NO_MEMORY);
-  Derive(c, first_derivative.GetElementBase(0), this->order);
-  Derive(first_derivative.GetElementBase(0), second_derivative.GetElementBase(0), this->order);
+  Derive(c, first_derivative.begin(), this->order);
+  Derive(first_derivative.begin(), second_derivative.begin(), this->order);
   if (!quiet) GlobalLog.set(PARAMETER) << "CHEBY_POLY::Create: chi^2 = " << this->chisq << "\n";
 }
 
 template <class T>
 T CHEBY_POLY<T>::Sum(const ARRAY<T>& series_coefficients, T at) const {
   const int n = this->Degree();
-  const T* const c = series_coefficients.GetElementBase(0);
+  const T* const c = series_coefficients.begin();
   const T s = Scale(at);
   T below = 1;
   T current = s;

@@ -13,7 +13,7 @@ class CHEBY_POLY : public LEAST_SQUARES_FIT<T, CHEBY_POLY_FUNCTION<T>> {
   T GetDerivedY(T at) const override;
   T GetDerived2Y(T at) const override;
   /// Order + 1 coefficients of the sum of c[j] T_j.
-  const T* GetCoeffs() const override { return coefficients.GetElementBase(0); }
+  const T* GetCoeffs() const override { return coefficients.begin(); }
 
   /// Maps the interval of the samples to [-1, 1].
   virtual T Scale(T at) const { return (at - x_min) / half_range - 1; }

@@ -91,10 +91,7 @@ void EVERETT<T>::CreateQuiet(const ARRAY<POINT<T>>& series) {
   half = order / 2;
   // More differences than samples are all zero, and GetXi refuses to use them.
   const RANGE<int> rows(0, std::min(half, end - first) + 1);
-  if (!(differences.GetRowRange() == rows && differences.GetColumnRange() == series.GetRange()) &&
-      !differences.Create(rows, series.GetRange())) {
-    throw ERROR_NO_MEMORY();
-  }
+  differences.NeedRanges(rows, series.GetRange());
   T* const* const row = differences.Rows();
   for (int i = first; i <= end; ++i) row[0][i] = p[i].y;
   for (int k = 1; k < rows.Count(); ++k) {

@@ -52,9 +52,9 @@ void HERMITE_POLY<T>::CreateQuiet(const ARRAY<DPOINT<T>>& series) {
   this->NeedSamples(series, "HERMITE_POLY::Create");
   count = series.GetLength();
   for (ARRAY<T>* array : {&x, &y, &dy}) {
-    if (array->Resize(RANGE<int>(0, count)) != ARRAY_OK) throw ERROR_NO_MEMORY();
+    array->NeedRange(RANGE<int>(0, count));
   }
-  const DPOINT<T>* const p = series.GetElementBase(0);
+  const DPOINT<T>* const p = series.begin();
   for (int i = 0; i < count; ++i) {
     x.GetBase()[i] = p[i].x;
     y.GetBase()[i] = p[i].y;
@@ -100,24 +100,25 @@ void HERMITE_POLY<T>::Evaluate(int n, int order, T& value, T& first, T& second, 
 }
 
 template <class T>
-T HERMITE_POLY<T>::GetY(T abscissa) const {
+T HERMITE_POLY<T>::Derivative(int which, T abscissa) const {
   T results[3];
   Evaluate(count, count, results[0], results[1], results[2], abscissa);
-  return results[0];
+  return results[which];
+}
+
+template <class T>
+T HERMITE_POLY<T>::GetY(T abscissa) const {
+  return Derivative(0, abscissa);
 }
 
 template <class T>
 T HERMITE_POLY<T>::GetDerivedY(T abscissa) const {
-  T results[3];
-  Evaluate(count, count, results[0], results[1], results[2], abscissa);
-  return results[1];
+  return Derivative(1, abscissa);
 }
 
 template <class T>
 T HERMITE_POLY<T>::GetDerived2Y(T abscissa) const {
-  T results[3];
-  Evaluate(count, count, results[0], results[1], results[2], abscissa);
-  return results[2];
+  return Derivative(2, abscissa);
 }
 
 template class HERMITE_POLY<float>;

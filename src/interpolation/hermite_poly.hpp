@@ -30,6 +30,9 @@ class HERMITE_POLY : public INTERPOLATION<T, DPOINT<T>> {
   virtual void Evaluate(int n, int order, T& value, T& first, T& second, T abscissa) const;
 
  private:
+  /// The value (0) or a derivative from all samples.
+  T Derivative(int which, T abscissa) const;
+
   ARRAY<T> x;
   ARRAY<T> y;
   ARRAY<T> dy;

@@ -32,14 +32,14 @@ class LEAST_SQUARES_FIT : public INTERPOLATION<T, POINT<T>> {
 
   /// Takes the series and lowers the order to what it allows, with a line at WARNING. Throws as
   /// CreateQuiet says.
-  void TakeSeries(const ARRAY<POINT<T>>& series, const char* name, const char* arrow) {
+  void UseSeries(const ARRAY<POINT<T>>& series, const char* name, const char* arrow) {
     this->NeedSamples(series, name);
     if (order < 0) {
       GlobalLog.set(ALARM) << name << ": there is no polynomial of order " << order << "\n";
       throw INVALID_PARAMETER_VALUE();
     }
     count = series.GetLength();
-    points = series.GetElementBase(0);
+    points = series.begin();
     if (std::any_of(points, points + count, [](const POINT<T>& p) { return std::isnan(p.x); })) {
       RefuseSeries(name, "an abscissa is no number.");
     }
@@ -57,20 +57,20 @@ class LEAST_SQUARES_FIT : public INTERPOLATION<T, POINT<T>> {
     for (ARRAY<T>* array : {&x, &y, &sig}) Size(*array, 1, count, no_memory);
     Size(fit, 1, order + 1, no_memory);
     for (int i = 0; i < count; ++i) {
-      x.GetElementBase(0)[i] = scale(points[i].x);
-      y.GetElementBase(0)[i] = points[i].y;
-      sig.GetElementBase(0)[i] = 1;
+      x.begin()[i] = scale(points[i].x);
+      y.begin()[i] = points[i].y;
+      sig.begin()[i] = 1;
     }
     svdfit.Resize(count, order + 1);
     const auto solve = quiet ? &SVDFIT<T, F>::FitQuiet : &SVDFIT<T, F>::Fit;
     (svdfit.*solve)(x.GetBase(), y.GetBase(), sig.GetBase(), count, fit.GetBase(), order + 1,
                     chisq);
-    std::copy_n(fit.GetElementBase(0), order + 1, result);
+    std::copy_n(fit.begin(), order + 1, result);
   }
 
   /// Sizes an array; throws the text on failure.
   static void Size(ARRAY<T>& array, int first, int size, const char* no_memory) {
-    if (array.Resize(RANGE<int>(first, size)) != ARRAY_OK) throw no_memory;
+    array.NeedRange(RANGE<int>(first, size), no_memory);
   }
 
   int order = 0;                     ///< for the next fit

@@ -11,7 +11,7 @@ namespace varnoth {
 
 template <class T, class I, class P>
 const P* LOCAL_INTERPOLATION<T, I, P>::SamplesOf(const ARRAY<P>& series) const {
-  const P* const p = series.GetElementBase(0);
+  const P* const p = series.begin();
   if (p == nullptr) RefuseSeries("LOCAL_INTERPOLATION", "there are no samples.");
   if (support_point_count < 1) {
     GlobalLog.set(ALARM) << "LOCAL_INTERPOLATION: no piece has " << support_point_count
@@ -28,7 +28,7 @@ const P* LOCAL_INTERPOLATION<T, I, P>::SamplesOf(const ARRAY<P>& series) const {
 
 template <class T, class I, class P>
 T LOCAL_INTERPOLATION<T, I, P>::EndOfPiece(const ARRAY<P>& series, int k) const {
-  const P* const p = series.GetElementBase(0);
+  const P* const p = series.begin();
   const int last = series.GetLength() - 1;
   const int c = support_point_count;
   if (c > last) return p[last].x;

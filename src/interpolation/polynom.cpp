@@ -7,10 +7,9 @@ namespace varnoth {
 template <class T>
 void POLYNOM<T>::CreateQuiet(const ARRAY<POINT<T>>& series) {
   degree = series.GetLength() - 1;
-  points = series.GetElementBase(0);
-  if (coefficients.Resize(RANGE<int>(0, degree + 1)) != ARRAY_OK)
-    throw "POLYNOM: not enough memory..";
-  T* const c = coefficients.GetElementBase(0);
+  points = series.begin();
+  coefficients.NeedRange(RANGE<int>(0, degree + 1), "POLYNOM: not enough memory..");
+  T* const c = coefficients.begin();
   for (int j = 0; j <= degree; ++j) c[j] = points[j].y;
   for (int k = 1; k <= degree; ++k) {
     for (int j = degree; j >= k; --j) c[j] = (c[j] - c[j - 1]) / (points[j].x - points[j - k].x);
@@ -20,7 +19,7 @@ void POLYNOM<T>::CreateQuiet(const ARRAY<POINT<T>>& series) {
 template <class T>
 const T* POLYNOM<T>::NeedCoefficients() const {
   if (degree < 0) RefuseSeries("POLYNOM", "there are no samples.");
-  return coefficients.GetElementBase(0);
+  return coefficients.begin();
 }
 
 template <class T>

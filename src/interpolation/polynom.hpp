@@ -21,7 +21,7 @@ class POLYNOM : public INTERPOLATION<T, POINT<T>> {
   /// it.
   T GetDerived2Y(T x) const override;
   /// The degree + 1 coefficients of the Newton form.
-  const T* GetCoeffs() const override { return coefficients.GetElementBase(0); }
+  const T* GetCoeffs() const override { return coefficients.begin(); }
 
  private:
   const T* NeedCoefficients() const;

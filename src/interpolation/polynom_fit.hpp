@@ -16,7 +16,7 @@ class POLYNOM_FIT : public LEAST_SQUARES_FIT<T, POLYNOM_FUNCTION<T>> {
   /// Order + 1 coefficients, constant term first.
   const T* GetCoeffs() const override {
     this->Degree();
-    return coefficients.GetElementBase(0) + 1;
+    return coefficients.begin() + 1;
   }
 
  private:

@@ -26,7 +26,7 @@ void SPLINE<T>::CreateQuiet(const ARRAY<POINT<T>>& series) {
   const int m = n - 2;
   MATRIX<double> system(RANGE<int>(1, m), RANGE<int>(1, m));
   MATRIX<double> right_side(RANGE<int>(1, m), RANGE<int>(1, 1));
-  std::fill_n(system.GetBlock(), std::ptrdiff_t{m} * m, 0.0);
+  std::fill(system.begin(), system.end(), 0.0);
   double* const* const a = system.Rows();
   double* const* const b = right_side.Rows();
   for (int r = 1; r <= m; ++r) {
@@ -40,7 +40,7 @@ void SPLINE<T>::CreateQuiet(const ARRAY<POINT<T>>& series) {
     return sample == 1 || sample == n ? T(0) : static_cast<T>(b[sample - 1][1]);
   };
 
-  if (!coefficients.Create(RANGE<int>(1, n - 1), RANGE<int>(1, 4))) throw ERROR_NO_MEMORY();
+  coefficients.NeedRanges(RANGE<int>(1, n - 1), RANGE<int>(1, 4));
   T* const* const row = coefficients.Rows();
   for (int r = 1; r < n; ++r) {
     const T left = second(r);

@@ -91,7 +91,7 @@ void GENERAL_ORBIT<T, S>::SelectCore(const STRING& representation, const STRING&
 template <class T, class S>
 int GENERAL_ORBIT<T, S>::ParseInterpolation(const STRING& text) {
   const ARRAY<STRING> tokens = Split(text.c_str(), "_,;:-()");
-  const STRING* const token = tokens.GetElementBase(0);
+  const STRING* const token = tokens.begin();
   if (tokens.GetLength() == 0) {
     GlobalLog.set(ALARM) << "ORBIT: can not determine interpolation type from: " << text << "\n";
     throw ERROR_ARGUMENT();
@@ -105,8 +105,8 @@ int GENERAL_ORBIT<T, S>::ParseInterpolation(const STRING& text) {
     GlobalLog.set(PARAMETER) << "ORBIT: detected support point count: " << support_point_count
                              << "\n";
   }
-  for (const INTERPOLATION_TYPE* row : Interpolations()) {
-    if (token[0] == row->text) return row->id;
+  for (const INTERPOLATION_TYPE& row : Interpolations()) {
+    if (token[0] == row.text) return row.id;
   }
   GlobalLog.set(ALARM) << "GENERAL_ORBIT: can not convert " << token[0] << " to interpolation_id\n";
   throw ERROR_ARGUMENT();

@@ -20,16 +20,16 @@ class ORBIT : public SAMPLED_ORBIT<T, S> {
   void Create() override {
     const int count = std::min(this->GetCoordinateCount(), samples.GetLength());
     interpolators.Delete();
-    if (interpolators.Create(RANGE<int>(0, count)) != ARRAY_OK) throw ERROR_NO_MEMORY();
-    for (int c = 0; c < count; ++c) {
-      I& interpolator = interpolators.GetElementBase(0)[c];
+    interpolators.NeedRange(RANGE<int>(0, count));
+    const ARRAY<P>* series = samples.begin();
+    for (I& interpolator : interpolators) {
       interpolator.SetOrder(this->poly_fit_order);
       interpolator.SetSupportPoints(this->support_point_count);
-      interpolator.CreateQuiet(samples.GetElementBase(0)[c]);
+      interpolator.CreateQuiet(*series++);
     }
   }
   int GetSampleCount() const override {
-    return samples.GetLength() > 0 ? samples.GetElementBase(0)[0].GetLength() : 0;
+    return samples.GetLength() > 0 ? samples.begin()[0].GetLength() : 0;
   }
   /// Copies keys, settings and samples and builds interpolators of its own. Throws ERROR_ARGUMENT
   /// for a source of another class.
@@ -54,7 +54,7 @@ class ORBIT : public SAMPLED_ORBIT<T, S> {
   using typename SAMPLED_ORBIT<T, S>::DERIVATIVE;
 
   void Evaluate(DERIVATIVE derivative, T x, int first, int count, T* values) const override {
-    const I* const interpolator = interpolators.GetElementBase(0) + first;
+    const I* const interpolator = interpolators.begin() + first;
     for (int c = 0; c < count; ++c) {
       switch (derivative) {
         case SAMPLED_ORBIT<T, S>::DERIVATIVE_OF_GetPosition:
@@ -73,11 +73,11 @@ class ORBIT : public SAMPLED_ORBIT<T, S> {
   T SampleX(int coordinate, int index) const override { return SampleAt(coordinate, index).x; }
   T SampleY(int coordinate, int index) const override { return SampleAt(coordinate, index).y; }
 
-  /// Makes room for new samples. The interpolators of the former ones, which look into them, go.
-  ARRAY<P>* NewSamples(int coordinates) {
+  /// Makes room for the series of new samples. The interpolators of the former ones, which look
+  /// into them, go.
+  void NewSamples(int coordinates) {
     interpolators.Delete();
-    if (samples.Resize(RANGE<int>(0, coordinates)) != ARRAY_OK) throw ERROR_NO_MEMORY();
-    return samples.GetElementBase(0);
+    samples.NeedRange(RANGE<int>(0, coordinates));
   }
 
   ARRAY<ARRAY<P>> samples;  ///< per coordinate; x is seconds from the reference time
@@ -85,7 +85,7 @@ class ORBIT : public SAMPLED_ORBIT<T, S> {
 
  private:
   const P& SampleAt(int coordinate, int index) const {
-    return samples.GetElementBase(0)[coordinate].GetElementBase(0)[index];
+    return samples.begin()[coordinate].begin()[index];
   }
 };
 

@@ -80,7 +80,7 @@ void SAMPLED_ORBIT<T, S>::Fill(DERIVATIVE derivative, T x, VECTOR<E>& result) co
   const int count = GetCoordinateCount();
   CheckOutput(count, result.GetLength());
   CheckOutput(count, InterpolatorCount());
-  FillElements(derivative, x, count, result.GetElementBase(0));
+  FillElements(derivative, x, count, result.begin());
 }
 
 template <class T, class S>
@@ -144,7 +144,7 @@ template <class T, class S>
 template <class E>
 void SAMPLED_ORBIT<T, S>::GetSampleInto(int index, VECTOR<E>& result) const {
   if constexpr (std::is_same_v<E, T>) CheckOutput(GetCoordinateCount(), result.GetLength());
-  FillSample(index, GetCoordinateCount(), result.GetElementBase(0));
+  FillSample(index, GetCoordinateCount(), result.begin());
 }
 
 template <class T, class S>
@@ -240,7 +240,7 @@ void SAMPLED_ORBIT<T, S>::Print(int level, const char* title) const {
   table.row("|t [s]|x [m]|y [m]|z [m]|ix [m]|iy [m]|iz [m]|dx [m]|dy [m]|dz [m]|");
   table.rule();
   VECTOR<double> position(0, GetCoordinateCount());
-  const double* const p = position.GetElementBase(0);
+  const double* const p = position.begin();
   for (int i = 0; i < GetSampleCount(); ++i) {
     const auto time = static_cast<double>(SampleX(0, i));
     const double s[] = {static_cast<double>(SampleY(0, i)), static_cast<double>(SampleY(1, i)),

@@ -19,9 +19,11 @@ class SAMPLED_ORBIT : public ORBIT_BASE {
   void GetReferenceTime(UNIVERSAL_TIME& time) const override;
   void GetReferenceTime(MISSION_ELAPSED_TIME& time) const override;
   void GetReferenceTime(double& time) const override;
-  void SetReferenceTime(const UNIVERSAL_TIME& time) override { TakeReferenceTime(time); }
-  void SetReferenceTime(const MISSION_ELAPSED_TIME& time) override { TakeReferenceTime(time); }
-  void SetReferenceTime(double time) requires std::is_same_v<S, double> { TakeReferenceTime(time); }
+  void SetReferenceTime(const UNIVERSAL_TIME& time) override { StoreReferenceTime(time); }
+  void SetReferenceTime(const MISSION_ELAPSED_TIME& time) override { StoreReferenceTime(time); }
+  void SetReferenceTime(double time) requires std::is_same_v<S, double> {
+    StoreReferenceTime(time);
+  }
 
   /// Value (m), first (m/s) and second derivative (m/s²) at a time. A float, double or long double
   /// time is seconds from the reference time. A VECTOR takes GetCoordinateCount() elements and must
@@ -70,7 +72,7 @@ class SAMPLED_ORBIT : public ORBIT_BASE {
   virtual T SampleY(int coordinate, int index) const = 0;
 
   template <class TIME>
-  void TakeReferenceTime(const TIME& time) {
+  void StoreReferenceTime(const TIME& time) {
     if constexpr (std::is_same_v<TIME, S>) reference_time = time;
   }
 

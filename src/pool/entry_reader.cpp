@@ -97,12 +97,12 @@ bool ENTRY_READER::IsKeyLine() const {
 bool ENTRY_READER::FindKey(const char* key) {
   Rewind();
   while (NextLine()) {
-    if (line[0] == *key && IsKeyLine() && std::strcmp(TakeKey(), key) == 0) return true;
+    if (line[0] == *key && IsKeyLine() && std::strcmp(ReadKey(), key) == 0) return true;
   }
   return false;
 }
 
-const char* ENTRY_READER::TakeKey() {
+const char* ENTRY_READER::ReadKey() {
   const std::size_t limit = std::min<std::size_t>(line.size(), KEY_LIMIT);
   std::size_t length = 0;
   while (length < limit && !IsBlank(line[length]) && !IsLineEnd(line[length])) ++length;
@@ -306,10 +306,10 @@ void ENTRY_READER::Parse(ARRAY<X>& value) {
     Fail<ERROR_NO_MEMORY>(" << not enough memory to create ARRAY\n");
   }
   // A view takes any range, with memory or not.
-  if (range.Count() > 0 && value.GetElementBase(0) == nullptr) {
+  if (range.Count() > 0 && value.begin() == nullptr) {
     Fail<ERROR_NO_MEMORY>(" << not enough memory\n");
   }
-  ParseBlock(value.GetElementBase(0), range);
+  ParseBlock(value.begin(), range);
 }
 
 template <class X>

@@ -31,7 +31,7 @@ class ENTRY_READER {
   /// The current line's bytes.
   std::string_view Line() const { return line; }
   /// Takes the current line's first word, at most 100 bytes of it, as the current key.
-  const char* TakeKey();
+  const char* ReadKey();
 
   /// Takes the next word of the line as the token; false only beyond the line limit. Where nothing
   /// is left the token is the line end (LF) or empty.

@@ -92,9 +92,9 @@ void AppendTo(std::string& text, const TUPLE<STRING>& value, DIGITS) {
 }  // namespace
 
 ENTRY_TEXT::ENTRY_TEXT(const char* key, TYPE_CODE type, const ARRAY<STRING>& comments) {
-  for (int i = 0; i < comments.GetLength(); ++i) {
+  for (const STRING& comment : comments) {
     text += '#';
-    text += comments.GetElementBase(0)[i].c_str();
+    text += comment.c_str();
     text += '\n';
   }
   const std::size_t line_start = text.size();
@@ -149,7 +149,7 @@ void ENTRY_TEXT::AppendBlock(const X* elements, int count, int block_indent) {
 template <class X>
 void ENTRY_TEXT::Append(const ARRAY<X>& value) {
   AppendRange(value.GetRange());
-  AppendBlock(value.GetElementBase(0), value.GetLength(), indent);
+  AppendBlock(value.begin(), value.GetLength(), indent);
   text += "\n\n";
 }
 

@@ -95,7 +95,7 @@ void PARAMETER_POOL::NeedKey(const char* key) {
   throw PARAMETER_KEY_NOT_FOUND();
 }
 
-TYPE_CODE PARAMETER_POOL::TakeType() {
+TYPE_CODE PARAMETER_POOL::ReadType() {
   entry.RewindLine();
   if (!entry.NextToken() || !entry.NextToken()) {
     entry.Fail<ERROR_PARAMETER_POOL>(" << no type information found\n");
@@ -105,12 +105,12 @@ TYPE_CODE PARAMETER_POOL::TakeType() {
 
 TYPE_CODE PARAMETER_POOL::get_type(const char* key) {
   NeedKey(key);
-  return TakeType();
+  return ReadType();
 }
 
 void PARAMETER_POOL::BeginEntry(const char* key, TYPE_CODE type) {
   NeedKey(key);
-  if (TakeType() != type) {
+  if (ReadType() != type) {
     entry.Fail<WRONG_PARAMETER_TYPE>(" << type ", TypeRow(type).name, " expected\n");
   }
   if (!entry.NextToken()) {

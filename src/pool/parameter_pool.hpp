@@ -83,7 +83,7 @@ class PARAMETER_POOL {
   void NeedKey(const char* key);
   /// Throws ERROR_CAN_NOT_READ_FILE, behind a line at ALARM, if what was read is not to be trusted.
   void CheckRead() const;
-  TYPE_CODE TakeType();
+  TYPE_CODE ReadType();
   /// Finds the entry, checks its type and takes the first token of its value.
   void BeginEntry(const char* key, TYPE_CODE type);
 };

@@ -25,7 +25,7 @@ PARAMETER_POOL_ITEM& PARAMETER_POOL_ITEM::operator=(const PARAMETER_POOL_ITEM& o
   return *this;
 }
 
-void PARAMETER_POOL_ITEM::TakeKey(const char* item_key) {
+void PARAMETER_POOL_ITEM::StoreKey(const char* item_key) {
   CheckKeyLength(item_key);
   std::memcpy(key, item_key, std::strlen(item_key) + 1);
 }

@@ -42,7 +42,7 @@ class PARAMETER_POOL_ITEM {
   template <class V>
   PARAMETER_POOL_ITEM(const char* item_key, const V& item_value, const ARRAY<STRING>& lines)
       : type(POOL_TYPE<V>), comments(lines), value(std::make_unique<POOL_VALUE_OF<V>>(item_value)) {
-    TakeKey(item_key);
+    StoreKey(item_key);
   }
   PARAMETER_POOL_ITEM(const PARAMETER_POOL_ITEM& other);
   PARAMETER_POOL_ITEM& operator=(const PARAMETER_POOL_ITEM& other);
@@ -60,7 +60,7 @@ class PARAMETER_POOL_ITEM {
   std::unique_ptr<POOL_VALUE> value;
 
  private:
-  void TakeKey(const char* item_key);
+  void StoreKey(const char* item_key);
 
   mutable std::unique_ptr<const ENTRY_TEXT> text;
 };

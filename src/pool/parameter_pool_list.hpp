@@ -67,9 +67,9 @@ void CopyTwin(const RANGE<T>& from, POINT<T>& to) {
 }
 template <class X, class Y>
 void CopyTwin(const ARRAY<X>& from, ARRAY<Y>& to) {
-  if (to.Resize(from.GetRange()) != ARRAY_OK) throw "ARRAY : can not copy array";
+  to.NeedRange(from.GetRange(), "ARRAY : can not copy array");
   for (int i = 0; i < from.GetLength(); ++i) {
-    CopyTwin(from.GetElementBase(0)[i], to.GetElementBase(0)[i]);
+    CopyTwin(from.begin()[i], to.begin()[i]);
   }
 }
 

@@ -104,7 +104,7 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::update() {
     }
   }
   GlobalLog.set(DEBUG) << "copy " << temporary_name << " to " << file_name << "\n";
-  TakeOver(temporary_name);
+  CopyOver(temporary_name);
 }
 
 void PARAMETER_POOL_READ_WRITE_CHANGE::Merge(POOL_STREAM& temporary) {
@@ -112,7 +112,7 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::Merge(POOL_STREAM& temporary) {
   entry.NextLine();
   // The end is looked at before a line is: the line that met it holds the end mark and is dropped.
   while (!stream.AtEnd()) {
-    if (entry.IsKeyLine() && list.find(entry.TakeKey()) != 0) {
+    if (entry.IsKeyLine() && list.find(entry.ReadKey()) != 0) {
       write_entry(list.current(), temporary);
       list.remove_current();
       do {
@@ -130,7 +130,7 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::Merge(POOL_STREAM& temporary) {
   temporary.Flush();
 }
 
-void PARAMETER_POOL_READ_WRITE_CHANGE::TakeOver(const std::string& temporary_name) {
+void PARAMETER_POOL_READ_WRITE_CHANGE::CopyOver(const std::string& temporary_name) {
   const auto tell_of_copy = [&] {
     GlobalLog.set(ALARM) << "the complete content is kept in: " << temporary_name << "\n";
   };

@@ -75,7 +75,7 @@ class PARAMETER_POOL_READ_WRITE_CHANGE : public PARAMETER_POOL {
   /// Takes an item into the list, in the place of one of the same key.
   void Add(OPERATION operation, PARAMETER_POOL_ITEM item);
   void Merge(POOL_STREAM& temporary);
-  void TakeOver(const std::string& temporary_name);
+  void CopyOver(const std::string& temporary_name);
 
   PARAMETER_POOL_LIST list;
   int exceptions_at_start = std::uncaught_exceptions();

@@ -15,9 +15,8 @@ void ReadTime(PARAMETER_POOL& pool, KEY_PARTS key_parts, UNIVERSAL_TIME& time) {
 void ReadTimes(PARAMETER_POOL& pool, KEY_PARTS key_parts, ARRAY<UNIVERSAL_TIME>& times) {
   ARRAY<STRING> texts;
   pool.Read(join_key(key_parts).c_str(), texts);
-  if (times.Resize(texts.GetRange()) != ARRAY_OK) throw ERROR_NO_MEMORY();
-  std::transform(texts.GetElementBase(0), texts.GetElementBase(0) + texts.GetLength(),
-                 times.GetElementBase(0),
+  times.NeedRange(texts.GetRange());
+  std::transform(texts.begin(), texts.end(), times.begin(),
                  [](const STRING& text) { return UNIVERSAL_TIME(text.c_str()); });
 }
 
@@ -31,8 +30,7 @@ void WriteTime(PARAMETER_POOL_READ_WRITE_CHANGE& pool, KEY_PARTS key_parts,
 void WriteTimes(PARAMETER_POOL_READ_WRITE_CHANGE& pool, KEY_PARTS key_parts,
                 const ARRAY<UNIVERSAL_TIME>& times, int digits, const ARRAY<STRING>& comments) {
   ARRAY<STRING> texts(times.GetFirstIndex(), times.GetLength());
-  std::transform(times.GetElementBase(0), times.GetElementBase(0) + times.GetLength(),
-                 texts.GetElementBase(0),
+  std::transform(times.begin(), times.end(), texts.begin(),
                  [&](const UNIVERSAL_TIME& time) { return ToPoolText(time, digits, false); });
   pool.Change(join_key(key_parts).c_str(), texts, comments);
 }

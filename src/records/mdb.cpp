@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <string>
@@ -32,8 +33,7 @@ std::string ThreeDigits(int number) {
 
 STRING WithoutBlanks(const STRING& text) {
   STRING result;
-  const ARRAY<STRING> words = Split(text.c_str(), " \t");
-  for (int i = 0; i < words.GetLength(); ++i) result += words.GetElementBase(0)[i];
+  for (const STRING& word : Split(text.c_str(), " \t")) result += word;
   return result;
 }
 
@@ -46,7 +46,7 @@ STRING WithoutBlanks(const STRING& text) {
 /// The item of a definition such as "x : double", without a value.
 RECORD_ITEM ItemOfDefinition(const STRING& record_type, const STRING& definition) {
   const ARRAY<STRING> words = Split(definition.c_str(), ":");
-  const STRING* const word = words.GetElementBase(0);
+  const STRING* const word = words.begin();
   RECORD_ITEM item;
   if (words.GetLength() >= 2) {
     item.key_name = WithoutBlanks(word[0]);
@@ -84,14 +84,11 @@ void MDB::ReadRecordType() {
   pool.Read(path_info.file.c_str(), definitions);
   pool.close();
 
-  const STRING* const definition = definitions.GetElementBase(0);
-  const int count = definitions.GetLength();
-  if (count == 0) RefuseDefinition(path_info.file, "");
-  const RECORD_ITEM new_key = ItemOfDefinition(path_info.file, definition[0]);
-  ARRAY<RECORD_ITEM> new_items(0, count - 1);
-  for (int i = 1; i < count; ++i) {
-    new_items.GetElementBase(1)[i] = ItemOfDefinition(path_info.file, definition[i]);
-  }
+  if (definitions.size() == 0) RefuseDefinition(path_info.file, "");
+  const RECORD_ITEM new_key = ItemOfDefinition(path_info.file, *definitions.begin());
+  ARRAY<RECORD_ITEM> new_items(0, definitions.GetLength() - 1);
+  std::transform(definitions.begin() + 1, definitions.end(), new_items.begin(),
+                 [this](const STRING& item) { return ItemOfDefinition(path_info.file, item); });
   SetRecord(new_items, new_key);
   status.record_valid = false;
 }
@@ -209,9 +206,8 @@ void MDB::NeedStreamAndType(const char* no_file, const char* no_type) const {
 
 const RECORD_ITEM& MDB::FindItem(const STRING& name) const {
   if (key.key_name == name) return key;
-  const RECORD_ITEM* const item = items.GetElementBase(0);
-  for (int i = 0; i < items.GetLength(); ++i) {
-    if (item[i].key_name == name) return item[i];
+  for (const RECORD_ITEM& item : items) {
+    if (item.key_name == name) return item;
   }
   throw "MDB: RECORD_ITEM: can not find key_name in record";
 }
@@ -220,8 +216,7 @@ void MDB::Write() {
   NeedStreamAndType("MDB::Write(): no file open", "MDB::Write(): no valid record type");
   if (!status.open_for_writing) throw "MDB is opened read only: can not write data record";
   std::string text = std::string(key.key_name.c_str()) + " : " + key.Text().c_str() + "\n";
-  for (int i = 0; i < items.GetLength(); ++i) {
-    const RECORD_ITEM& item = items.GetElementBase(0)[i];
+  for (const RECORD_ITEM& item : items) {
     std::string name = item.key_name.c_str();
     if (name_width > 0 && name.size() < static_cast<std::size_t>(name_width)) {
       name.resize(static_cast<std::size_t>(name_width), ' ');
@@ -272,8 +267,8 @@ bool MDB::Read() {
   RECORD_ITEM new_key;
   if (!ReadItem(new_key)) return false;
   ARRAY<RECORD_ITEM> new_items(items.GetFirstIndex(), items.GetLength());
-  for (int i = 0; i < new_items.GetLength(); ++i) {
-    if (!ReadItem(new_items.GetElementBase(0)[i])) {
+  for (RECORD_ITEM& item : new_items) {
+    if (!ReadItem(item)) {
       GlobalLog.set(WARNING) << "MDB::Read(): file " << path_info.file << " ends within record "
                              << new_key.Text() << "\n";
       return false;

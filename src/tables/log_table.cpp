@@ -127,7 +127,7 @@ int LOG_TABLE::MarkOf(char character) const {
 }
 
 int LOG_TABLE::WidthOf(int column) const {
-  return column >= 0 && column < widths.GetLength() ? widths.GetElementBase(0)[column] : 0;
+  return column >= 0 && column < widths.GetLength() ? widths.begin()[column] : 0;
 }
 
 void LOG_TABLE::flush(int level) {
@@ -147,8 +147,8 @@ int LOG_TABLE::CountColumns() const {
 }
 
 void LOG_TABLE::MeasureColumns(int count) {
-  if (widths.Resize(RANGE<int>(0, count)) != ARRAY_OK) throw ERROR_NO_MEMORY();
-  int* const width = widths.GetElementBase(0);
+  widths.NeedRange(RANGE<int>(0, count));
+  int* const width = widths.begin();
   std::fill_n(width, count, 0);
   int column = -1;
   int length = -1;

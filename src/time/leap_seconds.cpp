@@ -33,21 +33,17 @@ using ROWS = std::span<const LEAP_SECOND_ITEM>;
 
 ARRAY<LEAP_SECOND_ITEM>& Table() { return STATIC_OBJECT<LEAP_SECOND_TABLE>::Get().rows; }
 
-ROWS AllRows(const ARRAY<LEAP_SECOND_ITEM>& array) {
-  return {array.GetElementBase(0), static_cast<std::size_t>(array.GetLength())};
-}
-
 // The rows before the terminating one; a table that was given without it ends with its memory.
 ROWS RealRows() {
-  const ROWS rows = AllRows(Table());
+  const ROWS rows(Table());
   const auto end =
       std::find_if(rows.begin(), rows.end(), [](const auto& r) { return r.year == 0; });
   return {rows.begin(), end};
 }
 
 void SetRows(ARRAY<LEAP_SECOND_ITEM>& table, ROWS rows) {
-  const ARRAY<LEAP_SECOND_ITEM> fresh(0, static_cast<int>(rows.size()));
-  std::copy(rows.begin(), rows.end(), fresh.GetElementBase(0));
+  ARRAY<LEAP_SECOND_ITEM> fresh(0, static_cast<int>(rows.size()));
+  std::copy(rows.begin(), rows.end(), fresh.begin());
   table = fresh;
 }
 
@@ -94,7 +90,7 @@ void ResetToEmptyTable() { SetRows(Table(), {&TERMINATOR, 1}); }
 void ReplaceTable(const ARRAY<LEAP_SECOND_ITEM>& table) { Table() = table; }
 
 void AppendFromArray(const ARRAY<LEAP_SECOND_ITEM>& items) {
-  for (const LEAP_SECOND_ITEM& item : AllRows(items)) AppendItem(item);
+  for (const LEAP_SECOND_ITEM& item : items) AppendItem(item);
 }
 
 void AppendFromList(const std::list<LEAP_SECOND_ITEM>& items) {
@@ -105,8 +101,8 @@ void AppendItem(const LEAP_SECOND_ITEM& item) {
   const ROWS rows = RealRows();
   if (item.year == 0 || !IsEarlier(rows.empty() ? TERMINATOR : rows.back(), item)) return;
   const auto count = static_cast<int>(rows.size());
-  const ARRAY<LEAP_SECOND_ITEM> longer(0, count + 2);
-  LEAP_SECOND_ITEM* end = std::copy(rows.begin(), rows.end(), longer.GetElementBase(0));
+  ARRAY<LEAP_SECOND_ITEM> longer(0, count + 2);
+  LEAP_SECOND_ITEM* end = std::copy(rows.begin(), rows.end(), longer.begin());
   *end++ = item;
   *end = TERMINATOR;
   Table() = longer;

@@ -41,7 +41,7 @@ int TIME_SCANNER::RunLength(const char* characters) const {
   return static_cast<int>(std::strspn(text + position, characters));
 }
 
-void TIME_SCANNER::Take(TIME_TOKEN& token, int type, int length, int value) {
+void TIME_SCANNER::Consume(TIME_TOKEN& token, int type, int length, int value) {
   if (length >= std::ssize(token.text)) {
     GlobalLog.set(ALARM) << "TIME_SCANNER: token of " << length << " characters is too long\n";
     throw ERROR_DATA();
@@ -66,22 +66,22 @@ bool TIME_SCANNER::GetToken(TIME_TOKEN& token) {
       return false;
     case '\t':
     case ' ':
-      Take(token, token_white, RunLength(WHITE));
+      Consume(token, token_white, RunLength(WHITE));
       break;
     case '+':
-      Take(token, token_sign_plus, 1, 1);
+      Consume(token, token_sign_plus, 1, 1);
       break;
     case '-':
-      Take(token, token_sign_minus, 1, -1);
+      Consume(token, token_sign_minus, 1, -1);
       break;
     case '.':
-      Take(token, token_point, 1);
+      Consume(token, token_point, 1);
       break;
     case '/':
     case ':':
     case 'T':
     case '\\':
-      Take(token, token_separator, 1);
+      Consume(token, token_separator, 1);
       break;
     case '0':
     case '1':
@@ -94,7 +94,7 @@ bool TIME_SCANNER::GetToken(TIME_TOKEN& token) {
     case '8':
     case '9':
       // A number beyond the range leaves the highest one in place, which no range check passes.
-      Take(token, token_number, RunLength(DIGITS), INT_MAX);
+      Consume(token, token_number, RunLength(DIGITS), INT_MAX);
       std::from_chars(token.text, token.text + token.length, token.value);
       break;
     case 'A':
@@ -105,11 +105,11 @@ bool TIME_SCANNER::GetToken(TIME_TOKEN& token) {
     case 'N':
     case 'O':
     case 'S':
-      Take(token, token_month, RunLength(MONTH_LETTERS));
+      Consume(token, token_month, RunLength(MONTH_LETTERS));
       token.value = MonthFromName(token.text);
       break;
     case 'Z':
-      Take(token, token_zulu, 1);
+      Consume(token, token_zulu, 1);
       break;
     default:
       throw "TIME: scanner: unhandled character";

@@ -72,7 +72,7 @@ class TIME_SCANNER {
   bool unget_full = false;
 
  private:
-  void Take(TIME_TOKEN& token, int type, int length, int value = 0);
+  void Consume(TIME_TOKEN& token, int type, int length, int value = 0);
   int RunLength(const char* characters) const;
 };
 

@@ -41,7 +41,7 @@ constexpr auto IDENTITY = [](int i, int j) { return i == j ? 1.0L : 0.0L; };
 constexpr auto WAVES = [](int i, int j) { return std::sin(i * j * j - 1.0L); };
 
 TEST(Gaussj, GivesTheInverseWhereNothingIsEliminatedWithoutASwap) {
-  const auto a = Filled<double>(4, 4, WAVES);
+  auto a = Filled<double>(4, 4, WAVES);
   gaussj(a.Rows(), 4, a.Rows(), 0);
   const auto inverse = [&](int i, int j) { return a.Rows()[i][j]; };
   EXPECT_LT(ProductError(4, 4, 4, WAVES, inverse, IDENTITY), 2e-14);  // roundings of sums up to 20
@@ -58,8 +58,8 @@ TYPED_TEST(SvdOf, IsAnOrthogonalDecompositionThatSolves) {
   for (const int m : {4, 7, 5}) {
     const int zero = m == 5 ? 1 : 0;  // a column
     const auto f = [&](int i, int j) { return j == zero ? T(0) : T(WAVES(i, j)); };
-    const auto a = Filled<T>(m, n, f);
-    const auto square = Filled<T>(n, n, IDENTITY);
+    auto a = Filled<T>(m, n, f);
+    auto square = Filled<T>(n, n, IDENTITY);
     T w[5] = {}, b[8] = {}, x[5] = {};
     svdcmp<T>(a.Rows(), m, n, w, square.Rows());
     const auto u = [&](int i, int j) { return a.Rows()[i][j]; };
@@ -80,7 +80,7 @@ TYPED_TEST(SvdOf, IsAnOrthogonalDecompositionThatSolves) {
 }
 
 TEST(Ludcmp, AScaleMovesWithItsRowTheLaterOfEqualPivotsWinsAndAZeroOneBecomesTiny) {
-  const auto a = Filled<long double>(2, 2, [](int, int) { return 1; });
+  auto a = Filled<long double>(2, 2, [](int, int) { return 1; });
   int swaps[4] = {};
   long double parity = 0.0L;
   ludcmp(a.Rows(), 2, swaps, parity);
@@ -88,7 +88,7 @@ TEST(Ludcmp, AScaleMovesWithItsRowTheLaterOfEqualPivotsWinsAndAZeroOneBecomesTin
   EXPECT_EQ(a.Rows()[2][2], 1e-20L);
   // The second pivots are 3/4 and 1 by their own rows' scales, but 3/4 and 1/10 by the places'.
   constexpr int ROWS[][3] = {{0, 1, 1}, {0, 3, 4}, {1, 0, 10}};
-  const auto b = Filled<long double>(3, 3, [&](int i, int j) { return ROWS[i - 1][j - 1]; });
+  auto b = Filled<long double>(3, 3, [&](int i, int j) { return ROWS[i - 1][j - 1]; });
   ludcmp(b.Rows(), 3, swaps, parity);
   EXPECT_EQ(swaps[1] * swaps[2] * parity, 9.0L);
 }
@@ -105,7 +105,7 @@ TEST(Lfit, AgreesWithTheFitBySingularValuesAndKeepsFixedParameters) {
   constexpr double X[] = {0, -1, 0, 1, 2}, Y[] = {0, 2, 0.5, -1, 3}, SIGMA[] = {0, 1, 0.5, 0.5, 1};
   double known[4] = {}, known_chi_square = 0;
   SVDFIT<double, POLYNOM_FUNCTION<double>>().Fit(X, Y, SIGMA, 4, known, 3, known_chi_square);
-  const auto covariance = Filled<double>(3, 3, [](int, int) { return 9; });
+  auto covariance = Filled<double>(3, 3, [](int, int) { return 9; });
   constexpr int MASK[] = {0, 1, 0, 1};
   double a[] = {0, 9, known[2], 9}, chi_square = 0;
   lfit(X, Y, SIGMA, 4, a, MASK, 3, covariance.Rows(), &chi_square, power_series);
@@ -132,8 +132,8 @@ TEST(Nrutil, EveryElementWithinTheBoundsIsThereAndSharedByTheViews) {
 }
 
 TEST(KernelsDeathTest, EndTheProcessWithTheirText) {
-  const auto a = Filled<double>(2, 2, [](int, int) { return 1; });
-  const auto bad = Filled<double>(2, 2, [](int, int) { return std::nan(""); });
+  auto a = Filled<double>(2, 2, [](int, int) { return 1; });
+  auto bad = Filled<double>(2, 2, [](int, int) { return std::nan(""); });
   double d[3] = {};
   int none[3] = {};
   const auto dies = [](auto action, const std::string& why) {

@@ -77,7 +77,7 @@ void lubksb(const long double* const* a, int n, const int* indx, long double* b)
 
 void polcoe(int n, const double* x, const double* y, double* coefficients) {
   const RANGE<int> range(1, n);
-  const MATRIX<long double> vandermonde(range, range);
+  MATRIX<long double> vandermonde(range, range);
   ARRAY<long double> solution(1, n);
   ARRAY<int> swaps(1, n);
   long double* const* const rows = vandermonde.Rows();

@@ -26,11 +26,11 @@ void SVDFIT<T, F>::Resize(int data_count, int parameter_count) {
   if (data_count == ndata && parameter_count == ma) return;
   const RANGE<int> data(1, data_count);
   const RANGE<int> parameters(1, parameter_count);
-  if (w.Resize(parameters) != ARRAY_OK || afunc.Resize(parameters) != ARRAY_OK ||
-      b.Resize(data) != ARRAY_OK || !u.Create(data, parameters) ||
-      !v.Create(parameters, parameters)) {
-    throw ERROR_NO_MEMORY();
-  }
+  w.NeedRange(parameters);
+  afunc.NeedRange(parameters);
+  b.NeedRange(data);
+  u.NeedRanges(data, parameters);
+  v.NeedRanges(parameters, parameters);
   ndata = data_count;
   ma = parameter_count;
 }

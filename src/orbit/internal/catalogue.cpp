@@ -12,23 +12,21 @@ constexpr ORBIT_TYPE ORBIT_TYPES[ORBIT_TYPE_COUNT] = {
     {7, "orbit_mdb_double_double"},  {8, "orbit_mdb_double_utc"},  {9, "orbit_mdb_double_met"},
 };
 
-constexpr const INTERPOLATION_TYPE* INTERPOLATIONS[] = {
-    &POLYNOM_ORBITS,      &POLYFIT_ORBITS,   &SPLINE_ORBITS,         &LOCALPOLYNOM_ORBITS,
-    &LOCALPOLYFIT_ORBITS, &CHEBYSHEV_ORBITS, &LOCALCHEBYSHEV_ORBITS, &HERMITE_ORBITS,
-    &LOCALHERMITE_ORBITS, &EVERETT_ORBITS,
-};
+#define VARNOTH_ROW(NAME, TEXT) {NAME##_ID, TEXT, &NAME##_ORBITS},
+constexpr INTERPOLATION_TYPE INTERPOLATIONS[] = {VARNOTH_INTERPOLATIONS(VARNOTH_ROW)};
+#undef VARNOTH_ROW
 
 }  // namespace
 
 std::span<const ORBIT_TYPE> OrbitTypes() { return ORBIT_TYPES; }
 
-std::span<const INTERPOLATION_TYPE* const> Interpolations() { return INTERPOLATIONS; }
+std::span<const INTERPOLATION_TYPE> Interpolations() { return INTERPOLATIONS; }
 
 ORBIT_FACTORY FindOrbitFactory(int orbit_type_id, int interpolation_id) {
-  for (const INTERPOLATION_TYPE* interpolation : INTERPOLATIONS) {
-    if (interpolation->id != interpolation_id) continue;
+  for (const INTERPOLATION_TYPE& interpolation : INTERPOLATIONS) {
+    if (interpolation.id != interpolation_id) continue;
     for (int type = 0; type < ORBIT_TYPE_COUNT; ++type) {
-      if (ORBIT_TYPES[type].id == orbit_type_id) return interpolation->factories[type];
+      if (ORBIT_TYPES[type].id == orbit_type_id) return (*interpolation.factories)[type];
     }
   }
   return nullptr;

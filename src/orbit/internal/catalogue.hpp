@@ -10,8 +10,8 @@ namespace varnoth {
 
 /// The catalogue of orbits: every orbit type with every interpolation is a concrete class.
 ///
-/// A new interpolation is a file catalogue_<name>.cpp, which instantiates its classes, its id here,
-/// and a line in catalogue_rows.hpp and in catalogue.cpp.
+/// A new interpolation is a file catalogue_<name>.cpp, which instantiates its classes, and a line
+/// in the list below.
 using ORBIT_FACTORY = std::unique_ptr<ORBIT_BASE> (*)();
 
 /// An orbit type: where the samples come from, their precision, and their kind of time.
@@ -21,11 +21,27 @@ struct ORBIT_TYPE {
 };
 inline constexpr int ORBIT_TYPE_COUNT = 9;
 
-/// An interpolation with a factory per orbit type, in the order of the types.
+/// The interpolations in the order of their ids, as name in the code and in pools. Each has its
+/// factories, named NAME_ORBITS, in a file catalogue_<name>.cpp.
+#define VARNOTH_INTERPOLATIONS(ROW)     \
+  ROW(POLYNOM, "polynom")               \
+  ROW(POLYFIT, "polyfit")               \
+  ROW(SPLINE, "spline")                 \
+  ROW(LOCALPOLYNOM, "localpolynom")     \
+  ROW(LOCALPOLYFIT, "localpolyfit")     \
+  ROW(CHEBYSHEV, "chebyshev")           \
+  ROW(LOCALCHEBYSHEV, "localchebyshev") \
+  ROW(HERMITE, "hermite")               \
+  ROW(LOCALHERMITE, "localhermite")     \
+  ROW(EVERETT, "everett")
+
+/// Factories of an interpolation, in the order of the orbit types.
+using ORBIT_FACTORIES = std::array<ORBIT_FACTORY, ORBIT_TYPE_COUNT>;
+
 struct INTERPOLATION_TYPE {
   int id;
   const char* text;
-  std::array<ORBIT_FACTORY, ORBIT_TYPE_COUNT> factories;
+  const ORBIT_FACTORIES* factories;
 };
 
 /// The ids that code asks for.
@@ -34,22 +50,13 @@ enum ORBIT_TYPE_ID : int {
   ORBIT_MDB_DOUBLE_DOUBLE = 7,
   ORBIT_MDB_DOUBLE_MET = 9,
 };
-enum INTERPOLATION_ID : int {
-  POLYNOM_ID = 0,
-  POLYFIT_ID = 1,
-  SPLINE_ID = 2,
-  LOCALPOLYNOM_ID = 3,
-  LOCALPOLYFIT_ID = 4,
-  CHEBYSHEV_ID = 5,
-  LOCALCHEBYSHEV_ID = 6,
-  HERMITE_ID = 7,
-  LOCALHERMITE_ID = 8,
-  EVERETT_ID = 9,
-};
+#define VARNOTH_ID(NAME, TEXT) NAME##_ID,
+enum INTERPOLATION_ID : int { VARNOTH_INTERPOLATIONS(VARNOTH_ID) };
+#undef VARNOTH_ID
 
 /// The orbit types and the interpolations, in the order of their ids.
 std::span<const ORBIT_TYPE> OrbitTypes();
-std::span<const INTERPOLATION_TYPE* const> Interpolations();
+std::span<const INTERPOLATION_TYPE> Interpolations();
 
 /// Factory of a pair of ids; null for ids that are in no row.
 ORBIT_FACTORY FindOrbitFactory(int orbit_type_id, int interpolation_id);

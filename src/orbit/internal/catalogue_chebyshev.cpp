@@ -3,7 +3,6 @@
 
 namespace varnoth {
 
-constinit const INTERPOLATION_TYPE CHEBYSHEV_ORBITS = {CHEBYSHEV_ID, "chebyshev",
-                                                       PoolOrbitFactories<CHEBY_POLY, POINT>()};
+constinit const ORBIT_FACTORIES CHEBYSHEV_ORBITS = PoolOrbitFactories<CHEBY_POLY, POINT>();
 
 }  // namespace varnoth

@@ -3,7 +3,6 @@
 
 namespace varnoth {
 
-constinit const INTERPOLATION_TYPE EVERETT_ORBITS = {EVERETT_ID, "everett",
-                                                     PoolAndRecordOrbitFactories<EVERETT>()};
+constinit const ORBIT_FACTORIES EVERETT_ORBITS = PoolAndRecordOrbitFactories<EVERETT>();
 
 }  // namespace varnoth

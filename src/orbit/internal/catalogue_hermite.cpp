@@ -3,7 +3,6 @@
 
 namespace varnoth {
 
-constinit const INTERPOLATION_TYPE HERMITE_ORBITS = {HERMITE_ID, "hermite",
-                                                     PoolOrbitFactories<HERMITE_POLY, DPOINT>()};
+constinit const ORBIT_FACTORIES HERMITE_ORBITS = PoolOrbitFactories<HERMITE_POLY, DPOINT>();
 
 }  // namespace varnoth

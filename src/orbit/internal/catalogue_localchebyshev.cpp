@@ -4,7 +4,7 @@
 
 namespace varnoth {
 
-constinit const INTERPOLATION_TYPE LOCALCHEBYSHEV_ORBITS = {
-    LOCALCHEBYSHEV_ID, "localchebyshev", PoolOrbitFactories<LOCAL<CHEBY_POLY, POINT>::OF, POINT>()};
+constinit const ORBIT_FACTORIES LOCALCHEBYSHEV_ORBITS =
+    PoolOrbitFactories<LOCAL<CHEBY_POLY, POINT>::OF, POINT>();
 
 }  // namespace varnoth

@@ -4,7 +4,7 @@
 
 namespace varnoth {
 
-constinit const INTERPOLATION_TYPE LOCALHERMITE_ORBITS = {
-    LOCALHERMITE_ID, "localhermite", PoolOrbitFactories<LOCAL<HERMITE_POLY, DPOINT>::OF, DPOINT>()};
+constinit const ORBIT_FACTORIES LOCALHERMITE_ORBITS =
+    PoolOrbitFactories<LOCAL<HERMITE_POLY, DPOINT>::OF, DPOINT>();
 
 }  // namespace varnoth

@@ -4,7 +4,7 @@
 
 namespace varnoth {
 
-constinit const INTERPOLATION_TYPE LOCALPOLYFIT_ORBITS = {
-    LOCALPOLYFIT_ID, "localpolyfit", PoolAndRecordOrbitFactories<LOCAL<POLYNOM_FIT, POINT>::OF>()};
+constinit const ORBIT_FACTORIES LOCALPOLYFIT_ORBITS =
+    PoolAndRecordOrbitFactories<LOCAL<POLYNOM_FIT, POINT>::OF>();
 
 }  // namespace varnoth

@@ -4,7 +4,7 @@
 
 namespace varnoth {
 
-constinit const INTERPOLATION_TYPE LOCALPOLYNOM_ORBITS = {
-    LOCALPOLYNOM_ID, "localpolynom", PoolAndRecordOrbitFactories<LOCAL<POLYNOM, POINT>::OF>()};
+constinit const ORBIT_FACTORIES LOCALPOLYNOM_ORBITS =
+    PoolAndRecordOrbitFactories<LOCAL<POLYNOM, POINT>::OF>();
 
 }  // namespace varnoth

@@ -3,7 +3,6 @@
 
 namespace varnoth {
 
-constinit const INTERPOLATION_TYPE POLYFIT_ORBITS = {POLYFIT_ID, "polyfit",
-                                                     PoolAndRecordOrbitFactories<POLYNOM_FIT>()};
+constinit const ORBIT_FACTORIES POLYFIT_ORBITS = PoolAndRecordOrbitFactories<POLYNOM_FIT>();
 
 }  // namespace varnoth

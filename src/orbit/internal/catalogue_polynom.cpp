@@ -3,7 +3,6 @@
 
 namespace varnoth {
 
-constinit const INTERPOLATION_TYPE POLYNOM_ORBITS = {POLYNOM_ID, "polynom",
-                                                     PoolAndRecordOrbitFactories<POLYNOM>()};
+constinit const ORBIT_FACTORIES POLYNOM_ORBITS = PoolAndRecordOrbitFactories<POLYNOM>();
 
 }  // namespace varnoth

@@ -3,7 +3,6 @@
 
 namespace varnoth {
 
-constinit const INTERPOLATION_TYPE SPLINE_ORBITS = {SPLINE_ID, "spline",
-                                                    PoolAndRecordOrbitFactories<SPLINE>()};
+constinit const ORBIT_FACTORIES SPLINE_ORBITS = PoolAndRecordOrbitFactories<SPLINE>();
 
 }  // namespace varnoth

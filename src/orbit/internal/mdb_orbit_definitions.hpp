@@ -39,22 +39,20 @@ void MDB_ORBIT<T, S, I, P>::read(const STRING& root_path, int mission, int tape,
   Open(std::ios::in);
   const int count = CountRecords();
 
-  const int coordinates = this->GetCoordinateCount();
-  ARRAY<P>* const series = this->NewSamples(coordinates);
-  for (int c = 0; c < coordinates; ++c) {
-    if (series[c].Resize(RANGE<int>(0, count)) != ARRAY_OK) throw ERROR_NO_MEMORY();
-  }
+  this->NewSamples(this->GetCoordinateCount());
+  for (ARRAY<P>& series : this->samples) series.NeedRange(RANGE<int>(0, count));
   for (int k = 0; k < count; ++k) {
     if (!Read()) {
       GlobalLog.set(ALARM) << "ORBIT: mdb file was changed between open() and read()\n";
       throw ERROR_DATA();
     }
     const S epoch = EpochOf(FindItem(this->param_key));
-    if (k == 0) this->TakeReferenceTime(epoch);
+    if (k == 0) this->StoreReferenceTime(epoch);
     const auto seconds = static_cast<T>(this->SecondsFromReference(epoch));
-    for (int c = 0; c < coordinates; ++c) {
-      const RECORD_ITEM& item = FindItem(this->value_keys.GetElementBase(0)[c]);
-      series[c].GetElementBase(0)[k] = P(seconds, static_cast<T>(item.ToDouble()));
+    const STRING* value_key = this->value_keys.begin();
+    for (ARRAY<P>& series : this->samples) {
+      const RECORD_ITEM& item = FindItem(*value_key++);
+      series.begin()[k] = P(seconds, static_cast<T>(item.ToDouble()));
     }
   }
   this->Create();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+
 #include "foundation/errors.hpp"
 #include "orbit/pool_orbit.hpp"
 
@@ -23,15 +25,14 @@ ARRAY<S> POOL_ORBIT<T, S, I, P>::ReadEpochs(PARAMETER_POOL& pool) const {
     ARRAY<STRING> texts;
     pool.Read(this->param_key.c_str(), texts);
     ARRAY<S> epochs(0, texts.GetLength());
-    for (int k = 0; k < texts.GetLength(); ++k) {
-      const char* const text = texts.GetElementBase(0)[k].c_str();
+    std::transform(texts.begin(), texts.end(), epochs.begin(), [](const STRING& text) {
       if constexpr (std::is_same_v<S, UNIVERSAL_TIME>) {
-        epochs.GetElementBase(0)[k] = UNIVERSAL_TIME(text);
+        return UNIVERSAL_TIME(text.c_str());
       } else {
         // A wrong epoch must end the run; the time's own constructor would swallow it.
-        epochs.GetElementBase(0)[k] = MISSION_ELAPSED_TIME::Parse(text);
+        return MISSION_ELAPSED_TIME::Parse(text.c_str());
       }
-    }
+    });
     return epochs;
   }
 }
@@ -53,33 +54,32 @@ template <class T, class S, class I, class P>
 void POOL_ORBIT<T, S, I, P>::read(PARAMETER_POOL& pool) {
   constexpr bool HAS_VELOCITY = std::is_same_v<P, DPOINT<T>>;
   const ARRAY<S> epochs = ReadEpochs(pool);
-  const S* const epoch = epochs.GetElementBase(0);
   const int count = epochs.GetLength();
   const int coordinates = this->GetCoordinateCount();
-  ARRAY<P>* const coordinate_series = this->NewSamples(coordinates);
-  if (count > 0) this->TakeReferenceTime(epoch[0]);
+  this->NewSamples(coordinates);
+  if (count > 0) this->StoreReferenceTime(*epochs.begin());
   if (HAS_VELOCITY && coordinates != this->GetVelocityCoordinateCount()) {
     throw "POOL_ORBIT::ReadFromParameterPool::Number of coordinates in position and velocity "
           "disagree.";
   }
   ARRAY<T> seconds(0, count);
-  for (int k = 0; k < count; ++k) {
-    seconds.GetElementBase(0)[k] = static_cast<T>(this->SecondsFromReference(epoch[k]));
-  }
+  std::transform(epochs.begin(), epochs.end(), seconds.begin(), [this](const S& epoch) {
+    return static_cast<T>(this->SecondsFromReference(epoch));
+  });
 
   for (int c = 0; c < coordinates; ++c) {
-    const ARRAY<T> values = ReadValues(pool, this->value_keys.GetElementBase(0)[c], count);
+    const ARRAY<T> values = ReadValues(pool, this->value_keys.begin()[c], count);
     ARRAY<T> velocities;
     if constexpr (HAS_VELOCITY) {
-      velocities = ReadValues(pool, this->velocity_keys.GetElementBase(0)[c], count);
+      velocities = ReadValues(pool, this->velocity_keys.begin()[c], count);
     }
-    ARRAY<P>& series = coordinate_series[c];
-    if (series.Resize(RANGE<int>(0, count)) != ARRAY_OK) throw ERROR_NO_MEMORY();
+    ARRAY<P>& series = this->samples.begin()[c];
+    series.NeedRange(RANGE<int>(0, count));
     for (int k = 0; k < count; ++k) {
-      P& sample = series.GetElementBase(0)[k];
-      sample.x = seconds.GetElementBase(0)[k];
-      sample.y = values.GetElementBase(0)[k];
-      if constexpr (HAS_VELOCITY) sample.dy = velocities.GetElementBase(0)[k];
+      P& sample = series.begin()[k];
+      sample.x = seconds.begin()[k];
+      sample.y = values.begin()[k];
+      if constexpr (HAS_VELOCITY) sample.dy = velocities.begin()[k];
     }
   }
   this->Create();
