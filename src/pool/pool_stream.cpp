@@ -5,10 +5,9 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
 
-#include "system/signal_safe/restarted.hpp"
+#include "system/signal_safe/descriptor.hpp"
 
 namespace varnoth {
 
@@ -24,7 +23,7 @@ bool POOL_STREAM::Open(const char* path, MODE mode) {
                     : mode == MODE::CREATE ? O_RDWR | O_CREAT
                                            : O_RDWR;
   // A pipe is no pool, and not waited for.
-  descriptor = Restarted([&] { return ::open(path, flags | O_NONBLOCK | O_CLOEXEC, 0666); });
+  descriptor = OpenAtOnce(path, flags);
   write_failed = false;
   Rewind();
   return IsOpen();
@@ -33,8 +32,7 @@ bool POOL_STREAM::Open(const char* path, MODE mode) {
 bool POOL_STREAM::Close() {
   if (!IsOpen()) return true;
   Flush();
-  // The descriptor is gone whatever close says, so it is not repeated.
-  if (::close(descriptor) != 0 && errno != EINTR) write_failed = true;
+  if (!CloseDescriptor(descriptor)) write_failed = true;
   descriptor = -1;
   return !write_failed;
 }
@@ -112,19 +110,12 @@ long long POOL_STREAM::Size() const {
 void POOL_STREAM::Write(std::string_view bytes) { unwritten += bytes; }
 
 bool POOL_STREAM::Flush() {
-  const char* next = unwritten.data();
-  std::size_t left = unwritten.size();
-  while (left > 0) {
-    const long count = Restarted([&] { return ::pwrite(descriptor, next, left, write_offset); });
-    if (count <= 0) {
-      if (count == 0) errno = EIO;
-      write_failed = true;
-      break;
-    }
-    next += count;
-    left -= static_cast<std::size_t>(count);
-    write_offset += count;
-  }
+  std::size_t written = 0;
+  const auto write = [&](const char* next, std::size_t left) {
+    return ::pwrite(descriptor, next, left, write_offset + static_cast<off_t>(written));
+  };
+  if (!WriteAllBy(write, unwritten.data(), unwritten.size(), written)) write_failed = true;
+  write_offset += static_cast<off_t>(written);
   unwritten.clear();
   return !write_failed;
 }

@@ -5,18 +5,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "system/signal_safe/restarted.hpp"
-
 namespace varnoth {
 
 namespace {
 
 constexpr mode_t NEW_FILE = 0666;
-
-/// Without waiting for the other end of a pipe.
-int OpenAtOnce(const char* path, int flags) {
-  return Restarted([&] { return ::open(path, flags | O_NONBLOCK | O_CLOEXEC, NEW_FILE); });
-}
 
 int OpenToReplace(const char* path) {
   constexpr int FLAGS = O_WRONLY | O_CREAT | O_NOFOLLOW;
@@ -35,6 +28,10 @@ int OpenToReplace(const char* path) {
 
 }  // namespace
 
+int OpenAtOnce(const char* path, int flags) {
+  return Restarted([&] { return ::open(path, flags | O_NONBLOCK | O_CLOEXEC, NEW_FILE); });
+}
+
 int OpenDescriptor(const char* path, int flags) {
   const int descriptor = OpenAtOnce(path, flags);
   if (descriptor >= 0) ::fcntl(descriptor, F_SETFL, flags & O_APPEND);
@@ -42,14 +39,9 @@ int OpenDescriptor(const char* path, int flags) {
 }
 
 bool WriteAll(int descriptor, const char* bytes, std::size_t size, std::size_t& written) {
-  for (written = 0; written < size;) {
-    const ssize_t count =
-        Restarted([&] { return ::write(descriptor, bytes + written, size - written); });
-    if (count == 0) errno = EIO;
-    if (count <= 0) return false;
-    written += static_cast<std::size_t>(count);
-  }
-  return true;
+  return WriteAllBy(
+      [&](const char* next, std::size_t left) { return ::write(descriptor, next, left); }, bytes,
+      size, written);
 }
 
 bool TakesBytes(int descriptor) {

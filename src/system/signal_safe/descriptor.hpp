@@ -1,7 +1,12 @@
 #pragma once
 
+#include <sys/types.h>
+
+#include <cerrno>
 #include <cstddef>
 #include <string_view>
+
+#include "system/signal_safe/restarted.hpp"
 
 namespace varnoth {
 
@@ -9,6 +14,22 @@ namespace varnoth {
 /// wait as usual; -1, with errno set, if it can't be opened. The opening itself waits for nobody: a
 /// pipe to write into that nobody reads is refused.
 int OpenDescriptor(const char* path, int flags);
+
+/// The same, and calls on the descriptor don't wait either. No difference to an ordinary file.
+int OpenAtOnce(const char* path, int flags);
+
+/// Writes all bytes by `write(bytes, size)`, a call like write(2), through interruptions; false,
+/// with errno set, if the file takes fewer. `written` tells how many it took.
+template <class WRITE>
+bool WriteAllBy(WRITE write, const char* bytes, std::size_t size, std::size_t& written) {
+  for (written = 0; written < size;) {
+    const ssize_t count = Restarted([&] { return write(bytes + written, size - written); });
+    if (count == 0) errno = EIO;
+    if (count <= 0) return false;
+    written += static_cast<std::size_t>(count);
+  }
+  return true;
+}
 
 /// Writes all bytes, through interruptions; false, with errno set, if the file takes fewer.
 /// `written` tells how many it took.
