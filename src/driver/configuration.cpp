@@ -47,6 +47,18 @@ double read_local_height(CONTROLLER_IFC& controller, PARAMETER_POOL& insar_pool)
   return height;
 }
 
+bool read_durability(const CONTROLLER_IFC& controller) {
+  constexpr const char* KEY = "DurableUpdate";
+  STRING value;
+  if (!controller.find_quietly(KEY, value) || value == "FALSE") return false;
+  if (value != "TRUE") {
+    GlobalLog.printf_line(ALARM, "value of parameter %s is neither TRUE nor FALSE", KEY);
+    throw ERROR_ARGUMENT();
+  }
+  GlobalLog.printf_line(INFO, "updates wait until the disk holds them");
+  return true;
+}
+
 int degree_from_text(const STRING& text) {
   const long degree = std::strtol(text.c_str(), nullptr, 10);
   return static_cast<int>(std::clamp(degree, long{INT_MIN}, long{INT_MAX}));

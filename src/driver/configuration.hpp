@@ -24,6 +24,10 @@ void read_configuration(CONTROLLER_IFC& controller, CONFIGURATION& configuration
 /// InSAR pool. A text that is no number is 0. Throws what the pool throws.
 double read_local_height(CONTROLLER_IFC& controller, PARAMETER_POOL& insar_pool);
 
+/// Whether the run has to outlive a crash of the machine: the optional key DurableUpdate, TRUE or
+/// FALSE. Logs a line if so. Throws ERROR_ARGUMENT, behind a line at ALARM, for another value.
+bool read_durability(const CONTROLLER_IFC& controller);
+
 /// Degree of the flat-earth polynomial. A text that is no number is 0; nothing else is checked.
 int degree_from_text(const STRING& text);
 

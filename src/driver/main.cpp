@@ -58,6 +58,11 @@ void run(CONTROLLER_IFC& controller, SoftwareIdentity& identity, SoftwareLog& in
   read_configuration(controller, configuration);
   PARAMETER_POOL_READ_WRITE_CHANGE insar_pool(configuration.parameter_pool.c_str());
   LOG_POOL log_pool(insar_pool, configuration.parameter_pool, configuration.log_pp);
+  if (read_durability(controller)) {
+    controller.SetDurable();
+    insar_pool.SetDurable(true);
+    log_pool.Pool().SetDurable(true);
+  }
   scene.local_height = read_local_height(controller, insar_pool);
   configuration.flat_earth_poly_degree =
       degree_from_text(configuration.flat_earth_poly_degree_text);

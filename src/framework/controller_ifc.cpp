@@ -42,6 +42,22 @@ void Copy(const STRING& name, char (&buffer)[PATH_LIMIT + 1]) {
   std::memcpy(buffer, name.c_str(), name.Length() + 1);
 }
 
+/// Reads on to the next line whose first word is the key, and takes its second word.
+bool ReadOnTo(const char* key, std::FILE* file, STRING& value) {
+  char line[1024];
+  char name[sizeof line];
+  char word[sizeof line];
+  while (std::fgets(line, sizeof line, file) != nullptr) {
+    name[0] = '\0';
+    word[0] = '\0';
+    std::sscanf(line, "%1023s %1023s", name, word);  // NOLINT(cert-err34-c): words, no numbers
+    if (std::strcmp(name, key) != 0) continue;
+    value = word;
+    return true;
+  }
+  return false;
+}
+
 /// One word from standard input, bounded: a longer one is refused by whoever takes the value.
 std::string ReadWord() {
   constexpr std::size_t WORD_LIMIT = 4096;
@@ -157,32 +173,31 @@ void CONTROLLER_IFC::ObeyStopFile() const {
   std::exit(2);
 }
 
-bool CONTROLLER_IFC::FindInArguments(const char* key, STRING& value) const {
+const char* CONTROLLER_IFC::ArgumentOf(const char* key) const {
   for (int i = argc - 2; i >= 1; --i) {
-    if (argv[i][0] != '-' || std::strcmp(argv[i] + 1, key) != 0) continue;
-    value = argv[i + 1];
-    GlobalLog.set(DEBUG) << "Found parameter in argument list " << key << " = " << value << "\n";
-    return true;
+    if (argv[i][0] == '-' && std::strcmp(argv[i] + 1, key) == 0) return argv[i + 1];
   }
-  GlobalLog.set(TRACE) << "Parameter " << key << " not found in argument list!\n";
-  return false;
+  return nullptr;
+}
+
+bool CONTROLLER_IFC::FindInArguments(const char* key, STRING& value) const {
+  const char* const found = ArgumentOf(key);
+  if (found == nullptr) {
+    GlobalLog.set(TRACE) << "Parameter " << key << " not found in argument list!\n";
+    return false;
+  }
+  value = found;
+  GlobalLog.set(DEBUG) << "Found parameter in argument list " << key << " = " << value << "\n";
+  return true;
 }
 
 // A sequential reader: the search goes on where the last one left the file, so that lookups in the
 // file's own order take one pass in all.
 bool CONTROLLER_IFC::FindInConfigFile(const char* key, STRING& value) {
   if (config_file == nullptr) return false;
-  char line[1024];
-  char name[sizeof line];
-  char word[sizeof line];
   for (int rewinds = 0; rewinds < 2; ++rewinds) {
-    while (std::fgets(line, sizeof line, config_file.get()) != nullptr) {
-      name[0] = '\0';
-      word[0] = '\0';
-      std::sscanf(line, "%1023s %1023s", name, word);  // NOLINT(cert-err34-c): words, no numbers
-      if (std::strcmp(name, key) != 0) continue;
-      value = word;
-      GlobalLog.set(DEBUG) << "Found parameter " << name << "=" << value << "\n";
+    if (ReadOnTo(key, config_file.get(), value)) {
+      GlobalLog.set(DEBUG) << "Found parameter " << key << "=" << value << "\n";
       return true;
     }
     if (std::ferror(config_file.get()) != 0) FailOnConfigFile(errno);
@@ -235,6 +250,18 @@ bool CONTROLLER_IFC::has_parameter(const char* key) {
   return find_parameter(key, scratch);
 }
 
+bool CONTROLLER_IFC::find_quietly(const char* key, STRING& value) const {
+  const char* found = ArgumentOf(key);
+  if (found == nullptr && config_file != nullptr) {
+    const OWNED_FILE file = OpenStream(config_file_name.c_str(), O_RDONLY);
+    if (file != nullptr && ReadOnTo(key, file.get(), value)) return true;
+    if (file == nullptr || std::ferror(file.get()) != 0) FailOnConfigFile(errno);
+  }
+  if (found == nullptr) found = std::getenv(key);
+  if (found != nullptr) value = found;
+  return found != nullptr;
+}
+
 const STRING& CONTROLLER_IFC::get_binary_name() {
   if (binary_name.IsEmpty()) {
     GlobalLog.set(WARNING)
@@ -250,6 +277,7 @@ int CONTROLLER_IFC::mark_ok() {
   close_config();
   remove_error_file();
   TellOfFaults(ChangeMarks("", ok_file.c_str(), 0), "", ok_file);
+  SyncMarks();
   return 0;
 }
 
@@ -261,6 +289,18 @@ int CONTROLLER_IFC::mark_error() {
 
 void CONTROLLER_IFC::set_failure_mark() {
   TellOfFaults(ChangeMarks(ok_file.c_str(), error_file.c_str(), 1), ok_file, error_file);
+  SyncMarks();
+}
+
+void CONTROLLER_IFC::SetDurable() {
+  is_durable = true;
+  SyncMarks();
+}
+
+void CONTROLLER_IFC::SyncMarks() const {
+  if (!is_durable || SyncName(error_file.c_str())) return;
+  GlobalLog.set(WARNING) << "Can not wait for the disk to hold the marks: " << std::strerror(errno)
+                         << "\n";
 }
 
 void CONTROLLER_IFC::exit_ok() {

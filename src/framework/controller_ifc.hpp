@@ -38,6 +38,9 @@ class CONTROLLER_IFC {
   bool find_parameter(const char* key, STRING& value);
   /// Whether a parameter is there.
   bool has_parameter(const char* key);
+  /// Finds an optional parameter without a line in the log, and without a change of where the next
+  /// search in the configuration file begins.
+  bool find_quietly(const char* key, STRING& value) const;
 
   /// Name under which status and default files are formed; "unknown" before `init`.
   const STRING& get_binary_name();
@@ -53,6 +56,9 @@ class CONTROLLER_IFC {
   int mark_ok();
   int mark_error();
   void set_failure_mark();
+  /// From now on a change of the marks waits until the disk holds it, as those that stand do when
+  /// this returns.
+  void SetDurable();
   void remove_error_file();
   /// Safe on a closed file.
   void close_config() { config_file.reset(); }
@@ -63,6 +69,7 @@ class CONTROLLER_IFC {
   FATAL_EXIT_PLAN fatal_exit_plan() const;
 
  private:
+  const char* ArgumentOf(const char* key) const;
   bool FindInArguments(const char* key, STRING& value) const;
   bool FindInConfigFile(const char* key, STRING& value);
   [[noreturn]] void FailOnConfigFile(int reason) const;
@@ -73,6 +80,7 @@ class CONTROLLER_IFC {
   void MoveLog();
   void ReadLogLevels();
   void ObeyStopFile() const;
+  void SyncMarks() const;
 
   int argc = 0;
   char** argv = nullptr;
@@ -85,6 +93,7 @@ class CONTROLLER_IFC {
   STRING error_file;
   STRING config_file_name;
   bool supervised = false;
+  bool is_durable = false;
 };
 
 }  // namespace varnoth

@@ -56,6 +56,7 @@ void SoftwareLog::add(const SoftwareIdentity& identity) {
 }
 
 void SoftwareLog::update_pool(PARAMETER_POOL_READ_WRITE_CHANGE& pool, SoftwareIdentity& identity) {
+  pool.Lock();  // from the reading of the rows to their writing
   if (pool.find_key(ColumnKey("names").c_str())) {
     for (const COLUMN& column : COLUMNS) {
       if (column.texts != nullptr) {

@@ -14,8 +14,8 @@ class SoftwareLog {
   void add(const SoftwareIdentity& identity);
   /// Merges the run into a log pool's table and takes the run's end at that moment. The pool's flag
   /// QA_WARNING_FLAG is set if this run wrote a QA warning; a warning flagged by an earlier step is
-  /// never cleared. Throws what the pool throws, as WRONG_PARAMETER_TYPE for a vector of another
-  /// type.
+  /// never cleared. The pool stays locked until its update. Throws what the pool throws, as
+  /// WRONG_PARAMETER_TYPE for a vector of another type.
   void update_pool(PARAMETER_POOL_READ_WRITE_CHANGE& pool, SoftwareIdentity& identity);
 
   VECTOR<STRING> names{0, 0};

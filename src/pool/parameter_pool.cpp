@@ -39,6 +39,7 @@ PARAMETER_POOL::PARAMETER_POOL(const char* path, unsigned option_value) {
 
 void PARAMETER_POOL::Init() {
   stream.Close();
+  is_locked = false;
   entry.Rewind();
   file_name = "xxx.dat";
   short_name = file_name;
@@ -67,6 +68,7 @@ int PARAMETER_POOL::open(const char* path) {
 
 void PARAMETER_POOL::close() {
   stream.Close();
+  is_locked = false;
   file_name = "";
 }
 
@@ -78,7 +80,15 @@ bool PARAMETER_POOL::find_key(const char* key) {
   if (entry.FindKey(key)) return true;
   // Not to be taken for a key that isn't there: the caller would go on with a default.
   CheckRead();
-  return false;
+  return !is_locked && FindKeyBetweenUpdates(key);
+}
+
+bool PARAMETER_POOL::FindKeyBetweenUpdates(const char* key) {
+  if (!stream.SetLock(POOL_STREAM::LOCK::SHARED, LOCK_SECONDS)) return false;
+  const bool is_found = entry.FindKey(key);
+  stream.SetLock(POOL_STREAM::LOCK::NONE, 0.0);
+  if (!is_found) CheckRead();
+  return is_found;
 }
 
 void PARAMETER_POOL::CheckRead() const {

@@ -28,8 +28,9 @@ class PARAMETER_POOL {
   int open(const char* path);
   void close();
 
-  /// Whether the file has an entry of that key. Throws ERROR_ALGORITHM on a closed pool and
-  /// ERROR_CAN_NOT_READ_FILE where the file can't be read.
+  /// Whether the file has an entry of that key. A key that is not there is looked for again between
+  /// two updates, since another process's update fills the file anew. Throws ERROR_ALGORITHM on a
+  /// closed pool and ERROR_CAN_NOT_READ_FILE where the file can't be read.
   bool find_key(const char* key);
   /// Type code of the key's entry; UNKNOWN for a type word that is none. Throws
   /// PARAMETER_KEY_NOT_FOUND.
@@ -64,6 +65,10 @@ class PARAMETER_POOL {
   const STRING& GetFileName() const { return file_name; }
 
  protected:
+  /// How long a run waits for another process's lock on a pool, in seconds; as for a key at the
+  /// keyboard.
+  static constexpr double LOCK_SECONDS = 120.0;
+
   enum OPERATION { NONE, READ, WRITE, CHANGE };
   void LogOperation(OPERATION operation, const char* key, TYPE_CODE type) const;
 
@@ -75,11 +80,13 @@ class PARAMETER_POOL {
   POOL_STREAM stream;
   ENTRY_READER entry{stream};
   unsigned option = 0;
+  bool is_locked = false;  ///< by this object, against other updates
 
  private:
   template <class V>
   void ReadEntry(const char* key, V& value);
   void Init();
+  bool FindKeyBetweenUpdates(const char* key);
   void NeedKey(const char* key);
   /// Throws ERROR_CAN_NOT_READ_FILE, behind a line at ALARM, if what was read is not to be trusted.
   void CheckRead() const;

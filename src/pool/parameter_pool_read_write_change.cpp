@@ -7,6 +7,7 @@
 #include <cstring>
 #include <exception>
 
+#include "system/file_access.hpp"
 #include "system/temporary_file.hpp"
 
 namespace varnoth {
@@ -67,6 +68,18 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::Add(OPERATION operation, PARAMETER_POOL_I
   list.add(std::move(item));
 }
 
+void PARAMETER_POOL_READ_WRITE_CHANGE::Lock() {
+  if (is_locked) return;
+  is_locked = stream.SetLock(POOL_STREAM::LOCK::EXCLUSIVE, LOCK_SECONDS);
+  if (is_locked) return;
+  if (errno == EAGAIN) {
+    GlobalLog.set(ALARM) << "another process keeps parameter pool " << file_name << " locked\n";
+    throw NO_UPDATE_PERMISSION_FOR_POOL();
+  }
+  GlobalLog.set(WARNING) << "can not lock parameter pool " << file_name << ": "
+                         << std::strerror(errno) << "\n";
+}
+
 void PARAMETER_POOL_READ_WRITE_CHANGE::update() {
   if (!stream.IsOpen()) return;
   // Whatever happens below, there is no second try.
@@ -74,10 +87,12 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::update() {
     PARAMETER_POOL_READ_WRITE_CHANGE& pool;
     ~CLOSER_OF_POOL() {
       pool.stream.Close();
+      pool.is_locked = false;
       pool.list.clear();
     }
   } const closer{*this};
 
+  Lock();
   const std::string pattern = TemporaryPattern(file_name.c_str());
   const std::string created = CreateUniqueFile(pattern);
   if (created.empty()) LogSystemError(errno);
@@ -95,7 +110,8 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::update() {
       throw NO_UPDATE_PERMISSION_FOR_POOL();
     }
     Merge(temporary);
-    const bool written = temporary.Close();
+    const bool on_disk = !is_durable || (temporary.Sync() && SyncName(temporary_name.c_str()));
+    const bool written = temporary.Close() && on_disk;
     if (!written || stream.HasError()) {
       GlobalLog.set(ALARM) << "can not update parameter pool: " << file_name << "\n";
       GlobalLog.set(ALARM) << "the corrupted parameter pool is:" << temporary_name << "\n";
@@ -146,12 +162,17 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::CopyOver(const std::string& temporary_nam
   }
   stream.Rewind();
   bool is_written = stream.Truncate();
+  int error = errno;
   if (is_written) {
     stream.Write(content);
-    is_written = stream.Close();
+    is_written = stream.Flush() && (!is_durable || stream.Sync());
+    error = errno;
+    if (!stream.Close() && is_written) {
+      is_written = false;
+      error = errno;
+    }
   }
   if (!is_written) {
-    const int error = errno;
     GlobalLog.set(ALARM) << "can not update pool " << file_name << "\n";
     LogSystemError(error);
     tell_of_copy();

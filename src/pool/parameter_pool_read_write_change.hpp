@@ -61,11 +61,21 @@ class PARAMETER_POOL_READ_WRITE_CHANGE : public PARAMETER_POOL {
     Add(CHANGE, {key, STRING(value), comments});
   }
 
-  /// Merges the list with the file and closes it; the pool is then done with. The complete new
-  /// content is built in a file "pool_" and six characters beside the pool, and only then copied
-  /// into the pool's own file, whose owner, rights and links so survive. Whatever stops the update,
-  /// the old pool or that file holds everything. Throws
-  ///  - NO_UPDATE_PERMISSION_FOR_POOL: the temporary file can't be made,
+  /// Keeps updates by other processes out until this one is done, so that what is read from now on
+  /// is what the update finds. Waits for a lock that another process holds, at most for
+  /// LOCK_SECONDS; throws NO_UPDATE_PERMISSION_FOR_POOL, behind a line at ALARM, after that. Where
+  /// files can't be locked a line at WARNING tells of it.
+  void Lock();
+
+  /// Has an update wait until the disk holds what it wrote: the complete new content before the
+  /// pool is cut, and the pool before that content's file goes.
+  void SetDurable(bool is_wanted) { is_durable = is_wanted; }
+
+  /// Merges the list with the file, which is locked meanwhile, and closes it; the pool is then done
+  /// with. The complete new content is built in a file "pool_" and six characters beside the pool,
+  /// and only then copied into the pool's own file, whose owner, rights and links so survive.
+  /// Whatever stops the update, the old pool or that file holds everything. Throws
+  ///  - NO_UPDATE_PERMISSION_FOR_POOL: the temporary file can't be made, or see `Lock`,
   ///  - CORRUPTED_PARAMETER_POOL: reading the pool or writing the temporary file failed,
   ///  - ERROR_I_O, ERROR_PARAMETER_POOL: the content can't be taken over.
   void update();
@@ -78,6 +88,7 @@ class PARAMETER_POOL_READ_WRITE_CHANGE : public PARAMETER_POOL {
   void CopyOver(const std::string& temporary_name);
 
   PARAMETER_POOL_LIST list;
+  bool is_durable = false;
   int exceptions_at_start = std::uncaught_exceptions();
 };
 

@@ -5,7 +5,10 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <chrono>
 #include <cstring>
+#include <thread>
 
 #include "system/signal_safe/descriptor.hpp"
 
@@ -122,6 +125,24 @@ bool POOL_STREAM::Flush() {
 
 bool POOL_STREAM::Truncate() {
   return Restarted([&] { return ::ftruncate(descriptor, 0); }) == 0;
+}
+
+bool POOL_STREAM::Sync() {
+  return Restarted([&] { return ::fsync(descriptor); }) == 0;
+}
+
+bool POOL_STREAM::SetLock(LOCK lock, double seconds) {
+  struct flock whole_file {};
+  whole_file.l_type = lock == LOCK::NONE ? F_UNLCK : lock == LOCK::SHARED ? F_RDLCK : F_WRLCK;
+  whole_file.l_whence = SEEK_SET;
+  // Asked for again and again, since a call that waits has no time limit.
+  constexpr double PAUSE = 0.001;
+  for (double waited = 0.0;; waited += PAUSE) {
+    if (Restarted([&] { return ::fcntl(descriptor, F_OFD_SETLK, &whole_file); }) == 0) return true;
+    if (errno == EACCES) errno = EAGAIN;
+    if (errno != EAGAIN || waited >= seconds) return false;
+    std::this_thread::sleep_for(std::chrono::duration<double>(PAUSE));
+  }
 }
 
 }  // namespace varnoth

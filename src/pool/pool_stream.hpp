@@ -47,6 +47,15 @@ class POOL_STREAM {
   bool Flush();
   /// Cuts the file to no bytes; false, with errno set, if it can't be.
   bool Truncate();
+  /// Waits until what was flushed is on the disk; false, with errno set, on failure.
+  bool Sync();
+
+  enum class LOCK { NONE, SHARED, EXCLUSIVE };
+  /// Sets the advisory lock of the whole file, which a close releases as well. Waits as long as
+  /// another process holds one that excludes it, at most `seconds`; false, with errno EAGAIN, after
+  /// that, and with another errno at once where files can't be locked. It is a lock of the open
+  /// file description: flock(1) around a run does not see it.
+  bool SetLock(LOCK lock, double seconds);
 
  private:
   /// Adds bytes of the file to what is left of the block; false, with the end mark raised, if there

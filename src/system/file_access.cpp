@@ -1,10 +1,13 @@
 #include "system/file_access.hpp"
 
 #include <fcntl.h>
+#include <libgen.h>
 #include <unistd.h>
 
 #include <bit>
+#include <cerrno>
 #include <cstdint>
+#include <string>
 
 #include "system/signal_safe/descriptor.hpp"
 #include "system/signal_safe/restarted.hpp"
@@ -44,6 +47,17 @@ OWNED_FILE OpenStream(const char* path, int flags) {
       {.read = ReadCookie, .write = WriteCookie, .seek = SeekCookie, .close = CloseCookie}));
   if (stream == nullptr) ::close(descriptor);
   return stream;
+}
+
+bool SyncName(const char* path) {
+  std::string copy = path;  // which dirname changes
+  const int directory = OpenAtOnce(dirname(copy.data()), O_RDONLY | O_DIRECTORY);
+  if (directory < 0) return false;
+  const bool is_synced = Restarted([&] { return ::fsync(directory); }) == 0;
+  const int error = errno;
+  ::close(directory);
+  errno = error;
+  return is_synced;
 }
 
 }  // namespace varnoth

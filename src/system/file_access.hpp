@@ -9,4 +9,8 @@ namespace varnoth {
 /// reads is refused instead of waited for.
 OWNED_FILE OpenStream(const char* path, int flags);
 
+/// Waits until the disk holds the names in a file's directory: what was made there stays after a
+/// power cut, what was removed stays away. False, with errno set, on failure.
+bool SyncName(const char* path);
+
 }  // namespace varnoth
