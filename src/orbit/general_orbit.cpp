@@ -1,6 +1,8 @@
 #include "orbit/general_orbit.hpp"
 
 #include <algorithm>
+#include <climits>
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 
@@ -29,6 +31,21 @@ V ReadValue(PARAMETER_POOL& pool, const char* key) {
 int NumberOf(const STRING& token) {
   return static_cast<int>(
       std::clamp(std::strtol(token.c_str(), nullptr, 10), -2147483647L, 2147483647L));
+}
+
+/// Refuses samples from memory.
+[[noreturn]] void Refuse(const char* reason) {
+  GlobalLog.set(ALARM) << "ORBIT: " << reason << "\n";
+  throw ERROR_ARGUMENT();
+}
+
+bool AreNumbers(std::span<const COORDINATES> states) {
+  for (const COORDINATES& state : states) {
+    for (const double part : state) {
+      if (!std::isfinite(part)) return false;
+    }
+  }
+  return true;
 }
 
 double SecondsFrom(const STRING& text) {
@@ -132,6 +149,39 @@ void GENERAL_ORBIT<T, S>::read(PARAMETER_POOL& pool) {
     ReadRecordFile(pool);
   }
   SetReferenceTime(ReadValue<STRING>(pool, "orbit_reference_time"));
+}
+
+template <class T, class S>
+void GENERAL_ORBIT<T, S>::SetSamples(const STRING& interpolation, std::span<const double> times,
+                                     std::span<const COORDINATES> positions,
+                                     std::span<const COORDINATES> velocities) {
+  // Work on another orbit, so that a refusal leaves this one alone.
+  GENERAL_ORBIT made;
+  made.SelectCore("orbit_pool_double_double", interpolation);
+  const bool is_hermite =
+      made.interpolation_id == HERMITE_ID || made.interpolation_id == LOCALHERMITE_ID;
+  if (!is_hermite) velocities = {};
+  if (times.size() < 2 || times.size() > INT_MAX)
+    Refuse("an orbit takes from two to 2147483647 samples");
+  if (positions.size() != times.size() || (is_hermite && velocities.size() != times.size())) {
+    Refuse("times, positions and velocities differ in number");
+  }
+  for (std::size_t k = 1; k < times.size(); ++k) {
+    // Also for times that are no numbers, and ways between them that are none.
+    const double step = times[k] - times[k - 1];
+    if (!std::isgreater(step, 0) || std::isinf(step)) Refuse("times do not increase");
+  }
+  if (!AreNumbers(positions) || !AreNumbers(velocities)) {
+    Refuse("a coordinate is no finite number");
+  }
+  made.SetKeys("time", "x y z", is_hermite ? "vx vy vz" : "");
+  made.core->SetSamples(times, positions, velocities);
+  core = std::move(made.core);
+  orbit_type_id = made.orbit_type_id;
+  interpolation_id = made.interpolation_id;
+  poly_fit_order = made.poly_fit_order;
+  support_point_count = made.support_point_count;
+  time_offset = -times[0];
 }
 
 template <class T, class S>

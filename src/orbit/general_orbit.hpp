@@ -27,6 +27,23 @@ class GENERAL_ORBIT {
   /// "orbit_value_key", for Hermite orbits "orbit_velocity_key", the samples, and
   /// "orbit_reference_time". Throws what the pool, the scanners and the interpolators throw.
   void read(PARAMETER_POOL& pool);
+  /// The whole load without a pool: samples that lie in memory, which are copied. Then `times` (s)
+  /// are on the caller's axis, whose zero may be anywhere.
+  ///
+  /// `interpolation` is a text such as "localhermite_4_4", as in a pool. The times increase, and
+  /// every one has a position (m, Earth-fixed); the two Hermite interpolations need a velocity
+  /// (m/s) for each as well, the others leave velocities out of account.
+  ///
+  /// Throws ERROR_ARGUMENT, behind a line at ALARM, for a text that is in no row, fewer than two
+  /// samples, lists of different lengths, times that don't increase and coordinates that are no
+  /// finite numbers; the orbit then is as it was. Throws what the interpolators throw.
+  ///
+  ///     SCENE_ORBIT orbit;
+  ///     orbit.SetSamples("localhermite_4_4", times, positions, velocities);
+  ///     orbit.core->GetPosition(times[0] + 3.0 + orbit.time_offset, position);
+  void SetSamples(const STRING& interpolation, std::span<const double> times,
+                  std::span<const COORDINATES> positions,
+                  std::span<const COORDINATES> velocities = {});
   /// Picks the row of the catalogue and makes `core`. Throws ERROR_ARGUMENT, behind a line at
   /// ALARM, for texts that are in no row.
   void SelectCore(const STRING& representation, const STRING& interpolation);

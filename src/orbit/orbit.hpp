@@ -28,6 +28,27 @@ class ORBIT : public SAMPLED_ORBIT<T, S> {
       interpolator.CreateQuiet(*series++);
     }
   }
+  void SetSamples(std::span<const double> times, std::span<const COORDINATES> positions,
+                  std::span<const COORDINATES> velocities) override {
+    if constexpr (!std::is_same_v<S, double>) {
+      ORBIT_BASE::SetSamples(times, positions, velocities);
+    } else {
+      constexpr int SIZE = std::tuple_size_v<COORDINATES>;
+      const int count = static_cast<int>(times.size());
+      ARRAY<P>* const series = NewSamples(SIZE);
+      this->TakeReferenceTime(times[0]);
+      for (int c = 0; c < SIZE; ++c) {
+        if (series[c].Resize(RANGE<int>(0, count)) != ARRAY_OK) throw ERROR_NO_MEMORY();
+        for (int k = 0; k < count; ++k) {
+          P& sample = series[c].GetElementBase(0)[k];
+          sample.x = static_cast<T>(this->SecondsFromReference(times[k]));
+          sample.y = static_cast<T>(positions[k][c]);
+          if constexpr (std::is_same_v<P, DPOINT<T>>) sample.dy = static_cast<T>(velocities[k][c]);
+        }
+      }
+      Create();
+    }
+  }
   int GetSampleCount() const override {
     return samples.GetLength() > 0 ? samples.begin()[0].GetLength() : 0;
   }

@@ -1,5 +1,6 @@
 #include "orbit/orbit_base.hpp"
 
+#include "foundation/errors.hpp"
 #include "foundation/split.hpp"
 
 namespace varnoth {
@@ -20,6 +21,13 @@ ORBIT_BASE& ORBIT_BASE::operator=(const ORBIT_BASE& source) {
   poly_fit_order = source.poly_fit_order;
   support_point_count = source.support_point_count;
   return *this;
+}
+
+void ORBIT_BASE::SetSamples(std::span<const double> /*times*/,
+                            std::span<const COORDINATES> /*positions*/,
+                            std::span<const COORDINATES> /*velocities*/) {
+  GlobalLog.set(ALARM) << "ORBIT: only an orbit over seconds takes samples from memory\n";
+  throw ERROR_NOT_IMPLEMENTED();
 }
 
 void ORBIT_BASE::Print(int level, const char* title) const {

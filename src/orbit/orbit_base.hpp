@@ -1,5 +1,8 @@
 #pragma once
 
+#include <array>
+#include <span>
+
 #include "foundation/array.hpp"
 #include "foundation/string.hpp"
 #include "foundation/vector.hpp"
@@ -9,6 +12,9 @@
 #include "time/universal_time.hpp"
 
 namespace varnoth {
+
+/// A position (m) or a velocity (m/s), Earth-fixed.
+using COORDINATES = std::array<double, 3>;
 
 /// The interface of all orbits: a table of satellite states over time, and a way to evaluate
 /// position, velocity and acceleration between them. It takes every combination of time and result
@@ -45,6 +51,13 @@ class ORBIT_BASE {
   virtual void read(PARAMETER_POOL& /*pool*/) {}
   virtual void read(const STRING& /*root_path*/, int /*mission*/, int /*tape*/, int /*source*/,
                     int /*major*/, int /*minor*/, int /*channel*/, const STRING& /*file*/) {}
+
+  /// Takes samples that lie in memory, as many positions as times, and velocities for the
+  /// interpolations that use them; the first time becomes the reference time. GENERAL_ORBIT checks
+  /// what it hands over. Throws ERROR_NOT_IMPLEMENTED, behind a line at ALARM, for an orbit whose
+  /// epochs are not seconds, and what the interpolators throw.
+  virtual void SetSamples(std::span<const double> times, std::span<const COORDINATES> positions,
+                          std::span<const COORDINATES> velocities);
 
   virtual void SetPolyFitOrder(int order) { poly_fit_order = order; }
   virtual void SetSupportPointCount(int count) { support_point_count = count; }

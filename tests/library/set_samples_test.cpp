@@ -1,0 +1,47 @@
+#include "orbit/circular_orbit.hpp"
+#include "orbit/scene_orbit.hpp"
+#include "support/log_capture.hpp"
+
+namespace varnoth::test {
+
+using SetSamplesTest = LoggedTest;
+
+TEST_F(SetSamplesTest, GiveTheCurveInACopyTooAndRefusalsKeepTheFormer) {
+  std::vector<double> times;
+  std::vector<COORDINATES> positions, velocities;
+  for (int k = 0; k < 12; ++k) {
+    times.push_back(36000 + 10 * k);
+    positions.push_back(CIRCLE()(10 * k));
+    velocities.push_back(CIRCLE()(10 * k, 1));
+  }
+  const std::span t(times);
+  const std::span<const COORDINATES> p(positions), v(velocities);
+  for (const char* interpolation : {"everett_8", "hermite", "localhermite_4_4"}) {
+    SCENE_ORBIT copy;
+    {
+      SCENE_ORBIT orbit;
+      orbit.SetSamples(interpolation, t, p, v);
+      EXPECT_THROW(orbit.SetSamples("hermite", t, p), ERROR_ARGUMENT);
+      EXPECT_THROW(orbit.SetSamples("spline", t.subspan(1), p), ERROR_ARGUMENT);
+      EXPECT_THROW(orbit.SetSamples("polynom", t.first(1), p.first(1)), ERROR_ARGUMENT);
+      for (const double wrong : {36100.0, double{INFINITY}, double{NAN}}) {
+        times[11] = wrong;
+        EXPECT_THROW(orbit.SetSamples("spline", t, p), ERROR_ARGUMENT) << wrong;
+        times[11] = 36110;
+      }
+      const double z = std::exchange(positions[11][2], NAN);
+      EXPECT_THROW(orbit.SetSamples("spline", t, p), ERROR_ARGUMENT);
+      positions[11][2] = z;
+      copy = orbit;
+    }
+    SATELLITE_STATE state;
+    GetState(copy, 36054.5, state);
+    const double* const parts[] = {state.position, state.velocity, state.acceleration};
+    for (int i = 0; i < 9; ++i) {  // to the roundings of 7e6 m; the methods are closer
+      EXPECT_NEAR(parts[i / 3][i % 3], CIRCLE()(54.5, i / 3)[i % 3], 1e-7) << interpolation << i;
+    }
+    EXPECT_EQ(copy.core->GetCoordinateCount(), 3);
+  }
+}
+
+}  // namespace varnoth::test
