@@ -4,9 +4,7 @@
 
 namespace varnoth::test {
 
-using SetSamplesTest = LoggedTest;
-
-TEST_F(SetSamplesTest, GiveTheCurveInACopyTooAndRefusalsKeepTheFormer) {
+TEST_F(LoggedTest, SamplesFromMemoryGiveTheCurveInACopyTooAndRefusalsKeepTheFormer) {
   std::vector<double> times;
   std::vector<COORDINATES> positions, velocities;
   for (int k = 0; k < 12; ++k) {
@@ -15,25 +13,22 @@ TEST_F(SetSamplesTest, GiveTheCurveInACopyTooAndRefusalsKeepTheFormer) {
     velocities.push_back(CIRCLE()(10 * k, 1));
   }
   const std::span t(times);
-  const std::span<const COORDINATES> p(positions), v(velocities);
   for (const char* interpolation : {"everett_8", "hermite", "localhermite_4_4"}) {
-    SCENE_ORBIT copy;
-    {
-      SCENE_ORBIT orbit;
-      orbit.SetSamples(interpolation, t, p, v);
-      EXPECT_THROW(orbit.SetSamples("hermite", t, p), ERROR_ARGUMENT);
-      EXPECT_THROW(orbit.SetSamples("spline", t.subspan(1), p), ERROR_ARGUMENT);
-      EXPECT_THROW(orbit.SetSamples("polynom", t.first(1), p.first(1)), ERROR_ARGUMENT);
-      for (const double wrong : {36100.0, double{INFINITY}, double{NAN}}) {
-        times[11] = wrong;
-        EXPECT_THROW(orbit.SetSamples("spline", t, p), ERROR_ARGUMENT) << wrong;
-        times[11] = 36110;
-      }
-      const double z = std::exchange(positions[11][2], NAN);
-      EXPECT_THROW(orbit.SetSamples("spline", t, p), ERROR_ARGUMENT);
-      positions[11][2] = z;
-      copy = orbit;
+    SCENE_ORBIT orbit, copy;
+    orbit.SetSamples(interpolation, t, positions, velocities);
+    EXPECT_THROW(orbit.SetSamples("hermite", t, positions), ERROR_ARGUMENT);
+    EXPECT_THROW(orbit.SetSamples("spline", t.subspan(1), positions), ERROR_ARGUMENT);
+    EXPECT_THROW(orbit.SetSamples("polynom", t.first(1), {&positions[0], 1}), ERROR_ARGUMENT);
+    for (const double wrong : {36100.0, double{INFINITY}, double{NAN}}) {
+      times[11] = wrong;
+      EXPECT_THROW(orbit.SetSamples("spline", t, positions), ERROR_ARGUMENT) << wrong;
     }
+    times[11] = 36110;
+    const double z = std::exchange(positions[11][2], NAN);
+    EXPECT_THROW(orbit.SetSamples("spline", t, positions), ERROR_ARGUMENT);
+    positions[11][2] = z;
+    copy = orbit;
+    orbit.core.reset();
     SATELLITE_STATE state;
     GetState(copy, 36054.5, state);
     const double* const parts[] = {state.position, state.velocity, state.acceleration};
