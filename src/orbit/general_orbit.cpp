@@ -176,12 +176,8 @@ void GENERAL_ORBIT<T, S>::SetSamples(const STRING& interpolation, std::span<cons
   }
   made.SetKeys("time", "x y z", is_hermite ? "vx vy vz" : "");
   made.core->SetSamples(times, positions, velocities);
-  core = std::move(made.core);
-  orbit_type_id = made.orbit_type_id;
-  interpolation_id = made.interpolation_id;
-  poly_fit_order = made.poly_fit_order;
-  support_point_count = made.support_point_count;
-  time_offset = -times[0];
+  made.time_offset = -times[0];
+  *this = made;
 }
 
 template <class T, class S>
