@@ -35,12 +35,13 @@ class ORBIT : public SAMPLED_ORBIT<T, S> {
     } else {
       constexpr int SIZE = std::tuple_size_v<COORDINATES>;
       const int count = static_cast<int>(times.size());
-      ARRAY<P>* const series = NewSamples(SIZE);
-      this->TakeReferenceTime(times[0]);
+      NewSamples(SIZE);
+      this->StoreReferenceTime(times[0]);
       for (int c = 0; c < SIZE; ++c) {
-        if (series[c].Resize(RANGE<int>(0, count)) != ARRAY_OK) throw ERROR_NO_MEMORY();
+        ARRAY<P>& series = samples.begin()[c];
+        series.NeedRange(RANGE<int>(0, count));
         for (int k = 0; k < count; ++k) {
-          P& sample = series[c].GetElementBase(0)[k];
+          P& sample = series.begin()[k];
           sample.x = static_cast<T>(this->SecondsFromReference(times[k]));
           sample.y = static_cast<T>(positions[k][c]);
           if constexpr (std::is_same_v<P, DPOINT<T>>) sample.dy = static_cast<T>(velocities[k][c]);
