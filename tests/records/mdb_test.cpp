@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <random>
 
 #include "foundation/errors.hpp"
 #include "records/place_words.hpp"
@@ -64,43 +63,44 @@ TEST(PlaceWords, EveryNumberHasItsWord) {
   hold(ChannelWord, ChannelNumber, {"unknown", "pri", "sec"});
 }
 
-/// A type and its values: below, first, tie of first and second, second, behind, third, above.
+/// A type and its values at the places below.
 using SERIES = std::array<const char*, 8>;
 class MdbSearchTest : public MdbTest, public testing::WithParamInterface<SERIES> {};
 
+/// The record that is found by the stops before, exact, nearest and after, or x for none.
+const struct {
+  std::string name, found, nearest_told = "";
+} PLACES[] = {
+    {"ahead of the first", "xx12", "the first record (its really the nearest!)\n"},
+    {"first", "x112", "the first record (its really the nearest!)\n"},
+    {"as near to the first as to the second", "1x23"},
+    {"second", "1223"},
+    {"behind the second", "2x2x"},
+    {"third", "233x"},
+    {"behind the last", "xx3x", "the last record (its really the nearest!) \n"},
+};
+
 TEST_P(MdbSearchTest, StopsAsTold) {
-  // The record by the stops before, exact, nearest and after, or x for none.
-  const std::string expected[] = {"xx12", "x112", "1x23", "1223", "2x2x", "233x", "xx3x"};
-  Prepare("", "t:"s + GetParam()[0] + "\"\n\"n:int");
-  mdb.Open(OUT);
-  for (const int n : {1, 2, 3}) Write(GetParam()[2 * n], n);
-  mdb.Close();
-  const std::string written = ReadFile(path);
-  std::string spaced = "\n";
-  for (const char c : written) spaced += c == '\n' ? "\r\n \n\n"s : std::string(1, c);
-  for (const std::string& content : {written, spaced, written.substr(0, written.size() - 1)}) {
-    WriteFile(path, content);
-    mdb.Open(IN);
-    for (int i = 0; i < 28; ++i) {
-      const RECORD_ITEM wanted = Item("t", GetParam()[i / 4 + 1]);
+  std::string content;
+  for (const int n : {1, 2, 3}) {
+    content += "\r\n \n\nt : "s + GetParam()[2 * n] + "\n\n  n : " + std::to_string(n);
+  }
+  Prepare(content, "t:"s + GetParam()[0] + "\"\n\"n:int");
+  mdb.Open(IN);
+  for (int value = 0; const auto& [name, found, nearest_told] : PLACES) {
+    const RECORD_ITEM wanted = Item("t", GetParam()[++value]);
+    for (const auto stop : {mdb_stop_before, mdb_stop_exact, mdb_stop_nearest, mdb_stop_after}) {
+      SCOPED_TRACE(name + ", stop " + std::to_string(stop));
       TakeLog();
-      const std::string thrown =
-          ThrownText([&] { mdb.GotoRecord(wanted, static_cast<MDB_STOP>(i % 4 + 1)); });
-      const bool is_found = thrown == "nothing thrown";
-      const std::string number = is_found ? mdb.FindItem("n").Text().c_str() : "x";
-      SCOPED_TRACE(GetParam()[0] + " "s + wanted.Text().c_str() + " " + std::to_string(i % 4));
-      EXPECT_EQ(number[0], expected[i / 4][i % 4]);
-      const std::string told = TakeLines();  // outside of the records the nearest one is given
-      const bool outside = i % 4 == 2 && (i < 8 || i >= 24);
+      const bool is_found = ThrownText([&] { mdb.GotoRecord(wanted, stop); }) == "nothing thrown";
+      const std::string told = TakeLines();
+      EXPECT_EQ(is_found ? mdb.FindItem("n").Text() : "x", found.substr(stop - 1, 1).c_str());
+      EXPECT_TRUE(!is_found || Rest() == "123"s.substr(found[stop - 1] - '0'));
+      const bool is_outside = stop == mdb_stop_nearest && !nearest_told.empty();
       EXPECT_EQ(told.starts_with("WARN  MDB::GotoRecord( mdb_stop_nearest ) : the value "),
-                outside);
-      const char* const end = i < 8 ? "the first record (its really the nearest!)\n"
-                                    : "the last record (its really the nearest!) \n";
-      EXPECT_EQ(told.ends_with(end), outside) << told;
-      EXPECT_TRUE(!is_found || Rest() == "123"s.substr(number[0] - '0'));
+                is_outside);
+      EXPECT_TRUE(!is_outside || told.ends_with(nearest_told)) << told;
     }
-    mdb.Rewind();
-    EXPECT_EQ(Rest(), "123");
   }
 }
 
@@ -117,33 +117,28 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(MdbTest, RefusesWhatIsOutOfOrder) {
   RECORD_ITEM wanted = Item("t", "5");
-  const auto refused = [](const std::string& text, const auto& action) {
-    EXPECT_EQ(ThrownText(action), text);
-  };
-  const auto search = [&] { mdb.GotoRecord(wanted, mdb_stop_exact); };
   const auto open = [&] { mdb.Open(IN); };
-  refused("MDB::Open(): no path selected", open);
-  mdb.SetPath(root.c_str(), 4, 1012, 3, 5, 7, 1);
-  EXPECT_EQ(mdb.GetDirectory(), (root + "/KOVA1/hddc_BRNR1012/dt_005.007/pri").c_str());
+  const auto search = [&] { mdb.GotoRecord(wanted, mdb_stop_exact); };
+  EXPECT_EQ(ThrownText(open), "MDB::Open(): no path selected");
   for (const std::string wrong : {"n", "n:", " : int", "n:INT"}) {
-    const auto prepare = [&] { Prepare("", "t:int\"\n\"" + wrong); };
-    refused("MDB: unknown type in record type definition", prepare);
+    EXPECT_EQ(ThrownText([&] { Prepare("", "t:int\"\n\"" + wrong); }),
+              "MDB: unknown type in record type definition");
     EXPECT_TRUE(
         TakeLines().ends_with("ALARM MDB: record type f: >>" + wrong + "<< defines no item\n"));
   }
   Prepare("t : 1 n : 1");
   mdb.Open(IN | OUT);
-  refused("MDB::GotoRecord(): is opened read only", search);
+  EXPECT_EQ(ThrownText(search), "MDB::GotoRecord(): is opened read only");
   open();
-  refused("MDB is opened read only: can not write data record", [&] { mdb.Write(); });
+  EXPECT_EQ(ThrownText([&] { mdb.Write(); }), "MDB is opened read only: can not write data record");
   wanted.type = RECORD_DURATION;
-  refused("MDB: RECORD_ITEM: unknown type", search);
-  refused("MDB: RECORD_ITEM: unknown type", [&] { wanted.Text(); });
+  EXPECT_EQ(ThrownText(search), "MDB: RECORD_ITEM: unknown type");
   wanted.key_name = "y";
-  refused("MDB: RECORD_ITEM: can not find key_name in record", search);
-  mdb.SetPath(root.c_str(), 1, 12, 3, 5, 7, 1);
-  refused("can not open mdb-file", open);
-  refused("MDB: can not create directory", [&] { mdb.Open(OUT); });
+  EXPECT_EQ(ThrownText(search), "MDB: RECORD_ITEM: can not find key_name in record");
+  mdb.SetPath(root.c_str(), 1, 1012, 3, 5, 7, 1);
+  EXPECT_EQ(mdb.GetDirectory(), (root + "/ZEL1/hddc_BRNR1012/dt_005.007/pri").c_str());
+  EXPECT_EQ(ThrownText(open), "can not open mdb-file");
+  EXPECT_EQ(ThrownText([&] { mdb.Open(OUT); }), "MDB: can not create directory");
 }
 
 TEST_F(MdbTest, FaultyFilesAreTold) {
@@ -217,47 +212,46 @@ TEST_F(MdbTest, RecordsGoBehindTheLastOneOrAreTold) {
   EXPECT_EQ(ThrownText([&] { mdb.Write(); }), told);
 }
 
-TEST(RecordItem, ComparesDurationsAndGivesNumbers) {
-  RECORD_ITEM day{"a", RECORD_DURATION, {}, {}, {1, 0, 0}},
-      less{"b", RECORD_DURATION, {}, {}, {0, 1500, 0}};
-  EXPECT_TRUE(day.IsAtOrAfter(less) && !less.IsAtOrAfter(day) && !day.Equals(less) &&
-              day.Equals(day));
+TEST(RecordItem, ComparesDurationsAndGivesNumbersAndTexts) {
+  const RECORD_ITEM day{"a", RECORD_DURATION, {}, {}, {1, 0, 0}};
+  const RECORD_ITEM less{"b", RECORD_DURATION, {}, {}, {0, 1500, 0}};
+  EXPECT_TRUE(day.IsAtOrAfter(less) && !less.IsAtOrAfter(day) && !day.Equals(less));
   EXPECT_EQ(day.DistanceFrom(less), 86398.5L);
   EXPECT_EQ(less.ToDouble() + Item("n", "-5").ToDouble() + Item("n", "+2.5").ToDouble(), -1.0);
   EXPECT_EQ(ThrownText([] { Item("n", "1/2:3:4").ToDouble(); }), "can not cast from MET to double");
-  EXPECT_EQ(ThrownText([] { RECORD_ITEM().Text(); }), "MDB: RECORD_ITEM: unknown type");
+  EXPECT_STREQ(Item("n", "2.5").Text().c_str(), " 2.5000000000000000e+00");
+  EXPECT_STREQ(Item("n", "2004-01-14T10:11:12").Text().c_str(), "14-JAN-2004/10:11:12.000000");
+  EXPECT_EQ(ThrownText([&] { day.Text(); }), "MDB: RECORD_ITEM: unknown type");
 }
 
-class LineStreamTest : public LoggedTest, public testing::WithParamInterface<std::size_t> {};
+using LineStreamTest = LoggedTest;
 
-TEST_P(LineStreamTest, StepsAgreeWithACount) {
-  std::mt19937 random(7);
-  const auto below = [&](std::size_t bound) { return static_cast<int>(random() % bound); };
-  for (int file = 0; file < 40; ++file) {
-    std::string content;
+TEST_F(LineStreamTest, StepsAgreeWithACountFromEveryPosition) {
+  for (const std::string content :
+       {"", "\n", "xxxx", "x\n\n\nxxxxxxxx\nxxxxxx\n", "\nxx\nxxxxxxxxx"}) {
     std::vector<int> starts = {0};
-    for (int count = below(9); count > 0; --count) {
-      content += std::string(below(2) * below(3 * GetParam()), 'x') + '\n';
-      starts.push_back(static_cast<int>(content.size()));
+    for (int i = 0; i < std::ssize(content); ++i) {
+      if (content[i] == '\n') starts.push_back(i + 1);
     }
-    content.append(below(2) * below(3 * GetParam()), 'x');
     WriteFile(directory.Path("lines"), content);
-    LINE_STREAM stream(GetParam());
-    stream.open(directory.Path("lines"), IN);
-    for (int trial = 0; trial < 50; ++trial) {
-      const int position = below(content.size() + 1), lines = below(19) - 9;
-      const auto line = std::upper_bound(starts.begin(), starts.end(), position) - 1;
-      const bool is_there =
-          lines < 0 ? line - starts.begin() >= -lines : starts.end() - line > lines;
-      stream.ignore(position + 2);  // at times beyond the end
-      stream.GoTo(position);
-      ASSERT_EQ(lines > 0 ? stream.StepForward(lines) : stream.StepBack(lines), is_there);
-      ASSERT_EQ(stream.tellg(), is_there ? line[lines] : position);
+    for (const std::size_t block : {1, 4, 512}) {
+      LINE_STREAM stream(block);
+      stream.open(directory.Path("lines"), IN);
+      for (int position = 0; position <= std::ssize(content); ++position) {
+        const auto line = std::upper_bound(starts.begin(), starts.end(), position) - 1;
+        for (int step = -7; step <= 7; ++step) {
+          SCOPED_TRACE(content + std::to_string(block));
+          const bool is_there =
+              step < 0 ? line - starts.begin() >= -step : starts.end() - line > step;
+          stream.ignore(position + 2);  // at times beyond the end
+          stream.GoTo(position);
+          EXPECT_EQ(step > 0 ? stream.StepForward(step) : stream.StepBack(step), is_there) << step;
+          EXPECT_EQ(stream.tellg(), is_there ? line[step] : position) << step;
+        }
+      }
     }
   }
 }
-
-INSTANTIATE_TEST_SUITE_P(Blocks, LineStreamTest, testing::Values(1, 7, 512));
 
 }  // namespace
 }  // namespace varnoth::test

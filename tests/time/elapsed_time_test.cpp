@@ -3,6 +3,7 @@
 
 #include "foundation/errors.hpp"
 #include "support/log_capture.hpp"
+#include "time/met_scanner.hpp"
 #include "time/mission_elapsed_time.hpp"
 
 namespace varnoth::test {
@@ -10,6 +11,7 @@ namespace {
 
 using DurationTest = LoggedTest;
 using MissionElapsedTimeTest = LoggedTest;
+using namespace std::string_literals;
 using MET = MISSION_ELAPSED_TIME;
 
 std::int64_t Total(const DURATION& span) {
@@ -51,6 +53,38 @@ TEST_F(DurationTest, SecondsAreTruncatedOrFlooredToMillisecondsAndFlooredForThei
   // A double's last place is 3e-5 s at this span, that of 64 bits 1.5e-8 s.
   const long double rest = DURATION(2000000, 0, 1).ToExtendedSeconds() - 172800000000.0L;
   EXPECT_NEAR(static_cast<double>(rest), 1e-6, 1.5e-8);
+}
+
+constexpr struct {
+  const char* input;
+  MET_VALUES values;
+  const char* fault = "nothing thrown";
+  const char* found = nullptr;  ///< the token that a line tells of
+} TEXTS[] = {
+    {"-0001/02:03:04.000005", {-1, 1, 2, 3, 4, 0, 5}},
+    {" -0001/02:03:04.5", {1, 1, 2, 3, 4, 500, 0}},
+    {"\t1-2-3-4Z", {1, 1, 2, 3, 4, 0, 0}},
+    {"+12 / 99:99:99 .1Z", {1, 12, 99, 99, 99, 100, 0}},
+    {"-5/06:07", {-1, 5, 6, 7}, "TIME: scanner: unexpected end of string"},
+    {"-5/06:xx", {-1, 5, 6}, "TIME: scanner: unhandled character"},
+    {"--5", {-1}, "unexpected token in GetNumber()", "sign_minus"},
+    {"+JAN", {1}, "unexpected token in GetNumber()", "month"},
+    {"1+", {1, 1}, "unexpected token in GetSeparator()", "sign_plus"},
+    {"1/2:3.", {1, 1, 2, 3}, "unexpected token in GetSeparator()", "point"},
+};
+
+TEST_F(MissionElapsedTimeTest, ATextFillsTheFieldsUpToTheFault) {
+  for (const auto& [input, values, fault, found] : TEXTS) {
+    MET_SCANNER scanner;
+    scanner.Scan("-9/9:9:9.999999");
+    EXPECT_EQ(ThrownText([&] { scanner.Parse(input); }), fault);
+    TakeLog();
+    const bool is_sound = scanner.Scan(input);
+    EXPECT_EQ(scanner.values, values) << input;
+    std::string told = found == nullptr ? "" : "EXCEP found token: token_"s + found + "\n";
+    if (!is_sound) told += "EXCEP MET_SCANNER: "s + fault + "\n";
+    EXPECT_EQ(TakeLines(), told) << input;
+  }
 }
 
 TEST_F(MissionElapsedTimeTest, SumsAgreeWithACountButThoseOfANegativeValueGoByTheSign) {

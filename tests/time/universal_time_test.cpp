@@ -2,15 +2,18 @@
 
 #include <chrono>
 #include <sstream>
+#include <vector>
 
 #include "foundation/errors.hpp"
 #include "support/log_capture.hpp"
 #include "time/calendar.hpp"
+#include "time/utc_scanner.hpp"
 
 namespace varnoth::test {
 namespace {
 
 using namespace std::chrono;
+using namespace std::string_literals;
 using UTC = UNIVERSAL_TIME;
 
 // The months that end in an inserted second. The last two labels stand on a day that is none, the
@@ -38,6 +41,72 @@ UTC At(sys_seconds time) {
 }
 
 DURATION Seconds(std::int64_t count) { return {0, 1000 * count, 0}; }
+
+const struct {
+  const char* input;
+  const char* canonical;
+  std::vector<std::size_t> marks;  ///< positions that settle the form
+} TEXTS[] = {
+    {"14-010-2004/10:11:12", "14-OCT-2004/10:11:12.000000", {2, 6, 11}},
+    {"14-JAN-2004/23:59:62.1234567", "14-JAN-2004/23:59:62.123456", {2, 6, 11}},
+    {"00-JAN-2004/10:11:12 . 5 trailing", "00-JAN-2004/10:11:12.500000", {2, 6, 11}},
+    {"Sun Feb  1 10:11:12 2004", "01-FEB-2004/10:11:12.000000", {3}},
+    {"2004-02-29/10:11:12.000001", "29-FEB-2004/10:11:12.000001", {4, 7, 10, 13, 16}},
+    {"2004-01-14T10:11:12.25 Z", "14-JAN-2004/10:11:12.250000", {4, 7, 10, 13, 16}},
+    {"2004-01-14T10:11:12.Z5", "14-JAN-2004/10:11:12.000000", {}},
+    {"2004-01-14T10:11:12\nmore", "14-JAN-2004/10:11:12.000000", {}},
+    {"20040114T101112", "14-JAN-2004/10:11:12.000000", {8}},
+    {"14-JAN-2004 10:11:12.034", "14-JAN-2004/10:11:12.034000", {2, 6, 11}},
+};
+
+TEST_F(UniversalTimeTest, EveryFormIsReadByItsMarksAndItsOwnTextTheSame) {
+  for (const auto& [input, canonical, marks] : TEXTS) {
+    const UTC time(input);
+    EXPECT_STREQ(time.c_str(), canonical) << input;
+    EXPECT_EQ(UTC(time.c_str()), time) << input;
+    EXPECT_EQ(UTC(ToPoolText(time, 6, true).c_str()), time) << input;
+    for (const std::size_t mark : marks) {
+      const std::string other = std::string(input).replace(mark, 1, "x");
+      EXPECT_EQ(UTC_SCANNER().DetectForm(other.c_str()), 0) << other;
+    }
+  }
+}
+
+constexpr struct {
+  const char* input;
+  const char* told;
+  const char* fault = nullptr;  ///< text of the line behind it, which shows the input
+} FAULTS[] = {
+    {"2004-1-14T10:11:12", nullptr, "invalid or unsupported format"},
+    {"30-FEB-2004/10:11:12", "UTC_SCANNER: Invalid date: 30.2.2004"},
+    {"2003-13-01T10:11:12", "UTC_SCANNER: Invalid date: 1.13.2003"},
+    {"14-JAN-2004/24:00:00", "UTC_SCANNER: invalid hour: 24"},
+    {"14-JAN-2004/23:60:00", "UTC_SCANNER: invalid minute: 60"},
+    {"14-JAN-2004/23:59:63", "UTC_SCANNER: invalid second: 63"},
+    {"14-JAN-2004/23:59:99999999999", "UTC_SCANNER: invalid second: 2147483647"},
+    {"14-JAN-2004/12:59:60.0", "UTC_SCANNER: invalid leap second: 60"},
+    {"14-JAN-2004/23:58:60", "UTC_SCANNER: invalid leap second: 60"},
+    {"14-JUX-2004/10:11:12", "TIME_SCANNER: can not convert >> JU << to month"},
+    {"14-Z01-2004/10:11:12", "found token: token_zulu", "unexpected token in GetMonth()"},
+    {"14-JAN-2004/10:11:12 5", "found token: token_number", "unexpected token in GetPoint()"},
+    {"14-JAN-2004/10:11:12.:", "found token: token_separator",
+     "unexpected token in GetMilliAndMicroSeconds()"},
+};
+
+TEST_F(UniversalTimeTest, AFaultyTextIsToldAndRefused) {
+  for (const auto& [input, told, fault] : FAULTS) {
+    std::string lines = told == nullptr ? "" : "EXCEP "s + told + "\n";
+    if (fault != nullptr) lines += "EXCEP UTC_SCANNER: "s + fault + ": " + input + "\n";
+    TakeLog();
+    EXPECT_THROW(UTC{input}, ERROR_DATA) << input;
+    EXPECT_EQ(TakeLines(), lines + "EXCEP UTC_SCANNER: Error during scan of: " + input + "\n");
+  }
+  const std::string longest = "14-JAN-2004/10:11:12." + std::string(127, '0');
+  EXPECT_NO_THROW(UTC(longest.c_str()));
+  EXPECT_THROW(UTC((longest + "0").c_str()), ERROR_DATA);
+  EXPECT_TRUE(Log().starts_with("ALARM : log : TIME_SCANNER: token of 128 characters is too lo"));
+  EXPECT_THROW(UTC("Wed Jan 14 10:11:12 10000"), ERROR_DATA);
+}
 
 TEST_F(UniversalTimeTest, NowIsThePresentTimeHereAndInUtc) {
   setenv("TZ", "TEST-05:30", 1), tzset();
