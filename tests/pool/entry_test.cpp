@@ -6,7 +6,21 @@
 namespace varnoth::test {
 namespace {
 
-class PoolGrammarTest : public LoggedTest {
+using INVALID = INVALID_PARAMETER_VALUE;
+using INTS = ARRAY<int>;
+using NUMBERS = ARRAY<double>;
+using POINTS = ARRAY<POINT<float>>;
+using DOUBLES = ARRAY<POINT<double>>;
+using TEXTS = MATRIX<STRING>;
+
+/// The text of an entry; "|" stands for a line end and the indent of a block.
+std::string Entry(const std::string& type, const std::string& value) {
+  std::string text = "key_a" + std::string(28, ' ') + type + std::string(16 - type.size(), ' ');
+  for (const char c : value) text += c == '|' ? "\n" + std::string(47, ' ') : std::string(1, c);
+  return text + "\n\n";
+}
+
+class EntryTest : public LoggedTest {
  protected:
   template <class V>
   V Read(const std::string& file, const std::string& key = "k") {
@@ -17,126 +31,26 @@ class PoolGrammarTest : public LoggedTest {
     pool.Read(key.c_str(), value);
     return value;
   }
-  const std::string path = directory.Path("pool");
-};
-
-TEST_F(PoolGrammarTest, KeysAndNumbers) {
-  const std::string hundred(100, 'x');
-  EXPECT_EQ(Read<int>("kk INT_32 4\r\n#k INT_32 3\n k INT_32 2\nk INT_32\t5 m\nk INT_32 6\n"), 5);
-  EXPECT_EQ(Read<int>(hundred + "y INT_32 5\n", hundred), 5) << "a key is cut at 100 bytes";
-  EXPECT_EQ(Read<STRING>("k STR " + std::string(1018, 'a') + "b\n").Length(), 1018);
-  EXPECT_EQ(Read<int>("other " + std::string(1018, 'a') + "k INT_32 5\n"), 5);
-  EXPECT_EQ(Read<int>("k INT_32 1-2\n"), 1);
-  EXPECT_EQ(Read<int>("k INT_32\r\n"), 0);
-  EXPECT_EQ(Read<double>("k FLT_15 2.5"), 2.5) << "beside the mark of the file's end";
-  EXPECT_EQ(Read<double>("k FLT_15 1E5\n"), 100000.0);
-  EXPECT_EQ(Read<double>("k FLT_15\n"), 0.0);
-  EXPECT_EQ(Log(), "TRACE : log : PP.Read pool k FLT_15\n") << "a missing value is no word worth";
-  constexpr int TRAPS = FE_INVALID | FE_DIVBYZERO | FE_OVERFLOW;
-  feenableexcept(TRAPS);
-  EXPECT_THROW(Read<double>("k FLT_15 1E999\n"), PARAMETER_OUT_OF_BOUNDS);
-  EXPECT_THROW(Read<float>("k FLT_6 1E39\n"), PARAMETER_OUT_OF_BOUNDS);
-  const float nan = Read<float>("k FLT_6 nan\n");
-  EXPECT_EQ(fedisableexcept(TRAPS), TRAPS);
-  EXPECT_NE(nan, nan);
-}
-
-TEST_F(PoolGrammarTest, TextsAndBlocks) {
-  EXPECT_EQ(Read<STRING>("k STR two  words \r\n"), "two  words ");
-  EXPECT_EQ(Read<STRING>("k STR\n"), "");
-  EXPECT_EQ(Read<STRING>("k STR open"), "open\xFF");
-  EXPECT_EQ(Read<STRING>("k STR \"open end \r\n"), "open end ");
-  EXPECT_EQ(Read<STRING>("k STR \"a \\\"b\\\"\" rest\n"), "a \"b\"");
-  EXPECT_EQ(Read<STRING>("k STR \"a\\b\\\\\"\n"), "ab\"");
-  EXPECT_EQ(Read<TUPLE<STRING>>("k STR_STR \"a b\"  c d\n").second, "c d");
-  using NUMBERS = ARRAY<double>;
-  EXPECT_EQ(Read<NUMBERS>("k FLT_15_V 7 2\n{ x\n1 y\n\n}\n").GetBase()[8], 0.0);
-  EXPECT_EQ(Read<NUMBERS>("k FLT_15_V 7 1\n{\n5\n6\n}\n").GetBase()[7], 5.0) << "surplus closes";
-  EXPECT_EQ(Read<NUMBERS>("k FLT_15_V 7 2\n{\n5\n}\nx\n").GetBase()[8], 0.0) << "} is no number";
-  EXPECT_EQ(Read<MATRIX<char>>("k INT_8_M 0 1 0 1\n{\n{\n5\n]\n}\n").Rows()[0][0], 5);
-  EXPECT_THROW(Read<NUMBERS>("k FLT_15_V 7 1\r\n{\r\n5\r\n}\r\n"), ERROR_PARAMETER_POOL);
-}
-
-/// The text of an entry whose value starts with `range` and goes on in lines at these indents.
-std::string Entry(const std::string& type, const std::string& range,
-                  const std::vector<std::string>& lines = {}) {
-  std::string text =
-      "key_a" + std::string(28, ' ') + type + std::string(16 - type.size(), ' ') + range;
-  for (const std::string& line : lines) text += "\n" + std::string(47, ' ') + line;
-  return text + "\n\n";
-}
-
-class EntryLayoutTest : public PoolGrammarTest {
- protected:
-  /// Reads the value of an entry and writes it over its own text, which must come out the same.
   template <class V>
-  void ComesBack(const std::string& text) {
-    const V value = Read<V>(text, "key_a");
+  void Change(const V& value, const std::string& text) {
     PARAMETER_POOL_READ_WRITE_CHANGE(path.c_str()).Change("key_a", value);
     EXPECT_EQ(ReadFile(path), text);
   }
+  /// Reads the value of an entry and writes it over its own text, which must come out the same.
+  template <class V>
+  void ComesBack(const std::string& type, const std::string& value) {
+    Change(Read<V>(Entry(type, value), "key_a"), Entry(type, value));
+  }
   /// The same for the scalar, the vector of two elements and the matrix where there is one.
   template <class X>
-  void Check(const std::string& type, const std::string& a, const std::string& b) {
-    ComesBack<X>(Entry(type, a));
-    ComesBack<ARRAY<X>>(Entry(type + "_V", "-3\t2", {"{", "  " + a, "  " + b, "}"}));
+  void AllComeBack(const std::string& type, const std::string& a, const std::string& b) {
+    ComesBack<X>(type, a);
+    ComesBack<ARRAY<X>>(type + "_V", "-3\t2|{|  " + a + "|  " + b + "|}");
     if constexpr (POOL_TYPE<MATRIX<X>> != UNKNOWN) {
-      const std::string i = "    ";
-      ComesBack<MATRIX<X>>(
-          Entry(type + "_M", "5\t2\t-1\t2",
-                {"{", "  {", i + a, i + a, "  }", "  {", i + a, i + b, "  }", "}"}));
+      ComesBack<MATRIX<X>>(type + "_M", "5\t2\t-1\t2|{|  {|    " + a + "|    " + a +
+                                            "|  }|  {|    " + a + "|    " + b + "|  }|}");
     }
   }
-};
-
-TEST_F(EntryLayoutTest, EveryTypeComesBackInItsLayout) {
-  const char* const floats = "1.000000E-01\t-2.000000E+00";
-  const char* const doubles = "1.000000000000000E-01\t-2.000000000000000E+00";
-  Check<bool>("BOL", "TRUE", "FALSE");
-  Check<unsigned char>("BYT", "0", "255");
-  Check<char>("INT_8", "-128", "127");
-  Check<short>("INT_16", "-32768", "32767");
-  Check<int>("INT_32", "-2147483648", "2147483647");
-  Check<long long>("INT_64", "-9223372036854775808", "9223372036854775807");
-  Check<float>("FLT_6", "1.0000000149E-01", "-2.5000000000E+00");
-  Check<double>("FLT_15", "1.00000000000000006E-01", "1.79769313486231571E+308");
-  Check<double>("FLT_15", "NAN", "-2.22507385850720138E-308");
-  Check<STRING>("STR", "\"say \\\"hi\\\" \"", "\"\"");
-  Check<COMPLEX<float>>("CPL_6", floats, "0.000000E+00\t1.000000E+09");
-  Check<COMPLEX<double>>("CPL_15", doubles, doubles);
-  Check<POINT<int>>("INT_32_INT_32", "-1\t2", "3\t4");
-  Check<RANGE<int>>("INT_32_INT_32", "-1\t2", "3\t4");
-  Check<POINT<long long>>("INT_64_INT_64", "-9223372036854775808\t2", "3\t4");
-  Check<POINT<float>>("FLT_6_FLT_6", floats, floats);
-  Check<RANGE<float>>("FLT_6_FLT_6", floats, floats);
-  Check<POINT<double>>("FLT_15_FLT_15", doubles, doubles);
-  Check<RANGE<double>>("FLT_15_FLT_15", doubles, doubles);
-  Check<INDEX<int, int>>("IDX_INT_32", "-1\t2", "3\t4");
-  Check<INDEX<int, float>>("IDX_FLT_6", "-1\t1.000000E-01", "3\t4.000000E+00");
-  Check<INDEX<int, double>>("IDX_FLT_15", "-1\t1.000000000000000E-01", "2\t0.000000000000000E+00");
-  Check<TUPLE<STRING>>("STR_STR", "\"a\" \"b c\"", "\"\" \"\\\"\"");
-}
-
-TEST_F(EntryLayoutTest, PartsCommentsAndLongKeysStandInOrder) {
-  const std::string key(40, 'k'), pad(55, ' ');
-  using POOL = PARAMETER_POOL_READ_WRITE_CHANGE;
-  POOL(path.c_str()).Write(key.c_str(), ARRAY<char>(3, 0), ARRAY<STRING>(" one", "two"));
-  POOL(path.c_str()).Write("key_a", COMPLEX<float>{1, 2});
-  POOL(path.c_str()).Change("key_b", TUPLE<STRING>("a\\", "b"));
-  EXPECT_EQ(ReadFile(path),
-            "# one\n#two\n" + key + " INT_8_V         3\t0\n" + pad + "{\n" + pad + "}\n\n" +
-                Entry("CPL_6", "1.000000E+00\t2.000000E+00") +
-                "key_b                            STR_STR         \"a\\\" \"b\"\n\n");
-}
-
-using INVALID = INVALID_PARAMETER_VALUE;
-using INTS = ARRAY<int>;
-using POINTS = ARRAY<POINT<float>>;
-using DOUBLES = ARRAY<POINT<double>>;
-using TEXTS = MATRIX<STRING>;
-
-class PoolRefusalTest : public PoolGrammarTest {
- protected:
   /// Reads key k of a file; the refusal must be of the very class and tell its reason.
   template <class V, class ERROR = ERROR_PARAMETER_POOL>
   void Fails(const std::string& file, const std::string& reason) {
@@ -147,39 +61,107 @@ class PoolRefusalTest : public PoolGrammarTest {
       thrown = error.what();
     }
     EXPECT_EQ(thrown, ERROR().what()) << reason;
-    EXPECT_EQ(Log(), "ALARM : log : parameter pool: parameter key >> k << " + reason + "\n");
+    EXPECT_EQ(TakeLines(), "ALARM parameter pool: parameter key >> k << " + reason + "\n");
   }
   template <class V, class ERROR = INVALID>
-  void Word(const std::string& type, const std::string& word, const std::string& reason) {
-    Fails<V, ERROR>(type + " " + word + "\n", "read value is : " + word + reason);
+  void WordFails(const std::string& type, const std::string& word, const std::string& reason) {
+    Fails<V, ERROR>(type + " " + word + "\n", "read value is : " + word + " " + reason);
   }
   template <class V>
   void TooLarge(const std::string& type, const std::string& word) {
-    Word<V, PARAMETER_OUT_OF_BOUNDS>(type, word, " (value is out of range) " + type + " expected");
+    WordFails<V, PARAMETER_OUT_OF_BOUNDS>(type, word,
+                                          "(value is out of range) " + type + " expected");
   }
   /// The refusals of a type, with the type words that two of them show.
   template <class V>
-  void Integer(const std::string& type, const std::string& floating, const std::string& character,
-               const std::string& too_large) {
-    Word<V>(type, "1.5E3", " " + floating + " (no floating) value expected");
-    for (const std::string word : {"1E5", "x", "1.5"}) {
-      Word<V>(type, word, " " + character + " (no additional character) value expected");
+  void IntegerFails(const std::string& type, const std::string& floating,
+                    const std::string& character, const std::string& too_large) {
+    WordFails<V>(type, "1.5E3", floating + " (no floating) value expected");
+    for (const std::string word : {"1E5", "1.5"}) {
+      WordFails<V>(type, word, character + " (no additional character) value expected");
     }
     TooLarge<V>(type, too_large);
   }
+
+  const std::string path = directory.Path("pool");
 };
 
-TEST_F(PoolRefusalTest, OfAWordThatIsNoValueOfItsType) {
-  // The type words that don't fit are what users know and search for.
-  Integer<unsigned char>("BYT", "BYT", "BYT", "256");
-  Integer<char>("INT_8", "BYT", "INT_8", "-129");
-  Integer<short>("INT_16", "INT_8", "INT_8", "32768");
-  Integer<int>("INT_32", "INT_16", "INT_32", "2147483648");
-  Integer<long long>("INT_64", "INT_32", "INT_64", "9223372036854775808");
-  TooLarge<float>("FLT_6", "-1E39");
+TEST_F(EntryTest, KeysAndNumbersAreRead) {
+  const std::string hundred(100, 'x'), long_text(1018, 'a');
+  EXPECT_EQ(Read<int>("kk INT_32 4\r\n#k INT_32 3\n k INT_32 2\nk INT_32\t5 m\nk INT_32 6\n"), 5);
+  EXPECT_EQ(Read<int>(hundred + "y INT_32 5\n", hundred), 5) << "a key is cut at 100 bytes";
+  EXPECT_EQ(Read<STRING>("k STR " + long_text + "b\n").Length(), 1018);
+  EXPECT_EQ(Read<int>("other " + long_text + "k INT_32 5\n"), 5);
+  EXPECT_EQ(Read<int>("k INT_32 1-2\n"), 1);
+  EXPECT_EQ(Read<int>("k INT_32\r\n"), 0);
+  EXPECT_EQ(Read<double>("k FLT_15 2.5"), 2.5) << "beside the mark of the file's end";
+  EXPECT_EQ(Read<double>("k FLT_15 1E5\n"), 100000.0);
+  EXPECT_EQ(Read<double>("k FLT_15\n"), 0.0);
+  EXPECT_EQ(TakeLines(), "TRACE PP.Read pool k FLT_15\n") << "a missing value is no word worth";
+  constexpr int TRAPS = FE_INVALID | FE_DIVBYZERO | FE_OVERFLOW;
+  feenableexcept(TRAPS);
   TooLarge<double>("FLT_15", "1E999");
-  Word<unsigned char>("BYT", "5-", " BYT (unsigned) value expected");
-  Word<bool>("BOL", "true", " but TRUE or FALSE are expected");
+  TooLarge<float>("FLT_6", "-1E39");
+  const float nan = Read<float>("k FLT_6 nan\n");
+  EXPECT_EQ(fedisableexcept(TRAPS), TRAPS);
+  EXPECT_NE(nan, nan);
+}
+
+TEST_F(EntryTest, TextsAndBlocksAreRead) {
+  EXPECT_EQ(Read<STRING>("k STR two  words \r\n"), "two  words ");
+  EXPECT_EQ(Read<STRING>("k STR\n"), "");
+  EXPECT_EQ(Read<STRING>("k STR open"), "open\xFF");
+  EXPECT_EQ(Read<STRING>("k STR \"open end \r\n"), "open end ");
+  EXPECT_EQ(Read<STRING>("k STR \"a \\\"b\\\"\" rest\n"), "a \"b\"");
+  EXPECT_EQ(Read<STRING>("k STR \"a\\b\\\\\"\n"), "ab\"");
+  EXPECT_EQ(Read<TUPLE<STRING>>("k STR_STR \"a b\"  c d\n").second, "c d");
+  EXPECT_EQ(Read<NUMBERS>("k FLT_15_V 7 2\n{ x\n1 y\n\n}\n").GetBase()[8], 0.0);
+  EXPECT_EQ(Read<NUMBERS>("k FLT_15_V 7 1\n{\n5\n6\n}\n").GetBase()[7], 5.0) << "surplus closes";
+  EXPECT_EQ(Read<NUMBERS>("k FLT_15_V 7 2\n{\n5\n}\nx\n").GetBase()[8], 0.0) << "} is no number";
+  EXPECT_EQ(Read<MATRIX<char>>("k INT_8_M 0 1 0 1\n{\n{\n5\n]\n}\n").Rows()[0][0], 5);
+  EXPECT_THROW(Read<NUMBERS>("k FLT_15_V 7 1\r\n{\r\n5\r\n}\r\n"), ERROR_PARAMETER_POOL);
+}
+
+TEST_F(EntryTest, EveryTypeComesBackInItsLayout) {
+  const char* const floats = "1.000000E-01\t-2.000000E+00";
+  const char* const doubles = "1.000000000000000E-01\t-2.000000000000000E+00";
+  AllComeBack<bool>("BOL", "TRUE", "FALSE");
+  AllComeBack<unsigned char>("BYT", "0", "255");
+  AllComeBack<char>("INT_8", "-128", "127");
+  AllComeBack<short>("INT_16", "-32768", "32767");
+  AllComeBack<int>("INT_32", "-2147483648", "2147483647");
+  AllComeBack<long long>("INT_64", "-9223372036854775808", "9223372036854775807");
+  AllComeBack<float>("FLT_6", "1.0000000149E-01", "-2.5000000000E+00");
+  AllComeBack<double>("FLT_15", "1.00000000000000006E-01", "1.79769313486231571E+308");
+  AllComeBack<double>("FLT_15", "NAN", "-2.22507385850720138E-308");
+  AllComeBack<STRING>("STR", "\"say \\\"hi\\\" \"", "\"\"");
+  AllComeBack<COMPLEX<float>>("CPL_6", floats, "0.000000E+00\t1.000000E+09");
+  AllComeBack<COMPLEX<double>>("CPL_15", doubles, doubles);
+  AllComeBack<POINT<int>>("INT_32_INT_32", "-1\t2", "3\t4");
+  AllComeBack<RANGE<int>>("INT_32_INT_32", "-1\t2", "3\t4");
+  AllComeBack<POINT<long long>>("INT_64_INT_64", "-9223372036854775808\t2", "3\t4");
+  AllComeBack<POINT<float>>("FLT_6_FLT_6", floats, floats);
+  AllComeBack<RANGE<float>>("FLT_6_FLT_6", floats, floats);
+  AllComeBack<POINT<double>>("FLT_15_FLT_15", doubles, doubles);
+  AllComeBack<RANGE<double>>("FLT_15_FLT_15", doubles, doubles);
+  AllComeBack<INDEX<int, int>>("IDX_INT_32", "-1\t2", "3\t4");
+  AllComeBack<INDEX<int, float>>("IDX_FLT_6", "-1\t1.000000E-01", "3\t4.000000E+00");
+  AllComeBack<INDEX<int, double>>("IDX_FLT_15", "-1\t1.000000000000000E-01",
+                                  "2\t-1.000000000000000E+00");
+  AllComeBack<TUPLE<STRING>>("STR_STR", "\"a\" \"b c\"", "\"\" \"\\\"\"");
+  Change(COMPLEX<float>{1, 2}, Entry("CPL_6", "1.000000E+00\t2.000000E+00"));
+  Change(TUPLE<STRING>("a\\", "b"), Entry("STR_STR", "\"a\\\" \"b\""));
+}
+
+TEST_F(EntryTest, AWordThatIsNoValueOfItsTypeIsRefused) {
+  // The type words that don't fit are what users know and search for.
+  IntegerFails<unsigned char>("BYT", "BYT", "BYT", "256");
+  IntegerFails<char>("INT_8", "BYT", "INT_8", "-129");
+  IntegerFails<short>("INT_16", "INT_8", "INT_8", "32768");
+  IntegerFails<int>("INT_32", "INT_16", "INT_32", "2147483648");
+  IntegerFails<long long>("INT_64", "INT_32", "INT_64", "9223372036854775808");
+  WordFails<unsigned char>("BYT", "5-", "BYT (unsigned) value expected");
+  WordFails<bool>("BOL", "true", "but TRUE or FALSE are expected");
 }
 
 /// A line without an end that is full: where it stops, no further word can be looked for.
@@ -188,7 +170,7 @@ std::string Full(std::string line) {
   return line;
 }
 
-TEST_F(PoolRefusalTest, OfAnIncompleteKeyLine) {
+TEST_F(EntryTest, AnIncompleteKeyLineIsRefused) {
   EXPECT_THROW(Read<int>(""), PARAMETER_KEY_NOT_FOUND);
   EXPECT_EQ(TakeLines(), "ALARM parameter pool: parameter key >> k << not found\n");
   Fails<double, WRONG_PARAMETER_TYPE>("flt_15 5\n", "type FLT_15 expected");
@@ -201,16 +183,17 @@ TEST_F(PoolRefusalTest, OfAnIncompleteKeyLine) {
                                 "no correct string tuple format (missing >>\"<< ?)");
   Fails<INTS, INVALID>(Full("INT_32_V 0"), "no correct range for VECTOR or MATRIX");
   Fails<MATRIX<char>, INVALID>(Full("INT_8_M 0 1"), "no correct range for MATRIX");
-  Fails<INTS, ERROR_NO_MEMORY>("INT_32_V 0 -1\n", "not enough memory to create ARRAY");
-  Fails<TEXTS, ERROR_NO_MEMORY>("STR_M 0 -1 0 1\n", "not enough memory to create MATRIX");
 }
 
-TEST_F(PoolRefusalTest, OfABrokenBlock) {
-  // A count that the file can not hold takes no memory; what it can hold is read, however much.
-  Fails<ARRAY<STRING>, ERROR_NO_MEMORY>("STR_V 0 2000000000\n{\n",
-                                        "not enough memory to create ARRAY");
+TEST_F(EntryTest, ABrokenBlockIsRefused) {
   const std::string ints = "INT_32_V 4 1", wrong = "{ expected instead of [ for ";
   const std::string full(1024, ' '), unclosed = "} expected instead of ] for ";
+  const std::string memory = "not enough memory to create ",
+                    entries = " length does not match entry count";
+  Fails<INTS, ERROR_NO_MEMORY>("INT_32_V 0 -1\n", memory + "ARRAY");
+  Fails<TEXTS, ERROR_NO_MEMORY>("STR_M 0 -1 0 1\n", memory + "MATRIX");
+  // A count that the file can not hold takes no memory; what it can hold is read, however much.
+  Fails<ARRAY<STRING>, ERROR_NO_MEMORY>("STR_V 0 2000000000\n{\n", memory + "ARRAY");
   Fails<INTS>("INT_32_V 0 70000\n[\n" + std::string(70000, '\n'), wrong + "INT_32_V");
   Fails<INTS>(ints + " ", "no { due to end of file");
   Fails<INTS>(ints + "\n" + full, "{ expected for INT_32_V");
@@ -220,9 +203,8 @@ TEST_F(PoolRefusalTest, OfABrokenBlock) {
   Fails<INTS>(ints + "\n{\n7\n" + full, "no } at end of INT_32_V");
   Fails<POINTS>("FLT_6_FLT_6_V 0 0\n[\n", wrong + "INT_FLT_6_FLT_6_V");
   Fails<POINTS>("FLT_6_FLT_6_V 0 0\n{\n]\n", unclosed + "FLT_6_FLT_6_V");
-  Fails<ARRAY<STRING>>("STR_V 0 0\n{\n]\n", "STR_V length does not match entry count");
-  Fails<ARRAY<TUPLE<STRING>>>("STR_STR_V 0 0\n{\n]\n",
-                              "STR_STR_V length does not match entry count");
+  Fails<ARRAY<STRING>>("STR_V 0 0\n{\n]\n", "STR_V" + entries);
+  Fails<ARRAY<TUPLE<STRING>>>("STR_STR_V 0 0\n{\n]\n", "STR_STR_V" + entries);
   Fails<ARRAY<INDEX<int, int>>>("IDX_INT_32_V 0 0\n{\n]\n", unclosed + "IDX_INT_32_V");
   Fails<DOUBLES>("FLT_15_FLT_15_V 0 0\n" + full, "{ expected for INT_FLT_15_FLT_15_V");
   Fails<DOUBLES>("FLT_15_FLT_15_V 0 0\n[\n", wrong + "INT_FLT_15_FLT__V");
