@@ -72,12 +72,8 @@ TEST_F(UniversalTimeTest, EveryFormIsReadByItsMarksAndItsOwnTextTheSame) {
   }
 }
 
-constexpr struct {
-  const char* input;
-  const char* told;
-  const char* fault = nullptr;  ///< text of the line behind it, which shows the input
-} FAULTS[] = {
-    {"2004-1-14T10:11:12", nullptr, "invalid or unsupported format"},
+constexpr std::pair<const char*, const char*> FAULTS[] = {
+    {"2004-1-14T10:11:12", "UTC_SCANNER: invalid or unsupported format: 2004-1-14T10:11:12"},
     {"30-FEB-2004/10:11:12", "UTC_SCANNER: Invalid date: 30.2.2004"},
     {"2003-13-01T10:11:12", "UTC_SCANNER: Invalid date: 1.13.2003"},
     {"14-JAN-2004/24:00:00", "UTC_SCANNER: invalid hour: 24"},
@@ -87,24 +83,26 @@ constexpr struct {
     {"14-JAN-2004/12:59:60.0", "UTC_SCANNER: invalid leap second: 60"},
     {"14-JAN-2004/23:58:60", "UTC_SCANNER: invalid leap second: 60"},
     {"14-JUX-2004/10:11:12", "TIME_SCANNER: can not convert >> JU << to month"},
-    {"14-Z01-2004/10:11:12", "found token: token_zulu", "unexpected token in GetMonth()"},
-    {"14-JAN-2004/10:11:12 5", "found token: token_number", "unexpected token in GetPoint()"},
-    {"14-JAN-2004/10:11:12.:", "found token: token_separator",
-     "unexpected token in GetMilliAndMicroSeconds()"},
+    {"14-Z01-2004/1",
+     "found token: token_zulu\nEXCEP UTC_SCANNER: unexpected token in GetMonth(): 14-Z01-2004/1"},
+    {"14-JAN-2004/1:2:3 5",
+     "found token: token_number\nEXCEP UTC_SCANNER: unexpected token in GetPoint(): "
+     "14-JAN-2004/1:2:3 5"},
+    {"14-JAN-2004/1:2:3.:",
+     "found token: token_separator\nEXCEP UTC_SCANNER: unexpected token in "
+     "GetMilliAndMicroSeconds(): 14-JAN-2004/1:2:3.:"},
 };
 
 TEST_F(UniversalTimeTest, AFaultyTextIsToldAndRefused) {
-  for (const auto& [input, told, fault] : FAULTS) {
-    std::string lines = told == nullptr ? "" : "EXCEP "s + told + "\n";
-    if (fault != nullptr) lines += "EXCEP UTC_SCANNER: "s + fault + ": " + input + "\n";
+  for (const auto& [input, told] : FAULTS) {
     TakeLog();
     EXPECT_THROW(UTC{input}, ERROR_DATA) << input;
-    EXPECT_EQ(TakeLines(), lines + "EXCEP UTC_SCANNER: Error during scan of: " + input + "\n");
+    EXPECT_EQ(TakeLines(),
+              "EXCEP "s + told + "\nEXCEP UTC_SCANNER: Error during scan of: " + input + "\n");
   }
   const std::string longest = "14-JAN-2004/10:11:12." + std::string(127, '0');
   EXPECT_NO_THROW(UTC(longest.c_str()));
   EXPECT_THROW(UTC((longest + "0").c_str()), ERROR_DATA);
-  EXPECT_TRUE(Log().starts_with("ALARM : log : TIME_SCANNER: token of 128 characters is too lo"));
   EXPECT_THROW(UTC("Wed Jan 14 10:11:12 10000"), ERROR_DATA);
 }
 
@@ -168,11 +166,8 @@ TEST_F(UniversalTimeTest, DayStepsAgreeWithADayCount) {
 TEST_F(UniversalTimeTest, StepsNextToAnInsertedSecond) {
   for (const auto& [start, seconds, result] : {
            std::tuple("01-JAN-2000/00:00:00", -1, "31-DEC-1999/23:59:59"),
-           std::tuple("31-DEC-1998/23:59:59", 1, "31-DEC-1998/23:59:60"),
            std::tuple("31-DEC-1998/23:59:59", 2, "01-JAN-1999/00:00:00"),
            std::tuple("30-JUN-1997/23:58:59.25", 61, "30-JUN-1997/23:59:60.25"),
-           // The second of 2012 has no label of its own: the one before it lasts twice as long.
-           std::tuple("30-JUN-2012/23:59:59", 1, "30-JUN-2012/23:59:59"),
            // The last minute ahead of an inserted second counts as behind it ...
            std::tuple("31-DEC-1998/23:58:50", 30, "31-DEC-1998/23:59:19"),
            std::tuple("30-JUN-1997/22:59:50", 30, "30-JUN-1997/23:00:19"),
