@@ -17,6 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using namespace std::string_literals;
+using POOL = PARAMETER_POOL_READ_WRITE_CHANGE;
 
 /// The system call that fails once, behind as many that go well.
 struct FAULT {
@@ -39,10 +40,6 @@ class PoolUpdateTest : public LoggedTest {
     fs::create_directory(folder);
     fs::current_path(folder);
     WriteFile("pool", "k INT_32 2\n");
-  }
-  /// The pool; its update comes with the end of the statement, or of the variable that takes it.
-  static PARAMETER_POOL_READ_WRITE_CHANGE Pool(const char* path = "pool") {
-    return PARAMETER_POOL_READ_WRITE_CHANGE(path);
   }
   /// The lines of an action at their levels, and what it threw.
   template <class ACTION>
@@ -70,20 +67,20 @@ TEST_F(PoolUpdateTest, BytesStayButForReplacedEntriesAndAnUnfinishedLine) {
   const std::string text = "#c\n\nk INT_32  5\r\n  \n" + odd + "\r\xFF\n" + zero;
   for (const char* rest : {"", "k INT_32 6", "#"}) {
     WriteFile("pool", text + rest);
-    Pool();
+    POOL("pool");
     EXPECT_EQ(ReadFile("pool"), text);
   }
   WriteFile("pool",
             "#of k\nk INT_32_V 0 1\n  {\n   7\n  }\n\n#of y\n" + hundred + "y STR_V 0 1\n{\n");
-  Pool().Change("k", 5, ARRAY<STRING>("new"));
-  Pool().Change(hundred.c_str(), 5);
+  POOL("pool").Change("k", 5, ARRAY<STRING>("new"));
+  POOL("pool").Change(hundred.c_str(), 5);
   EXPECT_EQ(ReadFile("pool"),
             "#of k\n#new\n" + Entry("k", 5) + "#of y\n" + Entry(hundred, 5) + "{\n")
       << "what stands unindented is taken for entries";
 }
 
 TEST_F(PoolUpdateTest, NewKeysStandReversedAtTheEndWithTheirLastValue) {
-  auto pool = Pool();
+  POOL pool("pool");
   pool.Write("a", 1);
   pool.Change("b", 1);
   pool.Write("c", 3);
@@ -99,9 +96,9 @@ TEST_F(PoolUpdateTest, WhatNoReaderTakesWholeIsToldAndRefused) {
   const std::string text(972, 'x');  // with 49 bytes of head, two quotes and a line end: 1024
   const std::string part(49, 'k'), key = part + "_" + part + "x";
   EXPECT_EQ(join_key({nullptr, part.c_str(), (part + "x").c_str(), ""}), key.c_str());
-  Pool().Change("k", text.c_str());
+  POOL("pool").Change("k", text.c_str());
   EXPECT_EQ(ReadFile("pool").size(), 1025);
-  auto pool = Pool();
+  POOL pool("pool");
   const std::string head = "ALARM parameter pool: parameter key >> " + key;
   const std::string tail = " << is longer than 100 characters\npool error - key too long\n";
   EXPECT_EQ(Told([&] { pool.Change("k", (text + "y").c_str()); }),
@@ -118,7 +115,7 @@ TEST_F(PoolUpdateTest, OpeningsAndProbesAreToldAtTheirLevels) {
   WriteFile("pool", "k STR c\n");
   std::string told = Told([] { PARAMETER_POOL("/"); });
   // A running program can't be opened for writing, not even by the superuser.
-  told += Told([] { Pool("/proc/self/exe"); });
+  told += Told([] { POOL("/proc/self/exe"); });
   pool.open("pool"), pool.set_not_found_log_level(WARNING), pool.set_read_log_level(INFO);
   told += Told([&] { pool.get_type("x"); });
   told += Told([&] { ReadEnumeration(pool, "k", VALID, value); });
@@ -180,7 +177,7 @@ pool error - corrupted parameter pool file
   for (const auto& row : CASES) {
     SCOPED_TRACE(row.fault.call + " behind " + std::to_string(row.fault.well));
     WriteFile("pool", old);
-    auto pool = Pool();
+    POOL pool("pool");
     pool.Change("k", 5);
     fault = row.fault;
     EXPECT_EQ(Told([&] { pool.update(); }), "DEBUG open pool: .//TMP\n" + row.told);
@@ -190,7 +187,7 @@ pool error - corrupted parameter pool file
     EXPECT_EQ(ReadFile(temporary), row.kept);
     fs::remove(temporary);
   }
-  auto pool = Pool();
+  POOL pool("pool");
   fs::remove_all(folder);
   EXPECT_EQ(Told([&] { pool.update(); }), R"(ALARM No such file or directory
 DEBUG open pool: .//TMP
@@ -236,7 +233,7 @@ TEST_F(PoolUpdateTest, ACopiedItemIsWholeAndItsListGivesItBack) {
 TEST_F(PoolUpdateTest, AnUnwindingExceptionUpdatesAndIsNeverReplaced) {
   for (const auto& [failing, left] : {std::pair("pwrite", "k INT_32 2\n"s), {"", Entry("k", 5)}}) {
     const auto unwind = [call = failing] {
-      auto pool = Pool();
+      POOL pool("pool");
       pool.Change("k", 5);
       fault = {call, 0};
       throw "first";
@@ -249,7 +246,7 @@ TEST_F(PoolUpdateTest, AnUnwindingExceptionUpdatesAndIsNeverReplaced) {
 TEST_F(PoolUpdateTest, TimesAreEntriesOfTheirOwnForm) {
   ARRAY<UNIVERSAL_TIME> times(3, 1), read;
   UNIVERSAL_TIME& time = times.GetBase()[3] = UNIVERSAL_TIME("2004-01-14T10:11:12.123456");
-  auto pool = Pool();
+  POOL pool("pool");
   WriteTime(pool, {"scene", "", "start"}, time, 6, true);
   WriteTimes(pool, {"epochs"}, times, 6);
   pool.update();
