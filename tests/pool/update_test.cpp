@@ -17,6 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using namespace std::string_literals;
+/// Its update comes with the end of the statement, or of the variable that takes it.
 using POOL = PARAMETER_POOL_READ_WRITE_CHANGE;
 
 /// The system call that fails once, behind as many that go well.
@@ -212,7 +213,7 @@ TEST_F(PoolUpdateTest, ACopiedItemIsWholeAndItsListGivesItBack) {
   list.add("p", points, {});
   list.add("a", POINT<int>{5, 8}, ARRAY<STRING>("note"));
   ASSERT_EQ(list.find("a"), 1);
-  const PARAMETER_POOL_ITEM copy(list.current()), none;
+  const PARAMETER_POOL_ITEM copy(list.current()), none, copy_of_none(none);
   PARAMETER_POOL_ITEM assigned("b", 1.0, {}), typeless(copy);
   assigned.Text();
   for (const auto& item : {copy, assigned = copy}) {
@@ -220,7 +221,7 @@ TEST_F(PoolUpdateTest, ACopiedItemIsWholeAndItsListGivesItBack) {
   }
   typeless.type = static_cast<TYPE_CODE>(48);
   EXPECT_EQ(typeless.Text().Text(), "");
-  EXPECT_THROW((assigned = none).Text(), ERROR_UNHANDLED_CASE);
+  EXPECT_THROW((assigned = copy_of_none).Text(), ERROR_UNHANDLED_CASE);
   RANGE<int> pair;
   ARRAY<RANGE<int>> pairs;
   list.get("a", pair), list.get("p", pairs);
@@ -245,7 +246,8 @@ TEST_F(PoolUpdateTest, AnUnwindingExceptionUpdatesAndIsNeverReplaced) {
 
 TEST_F(PoolUpdateTest, TimesAreEntriesOfTheirOwnForm) {
   ARRAY<UNIVERSAL_TIME> times(3, 1), read;
-  UNIVERSAL_TIME& time = times.GetBase()[3] = UNIVERSAL_TIME("2004-01-14T10:11:12.123456");
+  const UNIVERSAL_TIME time("2004-01-14T10:11:12.123456");
+  times.GetBase()[3] = time;
   POOL pool("pool");
   WriteTime(pool, {"scene", "", "start"}, time, 6, true);
   WriteTimes(pool, {"epochs"}, times, 6);
@@ -253,8 +255,8 @@ TEST_F(PoolUpdateTest, TimesAreEntriesOfTheirOwnForm) {
   pool.open("pool");
   ReadTimes(pool, {"epochs"}, read);
   EXPECT_EQ(read.GetBase()[3], time);
-  ReadTime(pool, {"scene", "start"}, time);
-  EXPECT_STREQ(time.c_str(), "14-JAN-2004/10:11:12.123450");
+  ReadTime(pool, {"scene", "start"}, read.GetBase()[3]);
+  EXPECT_STREQ(read.GetBase()[3].c_str(), "14-JAN-2004/10:11:12.123450");
   int fraction = 0;
   pool.Read("scene_start_usecs", fraction);
   EXPECT_EQ(fraction, 123456);
