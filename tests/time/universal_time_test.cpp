@@ -189,7 +189,7 @@ TEST_F(UniversalTimeTest, FractionsAndSecondsCarryBothWays) {
   EXPECT_EQ(next + DURATION(1, -86400000, 1001) - next, DURATION(0, 1, 1));
   UTC moving = start;
   EXPECT_EQ(moving++, start);
-  EXPECT_EQ(--moving, start);
+  EXPECT_EQ(moving--, start + Seconds(1));
   EXPECT_EQ(moving += -0.00025, start + DURATION(0, 0, 750));
   EXPECT_EQ(MilliOfDay(23, 60, 1, 5), MilliOfDay(23, 59, 1, 5));
   // Seconds count from the first day of week numbers.
