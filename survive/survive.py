@@ -1,5 +1,5 @@
-"""Runs of the built program under strace, which kills it at a system call or lets one fail, and what
-is left behind."""
+"""Runs of the built program in many fresh directories, killed at a system call or with one that fails, and
+what is left behind."""
 
 import re
 import shutil
@@ -12,15 +12,36 @@ import pytest
 from varnoth_run import BINARY, Pair, Run, arguments, run
 
 CALL = re.compile(r"(\w+)\((.*)\) += (-?\w+|\?)")
-TIMES = [(rb"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d", b"TIME"),
-         (rb"(execution_times[^{]*{)[^}]*", rb"\1N")]
+TIMES = re.compile(rb"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d|(?<=execution_times)[^{]*{[^}]*")
 
 
 def masked(content):
     """A pool's content without the times of the run."""
-    for pattern, replacement in TIMES:
-        content = re.sub(pattern, replacement, content)
-    return content
+    return TIMES.sub(b"", content)
+
+
+def marks(directory):
+    return Run(directory, 0, "", "").marks
+
+
+def expect_clean_rerun(directory):
+    done = run(directory)
+    assert (done.status, done.marks) == (0, {"OK": "0"}), done.alarms
+
+
+def sweep(start, root, points, look):
+    """Gives each point a fresh copy of a directory; counts what `look` tells of it."""
+    def one(numbered):
+        number, point = numbered
+        directory = shutil.copytree(start, root / str(number))
+        try:
+            seen = look(directory, *point)
+        except AssertionError as error:
+            raise AssertionError(f"at {point}: {error}") from error
+        shutil.rmtree(directory)
+        return seen
+    with ThreadPoolExecutor(2) as pool:
+        return Counter(pool.map(one, enumerate(points)))
 
 
 class Stage:
@@ -39,14 +60,17 @@ class Stage:
         (self.start / "log.pool").write_text('# of another step\nother STR "x"\n\n')
         self.before = {p.name: p.read_bytes() for p in self.start.glob("*.pool")}
         first = self.fresh("new")
-        self.calls = Counter(name for name, _, _ in self.traced(first)[1])
+        _, self.calls = self.traced(first)
         if not self.calls:
             pytest.skip("LEFT OUT: no right to trace a process")
         self.after = {name: masked((first / name).read_bytes()) for name in self.UPDATED}
-        self.log_lines = len(Run(first, 0, "", "").log)
+        self.log = Run(first, 0, "", "").log
 
     def fresh(self, name):
         return shutil.copytree(self.start, self.root / name)
+
+    def sweep(self, points, look):
+        return sweep(self.start, self.root, points, look)
 
     def traced(self, directory, *injection):
         """The status of a run under strace and its calls, as name, arguments and result. The screen
@@ -54,41 +78,27 @@ class Stage:
         words = ["strace", "-o", "trace", *injection, BINARY, *self.WORDS]
         with (directory / "screen").open("wb") as screen:
             status = subprocess.run(words, cwd=directory, stdin=subprocess.DEVNULL, timeout=20,
-                                    stdout=screen, stderr=subprocess.DEVNULL,
-                                    check=False).returncode
+                                    stdout=screen, stderr=subprocess.DEVNULL, check=False).returncode
         path = directory / "trace"
         trace = path.read_text(errors="replace").splitlines() if path.exists() else []
-        path.unlink(missing_ok=True)
         return status, [m.groups() for m in map(CALL.match, trace) if m]
 
     def state(self, directory, name):
-        """What became of a pool: old, new, kept (incomplete, the complete one beside it) or lost."""
-        path = directory / name
-        content = path.read_bytes() if path.exists() else b""
+        """What became of a pool: old, new, or kept (incomplete, the complete one beside it)."""
+        content = (directory / name).read_bytes()
         if content == self.before[name]:
             return "old"
         if masked(content) == self.after[name]:
             return "new"
-        complete = [p for p in directory.glob("pool_*")
-                    if masked(p.read_bytes()) == self.after[name]]
-        return "kept" if complete and complete[0].read_bytes().startswith(content) else "lost"
+        beside = [p.read_bytes() for p in directory.glob("pool_*")]
+        assert any(masked(whole) == self.after[name] and whole.startswith(content) for whole in beside), \
+            f"{name} is lost"
+        return "kept"
 
-    def sweep(self, points, look):
-        """Gives each point a fresh directory; counts what `look` tells of it."""
-        def one(numbered):
-            number, point = numbered
-            directory = self.fresh(str(number))
-            seen = look(directory, *point)
-            shutil.rmtree(directory)
-            return seen
-        with ThreadPoolExecutor(2) as pool:
-            return Counter(pool.map(one, enumerate(points)))
-
-
-def expect_clean_rerun(directory):
-    done = run(directory)
-    assert (done.status, done.marks) == (0, {"OK": "0"}), done.alarms
-
-
-def marks(directory):
-    return Run(directory, 0, "", "").marks
+    def outcome(self, directory, status):
+        """The exit status and what became of the pools: none is lost, and the success mark does not lie."""
+        states = tuple(self.state(directory, name) for name in self.UPDATED)
+        log = directory / "log.varnoth"
+        told = log.exists() and "ALARM" in log.read_text(errors="replace")
+        assert marks(directory).get("OK") in (None, "old") or states == ("new", "new") or told, states
+        return status, *states

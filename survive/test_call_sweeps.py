@@ -3,6 +3,9 @@ in every way that it can. No pool is lost, no mark lies, nothing hangs, and no l
 word on the screen."""
 
 import re
+from collections import Counter
+
+import pytest
 
 from survive import Stage, expect_clean_rerun, marks
 
@@ -14,6 +17,17 @@ ERRORS = {
     "unlink": ("EACCES", "EIO"), "newfstatat": ("EIO", "EACCES"), "fcntl": ("EBADF",),
 }
 LOADER = 127
+
+
+@pytest.fixture
+def stage(tmp_path):
+    return Stage(tmp_path)
+
+
+def points(stage, faults):
+    """Every call of a run with each of the faults that its name has."""
+    calls = Counter(name for name, _, _ in stage.calls)
+    return [(name, fault, n) for name in calls for fault in faults(name) for n in range(1, calls[name] + 1)]
 
 
 def mark_that_must_stand(calls):
@@ -29,69 +43,53 @@ def mark_that_must_stand(calls):
     return stands
 
 
-def test_kill_at_every_call(tmp_path):
-    stage = Stage(tmp_path)
-
-    def look(directory, name, number):
-        _, calls = stage.traced(directory, "-e", f"inject={name}:signal=KILL:when={number}")
-        states = tuple(stage.state(directory, pool) for pool in stage.UPDATED)
-        assert "lost" not in states, (name, number, states)
+def test_kill_at_every_call(stage):
+    def look(directory, name, fault, number):
+        _, calls = stage.traced(directory, "-e", f"inject={name}:{fault}:when={number}")
+        _, *states = stage.outcome(directory, "killed")
         for pool in ("master.pool", "slave.pool"):
             assert (directory / pool).read_bytes() == stage.before[pool]
         wanted, found = mark_that_must_stand(calls), marks(directory)
         if wanted is None:
-            assert found in ({}, {"OK": ""}), (name, number, found)
+            assert found in ({}, {"OK": ""})
         elif wanted or "ERROR" not in found:
-            assert found == wanted, (name, number, found)
-        assert found.get("OK") is None or states == ("new", "new")
+            assert found == wanted
         # A pool that was cut has its content beside it, and goes on from there.
         for pool, state in zip(stage.UPDATED, states):
             if state == "kept":
                 complete = max(directory.glob("pool_*"), key=lambda p: p.stat().st_size)
                 (directory / pool).write_bytes(complete.read_bytes())
         expect_clean_rerun(directory)
-        return states
+        return tuple(states)
 
-    points = [(name, n) for name, count in stage.calls.items() if name != "execve"
-              for n in range(1, count + 1)]
-    seen = stage.sweep(points, look)
-    print(f"\nkill sweep: {len(points)} points, lost 0; InSAR and log pool: {dict(seen)}")
-    assert len(points) > 300
+    seen = stage.sweep(points(stage, lambda name: ["signal=KILL"] if name != "execve" else []), look)
+    print(f"\nkill sweep: {seen.total()} points, lost 0; InSAR and log pool: {dict(seen)}")
+    assert seen.total() > 300
     assert all(any(state in states for states in seen) for state in ("old", "new", "kept"))
 
 
-def test_every_error(tmp_path):
-    stage = Stage(tmp_path)
-
+def test_every_error(stage):
     def look(directory, name, error, number):
-        point = (name, error, number)
         status, _ = stage.traced(directory, "-e", f"inject={name}:error={error}:when={number}")
-        states = tuple(stage.state(directory, pool) for pool in stage.UPDATED)
+        outcome, found = stage.outcome(directory, status), marks(directory)
         log = directory / "log.varnoth"
         text = log.read_text(errors="replace") if log.exists() else ""
         screen = (directory / "screen").read_text(errors="replace")
-        told = re.search("Can not (create|remove) file", text + screen)
-        assert "lost" not in states, (point, status, states)
-        assert 0 <= status, (point, status)
+        mark_fault_is_told = re.search("Can not (create|remove) file", text + screen)
         if error == "EINTR" and status != LOADER:
-            assert (status, *states) == (0, "new", "new"), point
-        found = marks(directory)
+            assert outcome == (0, "new", "new")
         if status == 0:
-            # The marks themselves may be what failed; that is told.
-            assert found == {"OK": "0"} or told, point
-            assert states == ("new", "new") or "ALARM" in text, (point, states)
-            assert states[1] == "new", point
-            whole = text.count("\n") >= stage.log_lines
-            assert whole or re.search("log file is incomplete|tmp logging file", screen), point
+            assert found == {"OK": "0"} or mark_fault_is_told
+            assert outcome[2] == "new"
+            whole = text.count("\n") >= len(stage.log)
+            assert whole or re.search("log file is incomplete|tmp logging file", screen)
         elif status == 1:
-            assert found == {"ERROR": "1"} or told, (point, found)
-            assert "ALARM" in text + screen, point
+            assert found == {"ERROR": "1"} or mark_fault_is_told
+            assert "ALARM" in text + screen
         else:
-            assert found == {} and status in (255, LOADER), (point, status)
-        return f"status {status}", *states
+            assert found == {} and status in (255, LOADER)
+        return outcome
 
-    points = [(name, error, n) for name, errors in ERRORS.items() for error in errors
-              for n in range(1, stage.calls[name] + 1)]
-    seen = stage.sweep(points, look)
-    print(f"\nerror sweep: {len(points)} points, lost 0: {dict(seen)}")
-    assert len(points) > 500
+    seen = stage.sweep(points(stage, lambda name: ERRORS.get(name, ())), look)
+    print(f"\nerror sweep: {seen.total()} points, lost 0: {dict(seen)}")
+    assert seen.total() > 500

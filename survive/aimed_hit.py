@@ -1,0 +1,130 @@
+"""A run that is hit with a signal at a place in its code instead of at a moment, so that what is found does
+not depend on how busy the machine is. The program must be linked to fixed addresses."""
+
+import ctypes
+import os
+import subprocess
+import threading
+from collections import Counter
+from signal import SIGKILL, SIGTRAP
+
+ptrace = ctypes.CDLL(None).ptrace
+ptrace.argtypes = [ctypes.c_long, ctypes.c_long, ctypes.c_void_p, ctypes.c_void_p]
+ptrace.restype = ctypes.c_long
+TRACE_ME, READ_REGISTER, WRITE_REGISTER, CONTINUE, STEP, SET_OPTIONS = 0, 3, 6, 7, 9, 0x4200
+NEXT_INSTRUCTION, STACK_TOP = 8 * 16, 8 * 19
+DIES_WITH_ITS_TRACER = 0x100000
+BREAKPOINT = b"\xcc"
+PASSES = 1000
+
+
+class TracedRun:
+    """A run under ptrace, and its breakpoints. It belongs to the thread that made it."""
+
+    def __init__(self, command, directory, breakpoints):
+        # pylint: disable=consider-using-with
+        self.process = subprocess.Popen(command, cwd=directory, env={**os.environ, "TMPDIR": "tmp"},
+                                        stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                                        stderr=subprocess.DEVNULL,
+                                        preexec_fn=lambda: ptrace(TRACE_ME, 0, None, None))
+        self.pid = self.process.pid
+        self.memory = os.open(f"/proc/{self.pid}/mem", os.O_RDWR)
+        # What hangs ends by a signal that no test sends.
+        self.patience = threading.Timer(60, os.kill, (self.pid, SIGKILL))
+        self.patience.start()
+        self.saved = {}
+        self.wait()
+        ptrace(SET_OPTIONS, self.pid, None, DIES_WITH_ITS_TRACER)
+        for address in breakpoints:
+            self.insert(address)
+
+    def wait(self):
+        _, self.status = os.waitpid(self.pid, 0)
+        if not self.is_stopped():
+            self.process.returncode = os.waitstatus_to_exitcode(self.status)
+            self.patience.cancel()
+            os.close(self.memory)
+
+    def is_stopped(self):
+        return os.WIFSTOPPED(self.status)
+
+    def insert(self, address):
+        if address not in self.saved:
+            self.saved[address] = os.pread(self.memory, 1, address)
+            os.pwrite(self.memory, BREAKPOINT, address)
+
+    def remove(self, address):
+        os.pwrite(self.memory, self.saved.pop(address), address)
+
+    def register(self, which):
+        return ptrace(READ_REGISTER, self.pid, which, None)
+
+    def return_address(self):
+        return int.from_bytes(os.pread(self.memory, 8, self.register(STACK_TOP)), "little")
+
+    def step(self):
+        ptrace(STEP, self.pid, None, None)
+        self.wait()
+
+    def go_on(self, number=0):
+        """Goes on, with a signal or without, to the next breakpoint, whose instruction is ahead then; None
+        at the end. Signals on the way are delivered."""
+        address = self.register(NEXT_INSTRUCTION)
+        if number == 0 and address in self.saved:  # with a signal the handler comes first
+            self.remove(address)
+            self.step()
+            if self.is_stopped():
+                self.insert(address)
+        while self.is_stopped():
+            ptrace(CONTINUE, self.pid, None, number)
+            self.wait()
+            if self.is_stopped():
+                number = os.WSTOPSIG(self.status)
+                address = self.register(NEXT_INSTRUCTION) - len(BREAKPOINT)
+                if number == SIGTRAP and address in self.saved:
+                    ptrace(WRITE_REGISTER, self.pid, NEXT_INSTRUCTION, address)
+                    return address
+        return None
+
+
+def count_passes(command, directory, addresses):
+    """How often a run passes each address, as far as PASSES."""
+    passes = Counter()
+    run = TracedRun(command, directory, addresses)
+    while address := run.go_on():
+        passes[address] += 1
+        if passes[address] == PASSES:
+            run.remove(address)
+    return passes
+
+
+def hit(command, directory, place, signals, handler, ending, unsafe):
+    """Stops a run where an address is passed for the n-th time, goes some instructions further, sends one
+    or two signals, and tells the run's exit status: negative for a signal, and "unsafe" where the handler,
+    or what it ends by, passes one of the unsafe addresses."""
+    address, occurrence, steps = place
+    run = TracedRun(command, directory, [address])
+    for _ in range(occurrence):
+        assert run.go_on(), "the place is not met"
+    run.remove(address)
+    while steps > 0 and run.is_stopped():
+        run.step()
+        steps -= 1
+    if not run.is_stopped():
+        return run.process.returncode
+    for watched in (handler, ending, *unsafe):
+        run.insert(watched)
+    first, *second = signals
+    for number in second:
+        os.kill(run.pid, number)
+    back, is_inside = None, False
+    at = run.go_on(first)
+    while at:
+        if at == handler and back is None:
+            back = run.return_address()
+            run.insert(back)
+        if is_inside and at in unsafe and at != back:
+            return "unsafe"
+        is_inside = at != back and (is_inside or at in (handler, ending))
+        at = run.go_on()
+    return run.process.returncode
