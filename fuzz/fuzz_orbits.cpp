@@ -13,17 +13,14 @@ namespace varnoth::fuzz {
 
 namespace {
 
-/// Seconds of a sample from the reference time; no number if the orbit has another element type.
-template <class ELEMENT>
+/// Seconds of a sample from the reference time: the entry of the orbit's own element type gives
+/// them.
 double TimeOf(const SCENE_ORBIT& orbit, int index) {
-  ELEMENT time = NAN;
+  double time = 0;
+  float narrow = 0;
   orbit.core->GetRelativeSampleTime(index, time);
-  return time;
-}
-
-double TimeOf(const SCENE_ORBIT& orbit, int index) {
-  const double time = TimeOf<double>(orbit, index);
-  return std::isnan(time) ? TimeOf<float>(orbit, index) : time;
+  orbit.core->GetRelativeSampleTime(index, narrow);
+  return time + narrow;
 }
 
 /// Whether an orbit is one that a satellite might fly and that any method may be asked of: no
@@ -39,70 +36,65 @@ bool IsReasonable(const SCENE_ORBIT& orbit) {
     for (int c = 0; c < 3; ++c) {
       if (!std::isless(std::fabs(position[c] + narrow[c]), 1e9)) return false;
     }
-    if (i == 0) continue;
-    const double gap = TimeOf(orbit, i) - TimeOf(orbit, i - 1);
+    const double gap = i > 0 ? TimeOf(orbit, i) - TimeOf(orbit, i - 1) : 1;
     if (!std::isgreater(gap, 0.5) || !std::isless(gap, 100)) return false;
   }
   return true;
 }
 
-/// Any time within and, but for the method that ends the process there, outside of the samples.
-void Evaluate(const SCENE_ORBIT& orbit, bool inside_only, bool is_reasonable) {
-  const int last = orbit.core->GetSampleCount() - 1;
-  const double first_gap = TimeOf(orbit, 1) - TimeOf(orbit, 0);
-  for (const double time : {TimeOf(orbit, 0) + 0.3 * first_gap, TimeOf(orbit, last) - 0.01, 1e5}) {
-    if (inside_only && time > TimeOf(orbit, last)) continue;
-    double state[9] = {};
-    const bool given = Accepts([&] {
-      orbit.core->GetPosition(time, state);
-      orbit.core->GetVelocity(time, state + 3);
-      orbit.core->GetAcceleration(time, state + 6);
-    });
-    for (const double part : state) {
-      Require(!given || !is_reasonable || std::isfinite(part), "a reasonable orbit has states");
-    }
-  }
-}
-
-}  // namespace
-
-/// A pool with an orbit; behind lines of "%" alone the definition and the content of its record
-/// file. What loads can be evaluated and copied, or refuses. The Hermite methods, which end the
-/// process outside their samples and at no numbers, are asked of reasonable orbits alone.
-void FuzzOrbits(const std::string& input) {
-  Accepts([&] { SCENE_ORBIT().ParseInterpolation(input.c_str()); });
+/// The orbit of a pool with, behind lines of "%" alone, the definition and the content of its
+/// record file.
+void Load(SCENE_ORBIT& orbit, const std::string& input) {
+  constexpr const char* DIRECTORY = "KOVA1/hddc_BRNR012/dt_005.007/pri";
   const std::string separator = "\n%\n";
   const std::size_t definition = input.find(separator);
   const std::size_t records = input.rfind(separator);
   WriteFile("pool", input.substr(0, definition) + "\n");
   if (records != definition) {
-    constexpr const char* DIRECTORY = "KOVA1/hddc_BRNR012/dt_005.007/pri";
     WriteFile("format.dat", input.substr(definition + 3, records - definition - 2));
     std::filesystem::create_directories(DIRECTORY);
     WriteFile((std::string(DIRECTORY) + "/orbit").c_str(), input.substr(records + 3));
   }
-  const auto load = [](SCENE_ORBIT& orbit) {
-    PARAMETER_POOL pool("pool");
-    orbit.read(pool);
-  };
-  const bool traps = fegetexcept() != 0;
+  PARAMETER_POOL pool("pool");
+  orbit.read(pool);
+}
+
+}  // namespace
+
+/// What loads can be evaluated as a copy, or refuses. The Hermite methods, which end the process
+/// outside their samples and at no numbers, are asked of reasonable orbits alone.
+void FuzzOrbits(const std::string& input) {
   const bool is_hermite = input.find("hermite") != input.npos;
+  const bool traps = fegetexcept() != 0;
   bool is_reasonable = false;
   {
     const HELD_TRAPS no_traps;
     SCENE_ORBIT orbit;
-    if (!Accepts([&] { load(orbit); })) return;
-    if (orbit.core->GetSampleCount() < 2) return;
+    if (!Accepts([&] { Load(orbit, input); }) || orbit.core->GetSampleCount() < 2) return;
     is_reasonable = IsReasonable(orbit);
-    if (!is_reasonable && is_hermite) return;
-    Evaluate(orbit, is_hermite, is_reasonable);
   }
-  if (traps && !is_reasonable) return;  // for an absurd orbit a trap may be the right answer
-  SCENE_ORBIT orbit;
-  load(orbit);
+  // For an absurd orbit a trap may be the right answer.
+  if (!is_reasonable && (traps || is_hermite)) return;
   SCENE_ORBIT copy;
-  copy = orbit;
-  Evaluate(copy, is_hermite, is_reasonable);
+  {
+    SCENE_ORBIT orbit;
+    Load(orbit, input);
+    copy = orbit;
+  }
+  const double first = TimeOf(copy, 0);
+  const double last = TimeOf(copy, copy.core->GetSampleCount() - 1);
+  for (const double time :
+       {first + 0.3 * (TimeOf(copy, 1) - first), last - 0.01, is_hermite ? last : 1e5}) {
+    double state[9] = {};
+    const bool is_given = Accepts([&] {
+      copy.core->GetPosition(time, state);
+      copy.core->GetVelocity(time, state + 3);
+      copy.core->GetAcceleration(time, state + 6);
+    });
+    for (const double part : state) {
+      Require(!is_given || !is_reasonable || std::isfinite(part), "a reasonable orbit has states");
+    }
+  }
 }
 
 }  // namespace varnoth::fuzz

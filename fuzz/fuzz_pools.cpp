@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "fuzz_target.hpp"
 #include "pool/parameter_pool_read_write_change.hpp"
 
@@ -37,17 +39,14 @@ void FuzzPools(const std::string& input) {
   Require(ReadFile("pool") == content, "an update without changes keeps the file");
 
   const double number = static_cast<double>(input.size()) / 3 - 1;
-  ARRAY<STRING> texts(1, 2);
-  texts.GetBase()[1] = "of one line";
+  const ARRAY<STRING> texts(
+      "of one line",
+      input.substr(0, input.find_first_of("\r\n\\\"" + std::string(1, '\0'))).c_str());
   bool added = false;
   {
     PARAMETER_POOL_READ_WRITE_CHANGE pool("pool");
     pool.Change("k", number, ARRAY<STRING>("a comment"));
-    added = Accepts([&] {
-      texts.GetBase()[2] =
-          input.substr(0, input.find_first_of("\r\n\\\"" + std::string(1, '\0'))).c_str();
-      pool.Change("t", texts);
-    });
+    added = Accepts([&] { pool.Change("t", texts); });
   }
   // Anything with one of the keys' letters may hold an entry that was replaced.
   const bool is_new = content.find_first_of("kt") == content.npos;
@@ -59,8 +58,8 @@ void FuzzPools(const std::string& input) {
   if (!added) return;
   ARRAY<STRING> read_texts;
   pool.Read("t", read_texts);
-  Require(read_texts.GetBase()[1] == texts.GetBase()[1], "a text reads back");
-  Require(read_texts.GetBase()[2] == texts.GetBase()[2], "any text of one line reads back");
+  Require(std::equal(texts.GetBase(), texts.GetBase() + 2, read_texts.GetBase()),
+          "any text of one line reads back");
 }
 
 }  // namespace varnoth::fuzz

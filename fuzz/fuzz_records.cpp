@@ -17,15 +17,15 @@ void FuzzRecords(const std::string& input) {
   WriteFile((directory + "/f").c_str(), input.substr(end + 2));
   records.Open(std::ios::in);
   RECORD_ITEM last;
-  int count = 0;
+  bool is_read = false;
   Accepts([&] {
-    for (; records.Read(); ++count) last = records.GetKeyItem();
+    for (; records.Read(); is_read = true) last = records.GetKeyItem();
   });
   for (const int lines : {-3, 2, -1000}) Accepts([&] { records.ReadStep(lines); });
   for (int stop = mdb_stop_before; stop <= mdb_stop_after; ++stop) {
     Accepts([&] { records.GotoRecord(last, static_cast<MDB_STOP>(stop)); });
   }
-  if (count == 0 || !Accepts([&] { last.Text(); })) return;
+  if (!is_read || !Accepts([&] { last.Text(); })) return;
   // What was read is written so that it reads back.
   Accepts([&] {
     records.GotoRecord(last, mdb_stop_nearest);

@@ -1,10 +1,12 @@
 #include "fuzz_target.hpp"
 
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 
 #include "framework/controller_ifc.hpp"
 #include "log/log.hpp"
@@ -12,6 +14,7 @@
 
 namespace varnoth::fuzz {
 
+// A target takes any bytes and must neither crash nor break what it requires.
 #define VARNOTH_TARGETS(ROW)               \
   ROW(configuration, FuzzConfiguration)    \
   ROW(values, FuzzValues)                  \
@@ -25,30 +28,7 @@ namespace varnoth::fuzz {
 #define VARNOTH_ROW(NAME, RUN) {#NAME, RUN},
 VARNOTH_TARGETS(VARNOTH_DECLARED)
 
-namespace {
-
-constexpr TARGET TARGETS[] = {VARNOTH_TARGETS(VARNOTH_ROW)};
-std::string scratch;
-
-}  // namespace
-
-const TARGET* FindTarget(const std::string& name) {
-  for (const TARGET& target : TARGETS) {
-    if (name == target.name) return &target;
-  }
-  return nullptr;
-}
-
-void Prepare() {
-  GlobalLog.set_file_level(NO_LEVEL);
-  GlobalLog.set_screen_level(NO_LEVEL);
-  scratch = std::filesystem::temp_directory_path() / "fuzz_XXXXXX";
-  Require(mkdtemp(scratch.data()) != nullptr, "a scratch directory");
-  std::filesystem::current_path(scratch);
-  GlobalLog.change_file("log");  // takes its temporary file away
-  std::atexit([] { std::filesystem::remove_all(scratch); });
-  if (std::getenv("FUZZ_TRAPS") != nullptr) enable_fp_traps();
-}
+static void (*target)(const std::string& input) = nullptr;
 
 void Require(bool holds, const char* what) {
   if (holds) return;
@@ -64,6 +44,30 @@ std::string ReadFile(const char* path) {
   std::ifstream stream(path, std::ios::binary);
   Require(stream.is_open(), "a file to be read");
   return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+/// Takes the target that the variable FUZZ_TARGET names, and prepares the process: a directory of
+/// its own to work in, a log that shows nothing and, where FUZZ_TRAPS is set, arithmetic that
+/// traps.
+extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
+  const char* const name = std::getenv("FUZZ_TARGET");
+  target = std::map<std::string, decltype(target)>{
+      VARNOTH_TARGETS(VARNOTH_ROW)}[name != nullptr ? name : ""];
+  Require(target != nullptr, "FUZZ_TARGET names a target");
+  GlobalLog.set_file_level(NO_LEVEL);
+  GlobalLog.set_screen_level(NO_LEVEL);
+  static std::string scratch = std::filesystem::temp_directory_path() / "fuzz_XXXXXX";
+  Require(mkdtemp(scratch.data()) != nullptr, "a scratch directory");
+  std::filesystem::current_path(scratch);
+  GlobalLog.change_file("log");  // takes its temporary file away
+  std::atexit([] { std::filesystem::remove_all(scratch); });
+  if (std::getenv("FUZZ_TRAPS") != nullptr) enable_fp_traps();
+  return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  target(std::string(reinterpret_cast<const char*>(data), size));
+  return 0;
 }
 
 }  // namespace varnoth::fuzz

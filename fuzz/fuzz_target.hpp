@@ -6,19 +6,6 @@
 
 namespace varnoth::fuzz {
 
-/// A function that takes any bytes and must neither crash nor break what it requires.
-struct TARGET {
-  const char* name;
-  void (*run)(const std::string& input);
-};
-
-/// The target of a name; null for none.
-const TARGET* FindTarget(const std::string& name);
-
-/// Prepares the process: a directory of its own to work in, a log that shows nothing and, where the
-/// variable FUZZ_TRAPS is set, arithmetic that traps.
-void Prepare();
-
 /// Ends the process, by an abort that the fuzzer reports, where a requirement does not hold.
 void Require(bool holds, const char* what);
 

@@ -1,15 +1,17 @@
-// Runs saved inputs through a target: replay <target> <absolute path>...
+// Hands saved inputs to the target as libFuzzer does: replay <absolute path>...
 
-#include <cstdio>
+#include <cstdint>
 
 #include "fuzz_target.hpp"
 
+extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv);
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
 int main(int argc, char** argv) {
-  using namespace varnoth::fuzz;
-  const TARGET* const target = argc > 1 ? FindTarget(argv[1]) : nullptr;
-  Require(target != nullptr, "the first word names a target");
-  Require(argc > 2, "there are inputs");
-  Prepare();
-  for (int i = 2; i < argc; ++i) target->run(ReadFile(argv[i]));
-  std::printf("%s: %d inputs\n", target->name, argc - 2);
+  varnoth::fuzz::Require(argc > 1, "there are inputs");
+  LLVMFuzzerInitialize(&argc, &argv);
+  for (int i = 1; i < argc; ++i) {
+    const std::string input = varnoth::fuzz::ReadFile(argv[i]);
+    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(input.data()), input.size());
+  }
 }

@@ -22,31 +22,18 @@ class TracedRun:
     """A run under ptrace, and its breakpoints. It belongs to the thread that made it."""
 
     def __init__(self, command, directory, breakpoints):
-        # pylint: disable=consider-using-with
-        self.process = subprocess.Popen(command, cwd=directory, env={**os.environ, "TMPDIR": "tmp"},
-                                        stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                                        stderr=subprocess.DEVNULL,
-                                        preexec_fn=lambda: ptrace(TRACE_ME, 0, None, None))
-        self.pid = self.process.pid
-        self.memory = os.open(f"/proc/{self.pid}/mem", os.O_RDWR)
+        process = subprocess.Popen(command, cwd=directory, env={**os.environ, "TMPDIR": "tmp"},
+                                   stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                                   preexec_fn=lambda: ptrace(TRACE_ME, 0, None, None))
+        self.process, self.pid, self.saved = process, process.pid, {}
         # What hangs ends by a signal that no test sends.
         self.patience = threading.Timer(60, os.kill, (self.pid, SIGKILL))
         self.patience.start()
-        self.saved = {}
-        self.wait()
+        os.waitpid(self.pid, 0)
         ptrace(SET_OPTIONS, self.pid, None, DIES_WITH_ITS_TRACER)
+        self.memory = os.open(f"/proc/{self.pid}/mem", os.O_RDWR)
         for address in breakpoints:
             self.insert(address)
-
-    def wait(self):
-        _, self.status = os.waitpid(self.pid, 0)
-        if not self.is_stopped():
-            self.process.returncode = os.waitstatus_to_exitcode(self.status)
-            self.patience.cancel()
-            os.close(self.memory)
-
-    def is_stopped(self):
-        return os.WIFSTOPPED(self.status)
 
     def insert(self, address):
         if address not in self.saved:
@@ -59,31 +46,31 @@ class TracedRun:
     def register(self, which):
         return ptrace(READ_REGISTER, self.pid, which, None)
 
-    def return_address(self):
-        return int.from_bytes(os.pread(self.memory, 8, self.register(STACK_TOP)), "little")
-
-    def step(self):
-        ptrace(STEP, self.pid, None, None)
-        self.wait()
+    def advance(self, how, number=0):
+        """Goes on, with a signal or without, up to the signal that stops the run; None at its end."""
+        ptrace(how, self.pid, None, number)
+        _, status = os.waitpid(self.pid, 0)
+        if os.WIFSTOPPED(status):
+            return os.WSTOPSIG(status)
+        self.process.returncode = os.waitstatus_to_exitcode(status)
+        self.patience.cancel()
+        os.close(self.memory)
+        return None
 
     def go_on(self, number=0):
-        """Goes on, with a signal or without, to the next breakpoint, whose instruction is ahead then; None
-        at the end. Signals on the way are delivered."""
+        """The same up to the next breakpoint, whose instruction is ahead then. Signals on the way are
+        delivered."""
         address = self.register(NEXT_INSTRUCTION)
         if number == 0 and address in self.saved:  # with a signal the handler comes first
             self.remove(address)
-            self.step()
-            if self.is_stopped():
-                self.insert(address)
-        while self.is_stopped():
-            ptrace(CONTINUE, self.pid, None, number)
-            self.wait()
-            if self.is_stopped():
-                number = os.WSTOPSIG(self.status)
-                address = self.register(NEXT_INSTRUCTION) - len(BREAKPOINT)
-                if number == SIGTRAP and address in self.saved:
-                    ptrace(WRITE_REGISTER, self.pid, NEXT_INSTRUCTION, address)
-                    return address
+            if not self.advance(STEP):
+                return None
+            self.insert(address)
+        while number := self.advance(CONTINUE, number):
+            address = self.register(NEXT_INSTRUCTION) - len(BREAKPOINT)
+            if number == SIGTRAP and address in self.saved:
+                ptrace(WRITE_REGISTER, self.pid, NEXT_INSTRUCTION, address)
+                return address
         return None
 
 
@@ -107,11 +94,9 @@ def hit(command, directory, place, signals, handler, ending, unsafe):
     for _ in range(occurrence):
         assert run.go_on(), "the place is not met"
     run.remove(address)
-    while steps > 0 and run.is_stopped():
-        run.step()
-        steps -= 1
-    if not run.is_stopped():
-        return run.process.returncode
+    for _ in range(steps):
+        if not run.advance(STEP):
+            return run.process.returncode
     for watched in (handler, ending, *unsafe):
         run.insert(watched)
     first, *second = signals
@@ -121,7 +106,7 @@ def hit(command, directory, place, signals, handler, ending, unsafe):
     at = run.go_on(first)
     while at:
         if at == handler and back is None:
-            back = run.return_address()
+            back = int.from_bytes(os.pread(run.memory, 8, run.register(STACK_TOP)), "little")
             run.insert(back)
         if is_inside and at in unsafe and at != back:
             return "unsafe"

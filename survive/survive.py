@@ -9,7 +9,7 @@ from concurrent.futures import ThreadPoolExecutor
 
 import pytest
 
-from varnoth_run import BINARY, Pair, Run, arguments, run
+from varnoth_run import BINARY, Pair, Run, arguments
 
 CALL = re.compile(r"(\w+)\((.*)\) += (-?\w+|\?)")
 TIMES = re.compile(rb"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d|(?<=execution_times)[^{]*{[^}]*")
@@ -22,11 +22,6 @@ def masked(content):
 
 def marks(directory):
     return Run(directory, 0, "", "").marks
-
-
-def expect_clean_rerun(directory):
-    done = run(directory)
-    assert (done.status, done.marks) == (0, {"OK": "0"}), done.alarms
 
 
 def sweep(start, root, points, look):

@@ -5,8 +5,6 @@ import fcntl
 import os
 import resource
 import subprocess
-import termios
-import time
 from pathlib import Path
 
 import pytest
@@ -65,28 +63,28 @@ def test_limit_of_the_cpu(ready, pair):
     assert "got fatal signal 24: exceeded cpu limit" in done.alarms
 
 
+def run_on(screen, directory, **words):
+    """A run that is asked to end after a second."""
+    command = ["timeout", "--preserve-status", "1", BINARY, *arguments(**words)]
+    status = subprocess.run(command, cwd=directory, stdout=screen, check=False, timeout=20).returncode
+    os.close(screen)
+    return Run(directory, status, "", "")
+
+
 def test_screen_that_nobody_reads(ready):
     """The signal of a broken pipe is not caught; the failure mark of the start stands."""
     reader, writer = os.pipe()
     os.close(reader)
     (ready / "own.cfg").touch()  # its lack would be told before the screen is quiet
-    words = arguments(pcf="own.cfg", lsl="ALARM", MasterPar="no/such.pool")
-    status = subprocess.run([BINARY, *words], cwd=ready, stdout=writer, check=False, timeout=20).returncode
-    os.close(writer)
-    assert (status, Run(ready, 0, "", "").marks) == (-13, {"ERROR": "1"})
+    done = run_on(writer, ready, pcf="own.cfg", lsl="ALARM", MasterPar="no/such.pool")
+    assert (done.status, done.marks) == (-13, {"ERROR": "1"})
 
 
 def test_screen_that_is_held(ready):
     """A pipe that nobody reads takes no more lines; a signal ends the run all the same."""
     reader, writer = os.pipe()
     fcntl.fcntl(writer, fcntl.F_SETPIPE_SZ, 4096)
-    with subprocess.Popen([BINARY, *arguments(lsl="TRACE")], cwd=ready, stdout=writer) as process:
-        waiting = bytearray(4)
-        while fcntl.ioctl(reader, termios.FIONREAD, waiting) or int.from_bytes(waiting, "little") < 3500:
-            time.sleep(0.01)
-        process.send_signal(15)
-    for end in (reader, writer):
-        os.close(end)
-    done = Run(ready, process.returncode, "", "")
+    done = run_on(writer, ready, lsl="TRACE")
+    os.close(reader)
     expect_told_failure(done)
     assert "got fatal signal 15" in done.alarms[0]
