@@ -1,3 +1,5 @@
+#include <cstring>
+
 #include "framework/controller_ifc.hpp"
 #include "fuzz_target.hpp"
 
@@ -16,9 +18,7 @@ void FuzzConfiguration(const std::string& input) {
     STRING value("old");
     if (!Accepts([&] { controller.find_parameter(key, value); })) continue;
     Require(value.Length() < 1024, "a value is part of a line");
-    for (std::size_t i = 0; i < value.Length(); ++i) {
-      Require(value[i] != ' ' && value[i] != '\t' && value[i] != '\n', "a value is one word");
-    }
+    Require(std::strcspn(value.c_str(), " \t\n") == value.Length(), "a value is one word");
   }
 }
 

@@ -50,9 +50,8 @@ std::string ReadFile(const char* path) {
 /// its own to work in, a log that shows nothing and, where FUZZ_TRAPS is set, arithmetic that
 /// traps.
 extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
-  const char* const name = std::getenv("FUZZ_TARGET");
   target = std::map<std::string, decltype(target)>{
-      VARNOTH_TARGETS(VARNOTH_ROW)}[name != nullptr ? name : ""];
+      VARNOTH_TARGETS(VARNOTH_ROW)}[std::getenv("FUZZ_TARGET")];
   Require(target != nullptr, "FUZZ_TARGET names a target");
   GlobalLog.set_file_level(NO_LEVEL);
   GlobalLog.set_screen_level(NO_LEVEL);

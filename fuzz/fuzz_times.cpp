@@ -1,6 +1,5 @@
 #include <functional>
 #include <sstream>
-#include <vector>
 
 #include "fuzz_target.hpp"
 #include "time/leap_seconds.hpp"
@@ -15,10 +14,21 @@ std::int64_t Microseconds(const DURATION& span) {
   return (span.Days() * std::int64_t{86400000} + span.Milliseconds()) * 1000 + span.Microseconds();
 }
 
-/// A printed time scans to itself, and a span that moves it leads there and back. `keeps_spans`
-/// tells of a time and where it was moved whether that holds.
-template <class TIME, class RULE>
-void FuzzTimes(const std::string& input, RULE keeps_spans) {
+/// Whether the date is days away from every leap second. Beside one, a span need not be a
+/// difference: the same label can stand for two moments.
+bool IsFarFromLeapSeconds(const UNIVERSAL_TIME& time) { return time.Day() > 2 && time.Day() < 28; }
+
+bool KeepsSpan(const UNIVERSAL_TIME& time, const UNIVERSAL_TIME& moved) {
+  return IsFarFromLeapSeconds(time) && IsFarFromLeapSeconds(moved);
+}
+
+/// Of a negative time the carries move the fields by the sign, on purpose.
+bool KeepsSpan(const MISSION_ELAPSED_TIME& time, const MISSION_ELAPSED_TIME& /*moved*/) {
+  return time.c_str()[0] == '+';
+}
+
+template <class TIME>
+void FuzzTime(const std::string& input) {
   Accepts([&] {
     const TIME time(input.c_str());
     Require(TIME(time.c_str()) == time, "a printed time scans to itself");
@@ -26,41 +36,31 @@ void FuzzTimes(const std::string& input, RULE keeps_spans) {
     const auto bits = static_cast<std::int64_t>(std::hash<std::string>{}(input));
     const DURATION span(bits % 4000, -bits % 86400000, bits % 100000000);
     const TIME moved = time + span;
-    if (!keeps_spans(time, moved)) return;
+    if (!KeepsSpan(time, moved)) return;
     Require(Microseconds(moved - time) == Microseconds(span), "a moved time differs by the span");
     // As a span, since the fields of a text may be beyond their range, a second 60 on any day.
     Require(Microseconds(moved + (time - moved) - time) == 0, "the way back leads back");
   });
 }
 
-/// Whether the date is days away from every leap second. Beside one, a span need not be a
-/// difference: the same label can stand for two moments.
-bool IsFarFromLeapSeconds(const UNIVERSAL_TIME& time) { return time.Day() > 2 && time.Day() < 28; }
-
 }  // namespace
 
-void FuzzUniversalTimes(const std::string& input) {
-  FuzzTimes<UNIVERSAL_TIME>(input, [](const auto& time, const auto& moved) {
-    return IsFarFromLeapSeconds(time) && IsFarFromLeapSeconds(moved);
-  });
-}
+void FuzzUniversalTimes(const std::string& input) { FuzzTime<UNIVERSAL_TIME>(input); }
 
-/// Of a negative time the carries move the fields by the sign, on purpose.
 void FuzzMissionTimes(const std::string& input) {
-  FuzzTimes<MISSION_ELAPSED_TIME>(
-      input, [](const auto& time, const auto& /*moved*/) { return time.c_str()[0] == '+'; });
+  FuzzTime<MISSION_ELAPSED_TIME>(input);
   Accepts([&] { MISSION_ELAPSED_TIME::Parse(input.c_str()); });
 }
 
-/// Three times, a line each.
+/// Up to three times, a line each.
 void FuzzLeapSeconds(const std::string& input) {
   Accepts([&] {
     std::istringstream lines(input);
-    std::vector<UNIVERSAL_TIME> times;
-    for (std::string line; times.size() < 3 && std::getline(lines, line);) {
-      times.emplace_back(line.c_str());
+    UNIVERSAL_TIME times[3];
+    for (UNIVERSAL_TIME& time : times) {
+      std::string line;
+      if (std::getline(lines, line)) time = UNIVERSAL_TIME(line.c_str());
     }
-    times.resize(3);
     const auto between = [&times](std::size_t a, std::size_t b) {
       return LeapSecondsBetween(times[a].Split(), times[b].Split());
     };

@@ -32,11 +32,10 @@ class TracedRun:
         os.waitpid(self.pid, 0)
         ptrace(SET_OPTIONS, self.pid, None, DIES_WITH_ITS_TRACER)
         self.memory = os.open(f"/proc/{self.pid}/mem", os.O_RDWR)
-        for address in breakpoints:
-            self.insert(address)
+        self.insert(*breakpoints)
 
-    def insert(self, address):
-        if address not in self.saved:
+    def insert(self, *addresses):
+        for address in set(addresses) - set(self.saved):
             self.saved[address] = os.pread(self.memory, 1, address)
             os.pwrite(self.memory, BREAKPOINT, address)
 
@@ -97,13 +96,11 @@ def hit(command, directory, place, signals, handler, ending, unsafe):
     for _ in range(steps):
         if not run.advance(STEP):
             return run.process.returncode
-    for watched in (handler, ending, *unsafe):
-        run.insert(watched)
-    first, *second = signals
-    for number in second:
+    run.insert(handler, ending, *unsafe)
+    for number in signals[1:]:
         os.kill(run.pid, number)
     back, is_inside = None, False
-    at = run.go_on(first)
+    at = run.go_on(signals[0])
     while at:
         if at == handler and back is None:
             back = int.from_bytes(os.pread(run.memory, 8, run.register(STACK_TOP)), "little")

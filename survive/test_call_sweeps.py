@@ -66,7 +66,6 @@ def test_kill_at_every_call(stage):
 
     seen = stage.sweep(points(stage, lambda name: ["signal=KILL"] if name != "execve" else []), look)
     print(f"\nkill sweep: {seen.total()} points, lost 0; InSAR and log pool: {dict(seen)}")
-    assert seen.total() > 300
     assert all(any(state in states for states in seen) for state in ("old", "new", "kept"))
 
 

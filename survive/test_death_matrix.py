@@ -52,12 +52,11 @@ def test_each_pool_that_is_no_readable_file(ready, pool, kind):
 
 def test_limit_of_the_cpu(ready, pair):
     """A Hermite polynomial through many samples takes minutes."""
-    for scene in (pair.master, pair.slave):
-        scene["orbit_interpolation"] = ("STR", "hermite")
-        scene["orbit_velocity_key"] = ("STR", "orbit_x, orbit_y, orbit_z")
-        for key in ("orbit_epoch", "orbit_x", "orbit_y", "orbit_z"):
-            scene[key] = ("FLT_15_V", [1000.0 + i for i in range(150)])
-    pair.insar["master_first_az_time"] = pair.insar["slave_first_az_time"] = ("FLT_15", 1005.5)
+    samples = ("FLT_15_V", [1000.0 + i for i in range(150)])
+    pair.master.update(dict.fromkeys(["orbit_epoch", "orbit_x", "orbit_y", "orbit_z"], samples),
+                       orbit_interpolation=("STR", "hermite"),
+                       orbit_velocity_key=("STR", "orbit_x, orbit_y, orbit_z"))
+    pair.insar["master_first_az_time"] = ("FLT_15", 1005.5)
     done = run(pair.write(ready), preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_CPU, (1, 3)))
     expect_told_failure(done)
     assert "got fatal signal 24: exceeded cpu limit" in done.alarms

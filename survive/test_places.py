@@ -65,19 +65,6 @@ def test_no_pipe_is_waited_for(ready, name, status):
     assert run(ready, environment={"TMPDIR": "tmp"}).status == status
 
 
-def test_nothing_is_written_behind_a_foreign_name(ready):
-    """Ids take the place of a link and of a second name; a log may be a link on purpose, and is added to."""
-    for name in ("victim", "log"):
-        (ready / name).write_text("precious\n")
-    (ready / "current_process.pid").symlink_to("victim")
-    os.link(ready / "victim", ready / "parent_process.pid")
-    (ready / "log.varnoth").symlink_to("log")
-    assert run(ready).status == 0
-    assert (ready / "victim").read_text() == "precious\n"
-    assert (ready / "parent_process.pid").read_text() == f"{os.getpid()}\n"
-    assert (ready / "log").read_text().startswith("precious\n")
-
-
 def test_temporary_files_are_private(tmp_path):
     made = [words for name, words, _ in Stage(tmp_path).calls if name == "openat" and "O_EXCL" in words]
     assert len(made) > 3 and all(words.endswith("O_RDWR|O_CREAT|O_EXCL, 0600") for words in made)

@@ -24,13 +24,6 @@ def masked(line):
     return VARYING.sub("", line)
 
 
-def functions():
-    """The program's functions by their addresses."""
-    symbols = subprocess.run(["nm", "-C", BINARY], capture_output=True, text=True, check=True).stdout
-    rows = re.findall(r"^(\w+) [tTwW] (.*)$", symbols, re.M)
-    return {int(address, 16): name for address, name in rows}
-
-
 def expect_whole_lines(text, reference, number):
     """Every line as in a run that nothing hits, the last one as far as it had come; then those of the end."""
     what = rf"got fatal signal {number}: .*\n"
@@ -48,7 +41,9 @@ def test_storm(tmp_path):
     (stage.start / "tmp").mkdir()
     (stage.start / "OK.varnoth").write_text("old")
     reference = [masked(line) for line in run(stage.fresh("reference"), stage.WORDS).log]
-    names, command = functions(), [BINARY, *stage.WORDS]
+    symbols = subprocess.run(["nm", "-C", BINARY], capture_output=True, text=True, check=True).stdout
+    names = {int(address, 16): name for address, name in re.findall(r"^(\w+) [tTwW] (.*)$", symbols, re.M)}
+    command = [BINARY, *stage.WORDS]
 
     def of(pattern, addresses=names):
         return [a for a in addresses if re.fullmatch(pattern, names[a])]
