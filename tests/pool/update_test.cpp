@@ -4,7 +4,9 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <filesystem>
+#include <thread>
 
 #include "pool/enumeration_entry.hpp"
 #include "pool/join_key.hpp"
@@ -91,6 +93,29 @@ TEST_F(PoolUpdateTest, NewKeysStandReversedAtTheEndWithTheirLastValue) {
   EXPECT_TRUE(pool.find_key("l") && !pool.find_key("a")) << "seen is the file as it stands";
   pool.update();
   EXPECT_EQ(ReadFile("pool"), "l INT_32 3\n" + Entry("b", 2) + Entry("c", 3) + Entry("a", 1));
+}
+
+TEST_F(PoolUpdateTest, WaitsForAnotherUpdateAndKeepsWhatThatLeft) {
+  POOL_STREAM other, third;
+  other.Open("pool", POOL_STREAM::MODE::READ_WRITE);
+  EXPECT_TRUE(other.SetLock(POOL_STREAM::LOCK::EXCLUSIVE, 0));
+  POOL pool("pool");
+  pool.Change("a", 1);
+  std::thread end_of_other([&] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    other.Truncate();
+    other.Write("z INT_32 3\n");
+    other.Close();
+  });
+  EXPECT_TRUE(PARAMETER_POOL("pool").find_key("z")) << "a key that is missing is looked for again";
+  end_of_other.join();
+  pool.Lock();
+  third.Open("pool", POOL_STREAM::MODE::READ_WRITE);
+  EXPECT_FALSE(third.SetLock(POOL_STREAM::LOCK::SHARED, 0));
+  EXPECT_FALSE(pool.find_key("k"));
+  pool.update();
+  EXPECT_TRUE(third.SetLock(POOL_STREAM::LOCK::EXCLUSIVE, 0));
+  EXPECT_EQ(ReadFile("pool"), "z INT_32 3\n" + Entry("a", 1));
 }
 
 TEST_F(PoolUpdateTest, WhatNoReaderTakesWholeIsToldAndRefused) {
