@@ -14,7 +14,7 @@ target_compile_options(varnoth_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wformat=2
   -Wno-format-nonliteral -Wnon-virtual-dtor
   # -Wrestrict of g++ 12 sees overlaps in std::string that are not there (its bug 105651).
-  $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wlogical-op -Wno-restrict>
+  $<$<CXX_COMPILER_ID:GNU>:-Woverloaded-virtual -Wduplicated-cond -Wlogical-op -Wno-restrict>
   $<$<BOOL:${VARNOTH_WERROR}>:-Werror>)
 
 # varnoth_floor(<target> SOURCES <file>... [FLOORS_BELOW <target>...])

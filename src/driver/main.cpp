@@ -79,15 +79,18 @@ void run(CONTROLLER_IFC& controller, SoftwareIdentity& identity, SoftwareLog& in
   BISTATIC_B bistatic;
   work_out_end_times(scene);
   results.sensor_look_direction = settle_look_direction(scene, master_pool, slave_pool);
+  raise_missed_trap();
 
   GlobalLog.printf_line(INFO, "starting flat earth calculation");
   const SWEEP sweep = sweep_flat_earth(scene, results.sensor_look_direction, bistatic);
+  raise_missed_trap();
   results.corners = corners_of(sweep);
   results.line_values = line_values_of(sweep);
   results.statistics = work_out_statistics(scene, sweep, results.corners);
   results.flat_earth =
       fit_flat_earth_polynomials(scene, sweep, configuration.flat_earth_poly_degree);
   print_nine_point_grids(scene, results.sensor_look_direction);
+  raise_missed_trap();
 
   annotate_results(results, insar_pool);
   information.update_pool(log_pool.Pool(), identity);

@@ -15,6 +15,7 @@ namespace varnoth {
 template <class T, class S>
 class SAMPLED_ORBIT : public ORBIT_BASE {
  public:
+  using ORBIT_BASE::operator=;
   /// Time of the first sample.
   void GetReferenceTime(UNIVERSAL_TIME& time) const override;
   void GetReferenceTime(MISSION_ELAPSED_TIME& time) const override;

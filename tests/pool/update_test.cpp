@@ -170,7 +170,7 @@ TEST_F(PoolUpdateTest, AReadErrorIsNoMissingKey) {
     PARAMETER_POOL pool("pool");
     double value = 0;
     fault = {"pread", well};
-    EXPECT_EQ(Told([&] { pool.Read(key, value); }),
+    EXPECT_EQ(Told([&, name = key] { pool.Read(name, value); }),
               "ALARM can not read parameter file pool: Input/output error\n"
               "can not read from file\n")
         << key << " with reads that go well: " << well;

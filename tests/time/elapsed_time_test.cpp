@@ -77,7 +77,7 @@ TEST_F(MissionElapsedTimeTest, ATextFillsTheFieldsUpToTheFault) {
   for (const auto& [input, values, fault, found] : TEXTS) {
     MET_SCANNER scanner;
     scanner.Scan("-9/9:9:9.999999");
-    EXPECT_EQ(ThrownText([&] { scanner.Parse(input); }), fault);
+    EXPECT_EQ(ThrownText([&, text = input] { scanner.Parse(text); }), fault);
     TakeLog();
     const bool is_sound = scanner.Scan(input);
     EXPECT_EQ(scanner.values, values) << input;
