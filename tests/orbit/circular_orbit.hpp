@@ -31,6 +31,8 @@ struct CIRCLE {
 
 /// An orbit that gives the states of a function of time (s) and derivative.
 struct ANALYTIC_ORBIT : ORBIT_BASE {
+  using ORBIT_BASE::GetPosition, ORBIT_BASE::GetVelocity, ORBIT_BASE::GetAcceleration;
+  using ORBIT_BASE::operator=;
   using STATES = std::function<TRIPLE(double, int)>;
   explicit ANALYTIC_ORBIT(STATES function) : states(std::move(function)) {}
   void GetPosition(const double& t, double* out) const override { Give(states(t, 0), out); }
