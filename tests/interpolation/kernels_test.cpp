@@ -9,7 +9,6 @@
 #include "interpolation/numerics/ludcmp.hpp"
 #include "interpolation/numerics/nrutil.hpp"
 #include "interpolation/numerics/svd.hpp"
-#include "interpolation/numerics/svdfit.hpp"
 
 namespace varnoth::test {
 namespace {
@@ -23,14 +22,14 @@ MATRIX<T> Filled(int rows, int columns, F f) {
   return matrix;
 }
 
-/// All distances of Σ f(i, k) g(k, j), k = 1 … count, from h(i, j), summed so that a NaN shows.
-template <class F, class G, class H>
-long double ProductError(int rows, int count, int columns, F f, G g, H h) {
+/// All distances of Σ f(i, k, j), k = 1 … count, from h(i, j), summed so that a NaN shows.
+template <class F, class H>
+long double SumError(int rows, int count, int columns, F f, H h) {
   long double error = 0.0L;
   for (int n = 0; n < rows * columns; ++n) {
     const int i = n / columns + 1, j = n % columns + 1;
     long double sum = -h(i, j);
-    for (int k = 1; k <= count; ++k) sum += static_cast<long double>(f(i, k)) * g(k, j);
+    for (int k = 1; k <= count; ++k) sum += f(i, k, j);
     error += std::fabs(sum);
   }
   return error;
@@ -41,10 +40,10 @@ constexpr auto IDENTITY = [](int i, int j) { return i == j ? 1.0L : 0.0L; };
 constexpr auto WAVES = [](int i, int j) { return std::sin(i * j * j - 1.0L); };
 
 TEST(Gaussj, GivesTheInverseWhereNothingIsEliminatedWithoutASwap) {
-  auto a = Filled<double>(4, 4, WAVES);
+  const auto a = Filled<double>(4, 4, WAVES);
   gaussj(a.Rows(), 4, a.Rows(), 0);
-  const auto inverse = [&](int i, int j) { return a.Rows()[i][j]; };
-  EXPECT_LT(ProductError(4, 4, 4, WAVES, inverse, IDENTITY), 2e-14);  // roundings of sums up to 20
+  const auto product = [&](int i, int k, int j) { return WAVES(i, k) * a.Rows()[k][j]; };
+  EXPECT_LT(SumError(4, 4, 4, product, IDENTITY), 2e-14);  // roundings of sums up to 20
 }
 
 template <class T>
@@ -58,29 +57,29 @@ TYPED_TEST(SvdOf, IsAnOrthogonalDecompositionThatSolves) {
   for (const int m : {4, 7, 5}) {
     const int zero = m == 5 ? 1 : 0;  // a column
     const auto f = [&](int i, int j) { return j == zero ? T(0) : T(WAVES(i, j)); };
-    auto a = Filled<T>(m, n, f);
-    auto square = Filled<T>(n, n, IDENTITY);
+    const auto a = Filled<T>(m, n, f);
+    const auto square = Filled<T>(n, n, IDENTITY);
+    const T *const *const u = a.Rows(), *const *const v = square.Rows();
     T w[5] = {}, b[8] = {}, x[5] = {};
     svdcmp<T>(a.Rows(), m, n, w, square.Rows());
-    const auto u = [&](int i, int j) { return a.Rows()[i][j]; };
-    const auto v = [&](int i, int j) { return square.Rows()[i][j]; };
-    const auto uw = [&](int i, int j) { return u(i, j) * w[j]; };
-    const auto turned = [](auto g) { return [g](int i, int j) { return g(j, i); }; };
+    const auto uwv = [&](int i, int k, int j) { return 1.0L * u[i][k] * w[k] * v[j][k]; };
+    const auto uu = [&](int i, int k, int j) { return 1.0L * u[k][i] * u[k][j]; };
+    const auto vv = [&](int i, int k, int j) { return 1.0L * v[k][i] * v[k][j]; };
     // A sum over m n elements of order 1, each rounded in some 30 rotations that cancel in part.
     const long double tolerance = 10.0L * m * n * std::numeric_limits<T>::epsilon();
-    EXPECT_LT(ProductError(m, n, n, uw, turned(v), f), tolerance);
-    EXPECT_LT(ProductError(n, m, n, turned(u), u, IDENTITY), tolerance);
-    EXPECT_LT(ProductError(n, n, n, turned(v), v, IDENTITY), tolerance);
+    EXPECT_LT(SumError(m, n, n, uwv, f), tolerance);
+    EXPECT_LT(SumError(n, m, n, uu, IDENTITY), tolerance);
+    EXPECT_LT(SumError(n, n, n, vv, IDENTITY), tolerance);
     EXPECT_GE(*std::min_element(w + 1, w + n + 1), 0);
     EXPECT_EQ(std::count(w + 1, w + n + 1, T(0)), zero != 0 ? 1 : 0);
     for (int i = 1; i <= m; ++i) b[i] = f(i, 1) + f(i, 2) + f(i, 3) + f(i, 4);
-    svbksb<T>(a.Rows(), w, square.Rows(), m, n, b, x);
+    svbksb<T>(u, w, v, m, n, b, x);
     for (int j = 1; j <= n; ++j) EXPECT_LT(std::fabs(x[j] - (j == zero ? 0 : 1)), tolerance) << j;
   }
 }
 
 TEST(Ludcmp, AScaleMovesWithItsRowTheLaterOfEqualPivotsWinsAndAZeroOneBecomesTiny) {
-  auto a = Filled<long double>(2, 2, [](int, int) { return 1; });
+  const auto a = Filled<long double>(2, 2, [](int, int) { return 1; });
   int swaps[4] = {};
   long double parity = 0.0L;
   ludcmp(a.Rows(), 2, swaps, parity);
@@ -88,7 +87,7 @@ TEST(Ludcmp, AScaleMovesWithItsRowTheLaterOfEqualPivotsWinsAndAZeroOneBecomesTin
   EXPECT_EQ(a.Rows()[2][2], 1e-20L);
   // The second pivots are 3/4 and 1 by their own rows' scales, but 3/4 and 1/10 by the places'.
   constexpr int ROWS[][3] = {{0, 1, 1}, {0, 3, 4}, {1, 0, 10}};
-  auto b = Filled<long double>(3, 3, [&](int i, int j) { return ROWS[i - 1][j - 1]; });
+  const auto b = Filled<long double>(3, 3, [&](int i, int j) { return ROWS[i - 1][j - 1]; });
   ludcmp(b.Rows(), 3, swaps, parity);
   EXPECT_EQ(swaps[1] * swaps[2] * parity, 9.0L);
 }
@@ -100,21 +99,20 @@ TEST(Polcoe, FindsAPolynomialThroughItsPoints) {
   for (int j = 1; j <= 4; ++j) EXPECT_NEAR(c[j], known[j], 1e-15) << j;  // roundings of 22
 }
 
-// A parameter that is fixed at its best value leaves the others at theirs.
-TEST(Lfit, AgreesWithTheFitBySingularValuesAndKeepsFixedParameters) {
-  constexpr double X[] = {0, -1, 0, 1, 2}, Y[] = {0, 2, 0.5, -1, 3}, SIGMA[] = {0, 1, 0.5, 0.5, 1};
-  double known[4] = {}, known_chi_square = 0;
-  SVDFIT<double, POLYNOM_FUNCTION<double>>().Fit(X, Y, SIGMA, 4, known, 3, known_chi_square);
-  auto covariance = Filled<double>(3, 3, [](int, int) { return 9; });
+// Y is 1 + 3 x + 2 x² and residuals -4, 3/4, 0, 1, which the weights 1, 4, 4, 1 make orthogonal to
+// 1 and z = x². For those the sums are S = 10, Sz = 9, Szz = 21, with S Szz - Sz² = 129, so that
+// var p = Szz/129, var q = S/129, cov = -Sz/129.
+TEST(Lfit, FitsWhatIsFreeAndGivesItsCovariance) {
+  constexpr double X[] = {0, -1, 0, 1, 2}, Y[] = {0, -4, 1.75, 6, 16},
+                   SIGMA[] = {0, 1, 0.5, 0.5, 1};
+  constexpr double KNOWN[] = {0, 1, 3, 2}, COVARIANCE[] = {21, 0, -9, 0, 0, 0, -9, 0, 10};
   constexpr int MASK[] = {0, 1, 0, 1};
-  double a[] = {0, 9, known[2], 9}, chi_square = 0;
+  const auto covariance = Filled<double>(3, 3, [](int, int) { return 9; });
+  double a[] = {0, 9, KNOWN[2], 9}, chi_square = 0;
   lfit(X, Y, SIGMA, 4, a, MASK, 3, covariance.Rows(), &chi_square, power_series);
-  for (int j = 1; j <= 3; ++j) EXPECT_NEAR(a[j], known[j], 1e-13) << j;  // condition 100
-  EXPECT_NEAR(chi_square, known_chi_square, 1e-13);
-  // Of p + q z, z = x² = 1, 0, 1, 4 with weights 1, 4, 4, 1: S = 10, Sz = 9, Szz = 21 and
-  // S Szz - Sz² = 129; var p = Szz/129, var q = S/129, cov = -Sz/129.
-  const double wanted[] = {21, 0, -9, 0, 0, 0, -9, 0, 10};
-  for (int i = 0; i < 9; ++i) EXPECT_NEAR(covariance.GetBlock()[i], wanted[i] / 129, 1e-15) << i;
+  for (int j = 1; j <= 3; ++j) EXPECT_NEAR(a[j], KNOWN[j], 1e-14) << j;  // roundings of 63
+  EXPECT_NEAR(chi_square, 4 * 4 + 1.5 * 1.5 + 1, 1e-13);
+  for (int i = 0; i < 9; ++i) EXPECT_NEAR(covariance.GetBlock()[i], COVARIANCE[i] / 129, 1e-15);
 }
 
 // The sanitizers see a block that is too short, the values rows that overlap.
@@ -132,18 +130,13 @@ TEST(Nrutil, EveryElementWithinTheBoundsIsThereAndSharedByTheViews) {
 }
 
 TEST(KernelsDeathTest, EndTheProcessWithTheirText) {
-  auto a = Filled<double>(2, 2, [](int, int) { return 1; });
-  auto bad = Filled<double>(2, 2, [](int, int) { return std::nan(""); });
+  const auto a = Filled<double>(2, 2, [](int, int) { return 1; });
+  const auto bad = Filled<double>(2, 2, [](int, int) { return std::nan(""); });
   double d[3] = {};
-  int none[3] = {};
-  const auto dies = [](auto action, const std::string& why) {
-    EXPECT_EXIT(
-        action(), testing::ExitedWithCode(1),
-        "^Numerical Recipes run-time error...\n" + why + "\n...now exiting to system...\n$");
-  };
-  dies([&] { gaussj(a.Rows(), 2, bad.Rows(), 2); }, "gaussj: Singular Matrix-2");
-  dies([&] { svdcmp(bad.Rows(), 2, 2, d, a.Rows()); }, "no convergence in 30 svdcmp iterations");
-  dies([&] { lfit(d, d, d, 1, d, none, 2, {}, d, {}); }, "lfit: no parameters to be fitted");
+  const testing::ExitedWithCode failed(1);
+  EXPECT_EXIT(gaussj(a.Rows(), 2, bad.Rows(), 2), failed, "\ngaussj: Singular Matrix-2\n");
+  EXPECT_EXIT(svdcmp(bad.Rows(), 2, 2, d, a.Rows()), failed,
+              "\nno convergence in 30 svdcmp iterations\n");
 }
 
 }  // namespace

@@ -1,28 +1,40 @@
 #pragma once
 
-#include <array>
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <string>
-#include <vector>
 
-#include "orbit/circular_orbit.hpp"
+#include "orbit/general_orbit.hpp"
 #include "support/log_capture.hpp"
 
 namespace varnoth::test {
 
 enum TIME_KIND : int { SECONDS, UTC, MET };
 
-/// x, y, z and epoch of a record, as texts.
-using RECORD_TEXTS = std::array<std::string, 4>;
+/// A record of a file.
+inline std::string Record(const std::string& x, const std::string& y, const std::string& z,
+                          const std::string& epoch) {
+  return "t : " + epoch + "\n  x : " + x + "\n  y : " + y + "\n  z : " + z + "\n";
+}
 
-/// A pool with samples of CIRCLE every ten seconds from 8343.324203 s, or that time of day, on.
+/// A coordinate (0, 1, 2) of a curve whose powers of time up to a degree all differ from 0, or a
+/// derivative of it.
+inline double Curve(int degree, int coordinate, double t, int derivative = 0) {
+  const double rate = (coordinate + 1) / 400.0;
+  double size = std::pow(1 + rate * t, degree - derivative);
+  for (int k = 0; k < derivative; ++k) size *= rate * (degree - k);
+  return size;
+}
+
+/// A pool with samples of such a curve every ten seconds from 8343.324203 s, or that time of day,
+/// on.
 struct ORBIT_POOL {
   TIME_KIND kind = SECONDS;
   std::string interpolation = "everett";
   int count = 9;
   std::string source = "pool_double";
+  int degree = 1;
 
   std::string Epoch(double seconds) const {
     const double day = 8343.324203 + seconds;
@@ -33,10 +45,10 @@ struct ORBIT_POOL {
     return (kind == UTC ? "06-APR-2025" : "0012") + std::string(clock);
   }
   /// Value of a column, "xyz" or their derivatives "uvw", at a sample.
-  static std::string Number(std::size_t column, int sample) {
+  std::string Number(int column, int sample) const {
     char number[32];
-    const TRIPLE state = CIRCLE()(10.0 * sample, static_cast<int>(column / 3));
-    std::snprintf(number, sizeof number, "%.17E", state[column % 3]);
+    std::snprintf(number, sizeof number, "%.17E",
+                  Curve(degree, column % 3, 10.0 * sample, column / 3));
     return number;
   }
   std::string Text() const {
@@ -48,7 +60,7 @@ struct ORBIT_POOL {
                        "orbit_velocity_key STR \"u v/w,\"\norbit_reference_time STR \"" +
                        Epoch(-1.25) + "\"\n";
     const std::string number_type = source == "pool_float" ? "FLT_6" : "FLT_15";
-    for (std::size_t c = 0; c < 7; ++c) {
+    for (int c = 0; c < 7; ++c) {
       const std::string type = c < 6 ? number_type : kind == SECONDS ? "FLT_15" : "STR";
       const int length = c < 6 ? count + 1 : count;  // values behind the last epoch are left out
       text += "xyzuvwt"[c] + (" " + type + "_V 5\t") + std::to_string(length) + "\n{\n";
@@ -59,11 +71,11 @@ struct ORBIT_POOL {
     }
     return text;
   }
-  /// The same samples for a record file.
-  std::vector<RECORD_TEXTS> Records() const {
-    std::vector<RECORD_TEXTS> all;
+  /// The same samples as a record file.
+  std::string Records() const {
+    std::string all;
     for (int k = 0; k < count; ++k)
-      all.push_back({Number(0, k), Number(1, k), Number(2, k), Epoch(10.0 * k)});
+      all += Record(Number(0, k), Number(1, k), Number(2, k), Epoch(10.0 * k));
     return all;
   }
 };
@@ -82,20 +94,17 @@ class OrbitTest : public LoggedTest {
     orbit.read(pool);
   }
   /// Writes the record file that those keys name.
-  void WriteRecords(const std::vector<RECORD_TEXTS>& records) {
+  void WriteRecords(const std::string& records) {
     WriteFile(
         directory.Path("format.dat"),
         "states STR_V 5\t4\n{\n\"t : utc\"\n\"x : double\"\n\"y : double\"\n\"z : int\"\n}\n");
     const std::string place = directory.Path("ZEL2/hddc_AQAR041/dt_007.2001/sec");
     std::filesystem::create_directories(place);
-    std::string text;
-    for (const auto& [x, y, z, epoch] : records)
-      text += "t : " + epoch + "\n  x : " + x + "\n  y : " + y + "\n  z : " + z + "\n";
-    WriteFile(place + "/states", text);
+    WriteFile(place + "/states", records);
   }
   /// The core of `orbit`, with these records.
   const ORBIT_BASE& ReadRecords(TIME_KIND kind, const char* interpolation,
-                                const std::vector<RECORD_TEXTS>& records) {
+                                const std::string& records) {
     WriteRecords(records);
     Read(ORBIT_POOL{kind, interpolation, 2, "mdb_double"}.Text());
     return *orbit.core;
