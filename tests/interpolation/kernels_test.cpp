@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "foundation/matrix.hpp"
 #include "interpolation/numerics/gaussj.hpp"
 #include "interpolation/numerics/lfit.hpp"
 #include "interpolation/numerics/ludcmp.hpp"
