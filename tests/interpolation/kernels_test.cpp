@@ -10,6 +10,7 @@
 #include "interpolation/numerics/ludcmp.hpp"
 #include "interpolation/numerics/nrutil.hpp"
 #include "interpolation/numerics/svd.hpp"
+#include "interpolation/numerics/svdfit.hpp"
 
 namespace varnoth::test {
 namespace {
@@ -100,19 +101,21 @@ TEST(Polcoe, FindsAPolynomialThroughItsPoints) {
   for (int j = 1; j <= 4; ++j) EXPECT_NEAR(c[j], known[j], 1e-15) << j;  // roundings of 22
 }
 
-// Y is 1 + 3 x + 2 x² and residuals -4, 3/4, 0, 1, which the weights 1, 4, 4, 1 make orthogonal to
-// 1 and z = x². For those the sums are S = 10, Sz = 9, Szz = 21, with S Szz - Sz² = 129, so that
-// var p = Szz/129, var q = S/129, cov = -Sz/129.
-TEST(Lfit, FitsWhatIsFreeAndGivesItsCovariance) {
-  constexpr double X[] = {0, -1, 0, 1, 2}, Y[] = {0, -4, 1.75, 6, 16},
-                   SIGMA[] = {0, 1, 0.5, 0.5, 1};
-  constexpr double KNOWN[] = {0, 1, 3, 2}, COVARIANCE[] = {21, 0, -9, 0, 0, 0, -9, 0, 10};
+// Y is 1 + 3 x + 2 x² and residuals -1, 3/4, -3/4, 1: times the weights 1, 4, 4, 1 they are a third
+// difference. For 1 and z = x² the sums are S = 10, Sz = 9, Szz = 21, with S Szz - Sz² = 129, so
+// that var p = Szz/129, var q = S/129, cov = -Sz/129.
+TEST(Fits, WeighTheirDataAndLfitKeepsWhatIsFixedAndGivesTheCovarianceOfTheRest) {
+  constexpr double X[] = {0, -1, 0, 1, 2}, Y[] = {0, -1, 1.75, 5.25, 16}, KNOWN[] = {0, 1, 3, 2};
+  constexpr double SIGMA[] = {0, 1, 0.5, 0.5, 1}, COVARIANCE[] = {21, 0, -9, 0, 0, 0, -9, 0, 10};
   constexpr int MASK[] = {0, 1, 0, 1};
   const auto covariance = Filled<double>(3, 3, [](int, int) { return 9; });
-  double a[] = {0, 9, KNOWN[2], 9}, chi_square = 0;
-  lfit(X, Y, SIGMA, 4, a, MASK, 3, covariance.Rows(), &chi_square, power_series);
-  for (int j = 1; j <= 3; ++j) EXPECT_NEAR(a[j], KNOWN[j], 1e-14) << j;  // roundings of 63
-  EXPECT_NEAR(chi_square, 4 * 4 + 1.5 * 1.5 + 1, 1e-13);
+  double a[] = {0, 9, KNOWN[2], 9}, b[4] = {}, chi_square_a = 0, chi_square_b = 0;
+  lfit(X, Y, SIGMA, 4, a, MASK, 3, covariance.Rows(), &chi_square_a, power_series);
+  SVDFIT<double, POLYNOM_FUNCTION<double>>().Fit(X, Y, SIGMA, 4, b, 3, chi_square_b);
+  for (int j = 1; j <= 3; ++j) EXPECT_NEAR(a[j], KNOWN[j], 1e-14) << j;  // roundings of 16
+  for (int j = 1; j <= 3; ++j) EXPECT_NEAR(b[j], KNOWN[j], 1e-14) << j;
+  EXPECT_NEAR(chi_square_a, 6.5, 1e-13);
+  EXPECT_NEAR(chi_square_b, 6.5, 1e-13);
   for (int i = 0; i < 9; ++i) EXPECT_NEAR(covariance.GetBlock()[i], COVARIANCE[i] / 129, 1e-15);
 }
 
