@@ -50,18 +50,18 @@ TEST_F(InterpolatorsTest, EverettTakesTheNearestGoodIntervalAndTells) {
   const std::string left = "EVERETT::GetXi: Forced interpolation left hand side.\n",
                     right = "EVERETT::GetXi: Forced interpolation right hand side.\n",
                     needed = "EVERETT::GetXi: Extrapolation needed ";
-  const std::tuple<double, int, std::string> CASES[] = {
-      {0.0, 4, left + needed + "(r=-4.000000, s=5.000000, i=4, ax=0.000000).\n"},
-      {4.0, 4, ""},
-      {14.0, 13, right},
-      {15.5, 13, right + needed + "(r=2.500000, s=-1.500000, i=13, ax=15.500000).\n"},
-      {std::nan(""), 13, right},
-  };
   double r = 0.0, s = 0.0;
-  for (const auto& [x, interval, text] : CASES) {
+  const auto expect = [&](double x, int interval, const std::string& text) {
     EXPECT_EQ(everett.GetXi(x, r, s), interval) << x;
     EXPECT_EQ(TakeLog(), text) << x;
-  }
+    everett.GetY(x);  // which knows the usual case without GetXi
+    EXPECT_EQ(TakeLog(), text) << x;
+  };
+  expect(3.5, 4, left + needed + "(r=-0.500000, s=1.500000, i=4, ax=3.500000).\n");
+  expect(4, 4, "");
+  expect(14, 13, right);
+  expect(15.5, 13, right + needed + "(r=2.500000, s=-1.500000, i=13, ax=15.500000).\n");
+  expect(std::nan(""), 13, right);
   // The last one that is not told of lacks its fourth difference, 24, with the weight
   // r (r² - 1) (r² - 4) / 120.
   EXPECT_DOUBLE_EQ(Everett(4, Series(GRID, Fourth)).GetY(14.5), Fourth(14.5));
@@ -193,17 +193,17 @@ TEST(HermiteTest, EvaluateTakesTheSamplesAroundThePoint) {
 }
 
 TEST_F(InterpolatorsDeathTest, WhatHasNoValueEndsTheProcess) {
-  const std::string outside = "interpolation point outside of data constraints\n",
-                    no_number = "interpolation failure !!!! Result is Nan!!\n";
-  using CASE = std::tuple<ABSCISSAE, double, std::string>;
-  for (const auto& [abscissae, x, text] :
-       {CASE{{0, 1, 2}, std::nextafter(0, -1), outside},
-        CASE{{0, 1, 2}, std::nextafter(2, 3), outside}, CASE{{0, 1, 2}, std::nan(""), no_number},
-        CASE{{0, 1, 1, 2}, 0.5, no_number}}) {
+  const auto expect = [&](const ABSCISSAE& abscissae, double x, const char* text) {
     const auto hermite = Built<HERMITE_POLY<double>>(0, Series<DPOINT<double>>(abscissae, Fourth));
     EXPECT_EXIT(hermite.GetY(x), testing::ExitedWithCode(1), "") << x;
     EXPECT_EQ(TakeLog(), text) << x;
-  }
+  };
+  const char* const outside = "interpolation point outside of data constraints\n";
+  expect({0, 1, 2}, std::nextafter(0, -1), outside);
+  expect({0, 1, 2}, std::nextafter(2, 3), outside);
+  const char* const no_number = "interpolation failure !!!! Result is Nan!!\n";
+  expect({0, 1, 2}, std::nan(""), no_number);
+  expect({0, 1, 1, 2}, 0.5, no_number);
 }
 
 // Of two neighbours the lower one has the limit; outside the limits the outer ones go on.

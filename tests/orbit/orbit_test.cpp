@@ -112,10 +112,10 @@ TEST_F(OrbitTest, PrintsSamplesPositionsAndTheirDifferences) {
   core.Print(PARAMETER, "title");
   std::string log = TakeLines();
   std::erase(log, ' ');
-  EXPECT_NE(log.find("PARAM|0.000000|1.000000e+00|-2.000000e+00|3.500000e+00|1.500000e+00|"
-                     "-3.000000e+00|3.250000e+00|-5.000000e-01|1.000000e+00|2.500000e-01|\n"),
-            log.npos)
-      << log;
+  const auto row = log.find(
+      "PARAM|0.000000|1.000000e+00|-2.000000e+00|3.500000e+00|1.500000e+00|"
+      "-3.000000e+00|3.250000e+00|-5.000000e-01|1.000000e+00|2.500000e-01|\n");
+  EXPECT_NE(row, log.npos) << log;
 }
 
 TEST_F(OrbitTest, OpensBothFilesOfACurveBeforeItComplainsOfTheFirst) {
