@@ -242,7 +242,10 @@ TEST_F(LoggedTest, ASearchThatSwingsGoesOnFromTheMiddle) {
   FOUND found;
   found.Search(FIXED_POINT, swinging, EQUATORIAL, true);
   EXPECT_GT(found.calls, 20);
-  EXPECT_TRUE(TakeLog().starts_with("geolocation_test: Alternating points detected"));
+  const std::string log = TakeLines();
+  EXPECT_TRUE(
+      log.starts_with("INFO  geolocation_test: Alternating points detected in interation 4"));
+  EXPECT_EQ(log.find("interation 5 "), log.npos) << "the middle is no end of the swing";
 }
 
 }  // namespace
