@@ -142,9 +142,11 @@ TEST(PolynomFitTest, LeavesOutADirectionBelowItsTolerance) {
 // A curve that is cubic between its samples, smooth and without curvature at both ends is the
 // natural spline through them. This one is 1 - x/2 and a cube from each sample on.
 TEST(SplineTest, FindsTheCurvesThatAreNaturalSplines) {
-  using CASE = std::pair<ABSCISSAE, ABSCISSAE>;
-  for (const auto& [samples, cubes] :
-       {CASE{{0, 1, 3}, {2, -3, 0}}, CASE{{-1, -0.5, 1, 2}, {1, -2, 2, 0}}}) {
+  struct CASE {
+    ABSCISSAE samples, cubes;
+  };
+  for (const CASE& c : {CASE{{0, 1, 3}, {2, -3, 0}}, CASE{{-1, -0.5, 1, 2}, {1, -2, 2, 0}}}) {
+    const ABSCISSAE &samples = c.samples, &cubes = c.cubes;
     const auto curve = [&](double x) {
       std::array<double, 3> all = {1 - x / 2, -0.5, 0};
       for (std::size_t i = 0; i < samples.size(); ++i) {

@@ -42,7 +42,7 @@ constexpr auto IDENTITY = [](int i, int j) { return i == j ? 1.0L : 0.0L; };
 constexpr auto WAVES = [](int i, int j) { return std::sin(i * j * j - 1.0L); };
 
 TEST(Gaussj, GivesTheInverseWhereNothingIsEliminatedWithoutASwap) {
-  const auto a = Filled<double>(4, 4, WAVES);
+  auto a = Filled<double>(4, 4, WAVES);
   gaussj(a.Rows(), 4, a.Rows(), 0);
   const auto product = [&](int i, int k, int j) { return WAVES(i, k) * a.Rows()[k][j]; };
   EXPECT_LT(SumError(4, 4, 4, product, IDENTITY), 2e-14);  // roundings of sums up to 20
@@ -59,8 +59,8 @@ TYPED_TEST(SvdOf, IsAnOrthogonalDecompositionThatSolves) {
   for (const int m : {4, 7, 5}) {
     const int zero = m == 5 ? 1 : 0;  // a column
     const auto f = [&](int i, int j) { return j == zero ? T(0) : T(WAVES(i, j)); };
-    const auto a = Filled<T>(m, n, f);
-    const auto square = Filled<T>(n, n, IDENTITY);
+    auto a = Filled<T>(m, n, f);
+    auto square = Filled<T>(n, n, IDENTITY);
     const T *const *const u = a.Rows(), *const *const v = square.Rows();
     T w[5] = {}, b[8] = {}, x[5] = {};
     svdcmp<T>(a.Rows(), m, n, w, square.Rows());
@@ -81,7 +81,7 @@ TYPED_TEST(SvdOf, IsAnOrthogonalDecompositionThatSolves) {
 }
 
 TEST(Ludcmp, AScaleMovesWithItsRowTheLaterOfEqualPivotsWinsAndAZeroOneBecomesTiny) {
-  const auto a = Filled<long double>(2, 2, [](int, int) { return 1; });
+  auto a = Filled<long double>(2, 2, [](int, int) { return 1; });
   int swaps[4] = {};
   long double parity = 0.0L;
   ludcmp(a.Rows(), 2, swaps, parity);
@@ -89,7 +89,7 @@ TEST(Ludcmp, AScaleMovesWithItsRowTheLaterOfEqualPivotsWinsAndAZeroOneBecomesTin
   EXPECT_EQ(a.Rows()[2][2], 1e-20L);
   // The second pivots are 3/4 and 1 by their own rows' scales, but 3/4 and 1/10 by the places'.
   constexpr int ROWS[][3] = {{0, 1, 1}, {0, 3, 4}, {1, 0, 10}};
-  const auto b = Filled<long double>(3, 3, [&](int i, int j) { return ROWS[i - 1][j - 1]; });
+  auto b = Filled<long double>(3, 3, [&](int i, int j) { return ROWS[i - 1][j - 1]; });
   ludcmp(b.Rows(), 3, swaps, parity);
   EXPECT_EQ(swaps[1] * swaps[2] * parity, 9.0L);
 }
@@ -108,7 +108,7 @@ TEST(Fits, WeighTheirDataAndLfitKeepsWhatIsFixedAndGivesTheCovarianceOfTheRest) 
   constexpr double X[] = {0, -1, 0, 1, 2}, Y[] = {0, -1, 1.75, 5.25, 16}, KNOWN[] = {0, 1, 3, 2};
   constexpr double SIGMA[] = {0, 1, 0.5, 0.5, 1}, COVARIANCE[] = {21, 0, -9, 0, 0, 0, -9, 0, 10};
   constexpr int MASK[] = {0, 1, 0, 1};
-  const auto covariance = Filled<double>(3, 3, [](int, int) { return 9; });
+  auto covariance = Filled<double>(3, 3, [](int, int) { return 9; });
   double a[] = {0, 9, KNOWN[2], 9}, b[4] = {}, chi_square_a = 0, chi_square_b = 0;
   lfit(X, Y, SIGMA, 4, a, MASK, 3, covariance.Rows(), &chi_square_a, power_series);
   SVDFIT<double, POLYNOM_FUNCTION<double>>().Fit(X, Y, SIGMA, 4, b, 3, chi_square_b);
@@ -134,8 +134,8 @@ TEST(Nrutil, EveryElementWithinTheBoundsIsThereAndSharedByTheViews) {
 }
 
 TEST(KernelsDeathTest, EndTheProcessWithTheirText) {
-  const auto a = Filled<double>(2, 2, [](int, int) { return 1; });
-  const auto bad = Filled<double>(2, 2, [](int, int) { return std::nan(""); });
+  auto a = Filled<double>(2, 2, [](int, int) { return 1; });
+  auto bad = Filled<double>(2, 2, [](int, int) { return std::nan(""); });
   double d[3] = {};
   const testing::ExitedWithCode failed(1);
   EXPECT_EXIT(gaussj(a.Rows(), 2, bad.Rows(), 2), failed, "\ngaussj: Singular Matrix-2\n");

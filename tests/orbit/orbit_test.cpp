@@ -53,6 +53,7 @@ const std::string TWO_RECORDS = Record("1", "-2", "3.5", "5") + Record("2.0", "-
 
 TEST_F(OrbitTest, ARecordFileIsReadInTwoPassesThatMustAgree) {
   struct LOSING_ORBIT : MDB_ORBIT<double, double, POLYNOM<double>, POINT<double>> {
+    using MDB_ORBIT::operator=;
     void Rewind() override {
       std::filesystem::resize_file((GetDirectory() + "/states").c_str(), 30);
       MDB::Rewind();
