@@ -22,6 +22,8 @@ function(varnoth_floor target)
   cmake_parse_arguments(FLOOR "" "" "SOURCES;FLOORS_BELOW" ${ARGN})
   add_library(${target} STATIC ${FLOOR_SOURCES})
   target_compile_features(${target} PUBLIC cxx_std_20)
+  # A char has a sign on every processor: the pools' INT_8 is kept in one.
+  target_compile_options(${target} PUBLIC -fsigned-char)
   target_link_libraries(${target} PUBLIC $<BUILD_INTERFACE:varnoth_options> ${FLOOR_FLOORS_BELOW})
   target_include_directories(${target} INTERFACE $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/varnoth>)
   string(REPLACE "varnoth_" "" name ${target})

@@ -112,7 +112,12 @@ int main(int argc, char** argv) {
   bool all_went_well = false;
   try {
     controller.init(argc, argv, true);
-    run(controller, identity, information, results_stand);
+    try {
+      run(controller, identity, information, results_stand);
+    } catch (...) {
+      raise_missed_trap();  // which the failure may come of
+      throw;
+    }
     all_went_well = true;
   } catch (const BASIC::TYPES::ERROR_ENUM_BASE_INVALID_VALUE& error) {
     GlobalLog.set(ALARM) << error.what() << "\n";
