@@ -3,6 +3,7 @@ configuration up to the keyboard."""
 
 import datetime
 import os
+import pty
 import re
 import signal
 import subprocess
@@ -11,6 +12,15 @@ import time
 import pytest
 
 from varnoth_run import BINARY, FAILED, Run, arguments, run
+
+
+@pytest.fixture
+def terminal():
+    """The two ends of a terminal: the keyboard and what a run reads from."""
+    ends = pty.openpty()
+    yield ends
+    for end in ends:
+        os.close(end)
 
 
 def test_success(ready):

@@ -26,3 +26,11 @@ def test_row(tmp_path, look, way, slave, signs):
     found = (pool["eff_baseline"], pool["height_conversion_factor"],
              pool["flat_phase_poly_early_az"][0], pool["varnoth_deltaR"])
     assert " | ".join("+" if value > 0 else "-" for value in found) == signs
+
+
+def test_identical_orbits_have_no_height_conversion(ready, pair):
+    pair.slave = pair.master
+    pool = run(pair.write(ready)).pool()
+    assert pool["height_conversion_factor"] == 999999999999999.0 / 22
+    assert pool["early_az_phase_to_height_conv"] == [999999999999999.0] * 11
+    assert abs(pool["varnoth_deltaR"]) < 1e-8  # the slave search stops at 1e-9 s
