@@ -55,14 +55,12 @@ class Orbit:
     def velocity(self, t):
         return [x.imag / 1e-20 for x in self.complex_position(t + 1e-20j)]
 
-    def acceleration(self, t):
-        return minus(self.velocity(t + 0.5), self.velocity(t - 0.5))  # to 1e-7, of a time's correction
-
     def approach(self, p, t):
         """When it is closest to a point, and the squared speed of the parabola that the range follows."""
         for _ in range(10):
             d, v = minus(self.position(t), p), self.velocity(t)
-            squared_speed = dot(v, v) + dot(d, self.acceleration(t))
+            acceleration = minus(self.velocity(t + 0.5), self.velocity(t - 0.5))  # to 1e-7
+            squared_speed = dot(v, v) + dot(d, acceleration)
             t -= dot(d, v) / squared_speed
         return t, squared_speed
 
@@ -147,26 +145,26 @@ def reference(pair):
     """The results by key, and the numbers of the log in their order, each with a name."""
     m, insar = pair.master, pair.insar
     last_line, last_sample = insar["n_lines"] - 1, insar["n_samples"] - 1
-    lines = [[seen(pair, k * last_line, i * last_sample / 10) for i in range(11)] for k in (0, 1)]
-    last = lines[1][10]
-    mean = {q: sum(getattr(x, q) for x in lines[0] + lines[1]) / 22
-            for q in ("metres", "delta_r", "effective")}
+    early, late = lines = [
+        [seen(pair, line, i * last_sample / 10) for i in range(11)] for line in (0, last_line)]
+    metres, delta_r, effective = (sum(getattr(x, quantity) for x in early + late) / 22
+                                  for quantity in ("metres", "delta_r", "effective"))
     results = {
         "fringe_frequency_range": sum(x[10].phase - x[0].phase for x in lines) / 2 / last_sample,
-        "fringe_frequency_azimuth": (lines[1][5].phase - lines[0][5].phase) / insar["n_lines"],
-        "height_conversion_factor": mean["metres"], "varnoth_deltaR": mean["delta_r"],
-        "eff_baseline": -math.sin(math.radians(single(lines[1][5].master_incidence_angle))) *
-        lines[0][5].master_range_distance * C / m["radar_frequency"] / mean["metres"] /
-        (4 if pair.single else 2),  # by the reported incidence
-        "incidence_angle_mid_range": lines[1][5].master_incidence_angle,
-        "incidence_angle_far_range": lines[0][10].master_incidence_angle,
-        "ssc_pixel_spacing_azimuth": math.hypot(*last.p) * math.hypot(*last.v) /
-        math.hypot(*last.s) / m["prf"],
-        "ssc_pixel_spacing_ground_range":
-        C / 2 / m["range_sampling_frequency"] / math.sin(math.radians(last.master_incidence_angle)),
-        "heading_angle": lines[0][0].heading,
-        "incidence_angle_near_range": lines[0][0].master_incidence_angle,
-        "equator_crossing_direction": "ascending" if last.v[2] > 0 else "descending",
+        "fringe_frequency_azimuth": (late[5].phase - early[5].phase) / insar["n_lines"],
+        "height_conversion_factor": metres, "varnoth_deltaR": delta_r,
+        # by the reported incidence
+        "eff_baseline": -math.sin(math.radians(single(late[5].master_incidence_angle))) * C /
+        m["radar_frequency"] * early[5].master_range_distance / metres / (4 if pair.single else 2),
+        "incidence_angle_near_range": early[0].master_incidence_angle,
+        "incidence_angle_mid_range": late[5].master_incidence_angle,
+        "incidence_angle_far_range": early[10].master_incidence_angle,
+        "ssc_pixel_spacing_azimuth":
+        math.hypot(*late[10].p) * math.hypot(*late[10].v) / math.hypot(*late[10].s) / m["prf"],
+        "ssc_pixel_spacing_ground_range": C / 2 / m["range_sampling_frequency"] /
+        math.sin(math.radians(late[10].master_incidence_angle)),
+        "heading_angle": early[0].heading,
+        "equator_crossing_direction": "ascending" if late[10].v[2] > 0 else "descending",
         "sensor_look_direction": "right" if pair.side > 0 else "left"}
     for axis in ("longitude", "latitude"):
         corners = {f"{LINES[k]}_{place}_rg_{axis}": getattr(lines[k][i], axis)
@@ -193,19 +191,20 @@ def reference(pair):
         for i, x in enumerate(line):
             tell(f"line {k} row {i}", "spl dtau baseline effective metres phase",
                  ((x.spl + 0.5) // 1, x.dtau, x.baseline, x.effective, x.metres, x.phase))
-        tell(f"line {k}", "variation", [max(x.phase for x in line) - min(x.phase for x in line)])
-    tell("mean", "simulation", [math.copysign(mean["effective"], -mean["metres"])])
+        phases = [x.phase for x in line]
+        tell(f"line {k}", "variation", [max(phases) - min(phases)])
+    tell("mean", "simulation", [math.copysign(effective, -metres)])
     named = ("eff_baseline ssc_pixel_spacing_azimuth ssc_pixel_spacing_ground_range height_conversion_factor "
              "eff_baseline varnoth_deltaR incidence_angle_near_range incidence_angle_far_range")
     tell("single", named, map(results.get, named.split()))
     for name in LINES:
         tell(name, "p0 p1 p2 p3 p4", results[f"flat_phase_poly_{name}"])
     tell("at the end", "misfit metres fringes_range fringes_azimuth",
-         (misfit, misfit * last.metres, *list(results.values())[:2]))
+         (misfit, misfit * late[10].metres, *list(results.values())[:2]))
     samples = [0, last_sample / 2, last_sample]
     for quantity in ("effective", "baseline"):
         tell(f"{quantity} grid", "near mid far", map(int, samples))
         for line in (0, last_line / 2, last_line):
-            tell(f"{quantity} grid line {line}", "line near mid far",
-                 (int(line), *(getattr(seen(pair, line, s), quantity) for s in samples)))
+            values = (getattr(seen(pair, line, sample), quantity) for sample in samples)
+            tell(f"{quantity} grid line {line}", "line near mid far", (int(line), *values))
     return results, log

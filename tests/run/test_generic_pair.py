@@ -68,63 +68,61 @@ def write(pair, directory):
                for key, value in entries.items()} for name, entries in pools.items()})
 
 
-@pytest.fixture(scope="module", params=CASES)
-def ran(request, tmp_path_factory):
-    """A run of a case, its configuration, its pair, and what it has to come to."""
-    case, directory = CASES[request.param], tmp_path_factory.mktemp(request.param)
-    pair = generic_pair(**case)
-    write(pair, directory)
-    done = run(directory, arguments(lfl="TRACE", FlatEarthPolyDegree=case["degree"],
-                                    log_pp=case["log_pp"], LocalHeight=case.get("LocalHeight")))
-    assert (done.status, done.marks, done.levels("ALARM")) == (0, {"OK": "0"}, [])
-    return (done, case, pair, *reference(pair))
+def elements(results):
+    """The single texts and numbers of results, by key and index."""
+    return {(key, i): element for key, value in results.items()
+            for i, element in enumerate(value if isinstance(value, list) else [value])}
 
 
-def tolerances(pair):
-    """How far element i of a result w may be off. The ranges of both calculations agree to 1e-8 m, since
-    an orbit's time is rounded to 5e-13 s at 7 km/s; a wave is 0.24 m."""
+def tolerance(key, i, wanted, pair):
+    """How far an element may be off. The ranges of both calculations agree to 1e-8 m, since an orbit's time
+    is rounded to 5e-13 s at 7 km/s; a wave is 0.24 m."""
     cycles, reach = 1e-7, pair.insar["n_samples"] - 1
-    return [
-        (r"itude|^heading|^incidence|^ssc", lambda w, i: 1.3e-7 * abs(w)),  # twice to single precision
-        ("eff_baseline", lambda w, i: 2e-8 * abs(w)),  # the ranges' part in 100 m of height
-        ("range_distance|deltaR", lambda w, i: 1e-8),
-        ("angle", lambda w, i: 2e-12),  # 1e-8 m at 800 km, in degrees
-        ("height_conv", lambda w, i: cycles * w * w / 100),
-        ("frequency_range", lambda w, i: cycles / reach),
-        ("frequency_azimuth", lambda w, i: cycles / pair.insar["n_lines"]),
-        ("poly", lambda w, i: 1e-9 * 10**pair.degree / reach**i)]  # a power costs the fit a digit
+    return next(most for pattern, most in (
+        (r"itude|^heading|^incidence|^ssc", 1.3e-7 * abs(wanted)),  # twice to single precision
+        ("eff_baseline", 2e-8 * abs(wanted)),  # the ranges' part in 100 m of height
+        ("range_distance|deltaR", 1e-8),
+        ("angle", 2e-12),  # 1e-8 m at 800 km, in degrees
+        ("height_conv", cycles * wanted * wanted / 100),
+        ("frequency_range", cycles / reach),
+        ("frequency_azimuth", cycles / pair.insar["n_lines"]),
+        ("poly", 1e-9 * 10**pair.degree / reach**i),  # a power costs the fit a digit
+    ) if re.search(pattern, key))
 
 
-def misses(key, found, wanted, pair):
-    if isinstance(wanted, str):
-        return found != wanted
-    wanted, found = (x if isinstance(x, list) else [x] for x in (wanted, found))
-    most = next(function for pattern, function in tolerances(pair) if re.search(pattern, key))
-    return len(found) != len(wanted) or any(
-        not abs(f - w) <= most(w, i) for i, (f, w) in enumerate(zip(found, wanted)))
+def off(found, wanted, key, i, pair):
+    return found != wanted and (
+        isinstance(wanted, str) or not abs(found - wanted) <= tolerance(key, i, wanted, pair))
 
 
-def test_results(ran):
-    done, case, pair, wanted, _ = ran
-    found = {key: value for key, value in done.pool().items() if key not in pair.insar}
-    assert len(wanted) == 39 and set(wanted) <= set(found)
-    assert case["log_pp"] != "log.pool" or len(found) == 39
-    assert {key: (found[key], value) for key, value in wanted.items()
-            if misses(key, found[key], value, pair)} == {}, "found, wanted"
+@pytest.mark.parametrize("name", CASES)
+def test_results_and_numbers_of_the_log(tmp_path, name):
+    case = CASES[name]
+    pair = generic_pair(**case)
+    write(pair, tmp_path)
+    done = run(tmp_path, arguments(lfl="TRACE", FlatEarthPolyDegree=case["degree"],
+                                   log_pp=case["log_pp"], LocalHeight=case.get("LocalHeight")))
+    assert (done.status, done.marks, done.alarms) == (0, {"OK": "0"}, [])
+    results, log = reference(pair)
+
+    pool = done.pool()
+    assert len(results) == 39
+    assert case["log_pp"] != "log.pool" or pool.keys() == {*results, *pair.insar}
+    found, wanted = elements({key: pool[key] for key in results}), elements(results)
+    assert found.keys() == wanted.keys()
+    assert {at: (found[at], value) for at, value in wanted.items()
+            if off(found[at], value, *at, pair)} == {}, "found, wanted"
     assert done.pool(case["log_pp"])["software_names"] == ["varnoth"]
     assert sum(t.startswith("construct pool_rwc") for t in done.levels("DEBUG")) == \
         len({"insar.pool", case["log_pp"]})
 
-
-def test_numbers_of_the_log(ran):
-    done, _, pair, _, wanted = ran
     texts = done.levels("INFO ", "PARAM", "DEBUG")
     texts = texts[texts.index("starting flat earth calculation"):]
-    found = [number for text in texts[:next(i for i, t in enumerate(texts) if t.startswith("open pool"))]
-             for number in NUMBER.findall(text)]
-    assert len(found) == len(wanted)
+    end = next(i for i, text in enumerate(texts) if text.startswith("open pool"))
+    numbers = NUMBER.findall("\n".join(texts[:end]))
+    assert len(numbers) == len(log)
     # half a unit of the last digit, and what the two calculations differ by
-    assert [(name, text, value) for text, (name, value) in zip(found, wanted)
+    assert [(what, text, value) for text, (what, value) in zip(numbers, log)
             if abs(float(text) - value) > 0.9 * 10.0**Decimal(text).as_tuple().exponent] == []
     # every light-time search is counted: two targets, three times each
     counts = [int(t.split()[2]) for t in done.levels("TRACE") if t.endswith("occurrences")]
