@@ -21,19 +21,14 @@ atexit.register(shutil.rmtree, tempfile.tempdir, ignore_errors=True)
 
 BINARY = Path(os.environ["VARNOTH_BINARY"])
 FAILED = "ZOD_MSG|ERROR|Varnoth Estimations terminated with error!"
-KEYS = {
-    "FlatEarthPolyDegree": "4",
-    "MasterPar": "master.pool",
-    "SlavePar": "slave.pool",
-    "ParameterPool": "insar.pool",
-    "log_pp": "log.pool",
-}
+KEYS = {"FlatEarthPolyDegree": "4", "MasterPar": "master.pool", "SlavePar": "slave.pool",
+        "ParameterPool": "insar.pool", "log_pp": "log.pool"}
 
 
 def arguments(**changed):
     """The command line of a run; a key set to None is left out."""
-    keys = {key: value for key, value in {**KEYS, **changed}.items() if value is not None}
-    return [word for key, value in keys.items() for word in ("-" + key, value)]
+    return [word for key, value in {**KEYS, **changed}.items() if value is not None
+            for word in ("-" + key, value)]
 
 
 @dataclass
@@ -58,8 +53,8 @@ class Run:
     @property
     def told(self):
         """Lines above INFO as "LABEL text", but for that of the missing configuration file."""
-        lines = [line[:6] + line[18:] for line in self.log if line[:5] in ("QA_WA", "WARN ", "EXCEP", "ALARM")]
-        return [line for line in lines if line != "WARN  Configuration file pcf.varnoth does not exist!"]
+        return [line[:6] + line[18:] for line in self.log if line[:5] in ("QA_WA", "WARN ", "EXCEP", "ALARM")
+                and not line.endswith("Configuration file pcf.varnoth does not exist!")]
 
     @property
     def marks(self):
@@ -73,11 +68,9 @@ class Run:
 
 def run(directory, words=None, environment=None, stdin=subprocess.DEVNULL, **options):
     words = arguments() if words is None else words
-    done = subprocess.run([BINARY, *words], cwd=directory, stdin=stdin, capture_output=True,
-                          env={**os.environ, **(environment or {})}, timeout=60, check=False,
-                          **options)
-    return Run(directory, done.returncode, done.stdout.decode("latin-1"),
-               done.stderr.decode("latin-1"))
+    done = subprocess.run([BINARY, *words], cwd=directory, stdin=stdin, capture_output=True, encoding="latin-1",
+                          env={**os.environ, **(environment or {})}, timeout=60, check=False, **options)
+    return Run(directory, done.returncode, done.stdout, done.stderr)
 
 
 # What a stored text leaves open, as {name}; all else is literal.
@@ -103,14 +96,11 @@ def difference(expected, found):
     return None
 
 
-NUMBER = re.compile(r"[-+]?\d+(\.\d*)?(E[-+]\d+)?$")
-
-
 def plain(text):
-    text = text.strip()
-    if text.startswith('"'):
-        return text.strip('"')
-    return float(text) if NUMBER.match(text) else text
+    try:
+        return float(text)
+    except ValueError:
+        return text.strip().strip('"')
 
 
 def read_pool(path):
@@ -120,12 +110,10 @@ def read_pool(path):
         if not row or row[0] in "# \t":
             continue
         key, kind, value = row.split(None, 2)
+        entries[key] = plain(value)
         if kind.endswith("_V"):
-            count = int(value.split()[1])
             next(rows)
-            entries[key] = [plain(next(rows)) for _ in range(count)]
-        else:
-            entries[key] = plain(value)
+            entries[key] = [plain(next(rows)) for _ in range(int(value.split()[1]))]
     return entries
 
 
