@@ -37,6 +37,7 @@ def test_made_files(tmp_path, maker, count):
     ("stack/with_parallel nowhere out", "there is no directory nowhere")])
 def test_wrong_words(tmp_path, words, told):
     script, *words = [word.format(EXAMPLES) for word in words.split()]
-    done = subprocess.run([EXAMPLES / script, *words], cwd=tmp_path, check=False, text=True, capture_output=True)
+    done = subprocess.run([EXAMPLES / script, *words], cwd=tmp_path, check=False, text=True,
+                          capture_output=True)
     assert done.returncode in (1, 2) and told in done.stderr
     assert len(done.stderr.splitlines()) == 1 and not list(tmp_path.iterdir())

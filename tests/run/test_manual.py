@@ -24,9 +24,7 @@ def test_example(tmp_path):
 def completed(*words):
     script = ('source packaging/varnoth.bash-completion; COMP_WORDS=(varnoth "$@"); '
               'COMP_CWORD=$#; _varnoth; printf "%s\\n" "${COMPREPLY[@]}"')
-    done = subprocess.run(["bash", "-c", script, "bash", *words], cwd=ROOT, check=True,
-                          capture_output=True, text=True)
-    return done.stdout.split()
+    return subprocess.check_output(["bash", "-c", script, "bash", *words], cwd=ROOT, text=True).split()
 
 
 def test_completion():

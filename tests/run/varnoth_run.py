@@ -9,6 +9,7 @@ import subprocess
 import sys
 import tempfile
 from dataclasses import dataclass
+from itertools import zip_longest
 from pathlib import Path
 
 EXAMPLES = Path(__file__).parents[2] / "examples"
@@ -68,8 +69,8 @@ class Run:
 
 def run(directory, words=None, environment=None, stdin=subprocess.DEVNULL, **options):
     words = arguments() if words is None else words
-    done = subprocess.run([BINARY, *words], cwd=directory, stdin=stdin, capture_output=True, encoding="latin-1",
-                          env={**os.environ, **(environment or {})}, timeout=60, check=False, **options)
+    done = subprocess.run([BINARY, *words], cwd=directory, stdin=stdin, capture_output=True, check=False,
+                          env={**os.environ, **(environment or {})}, timeout=60, encoding="latin-1", **options)
     return Run(directory, done.returncode, done.stdout, done.stderr)
 
 
@@ -85,14 +86,12 @@ MARKERS = {
 
 def difference(expected, found):
     """The first line of a text that is not as a stored one has it, or None."""
-    wanted, lines = expected.split("\n"), found.split("\n")
-    for number, (pattern, line) in enumerate(zip(wanted, lines), 1):
+    lines = zip_longest(expected.split("\n"), found.split("\n"), fillvalue="no line")
+    for number, (pattern, line) in enumerate(lines, 1):
         parts = re.split(r"\{(\w+)\}", pattern)
         regex = "".join(f"(?:{MARKERS[p]})" if i % 2 else re.escape(p) for i, p in enumerate(parts))
         if not re.fullmatch(regex, line):
             return f"line {number}: {line!r} instead of {pattern!r}"
-    if len(wanted) != len(lines):
-        return f"{len(lines)} lines instead of {len(wanted)}"
     return None
 
 
