@@ -142,30 +142,27 @@ def seen(pair, line, sample, side=None):
 
 
 def reference(pair):
-    """The results by key, and the numbers of the log in their order, each with a name."""
+    """The results by key, and the numbers of the log in their order, each with a name. The effective baseline
+    is by the reported incidence."""
     m, insar = pair.master, pair.insar
     last_line, last_sample = insar["n_lines"] - 1, insar["n_samples"] - 1
-    early, late = lines = [
-        [seen(pair, line, i * last_sample / 10) for i in range(11)] for line in (0, last_line)]
+    early, late = lines = [[seen(pair, x, i * last_sample / 10) for i in range(11)] for x in (0, last_line)]
     metres, delta_r, effective = (sum(getattr(x, quantity) for x in early + late) / 22
                                   for quantity in ("metres", "delta_r", "effective"))
     results = {
         "fringe_frequency_range": sum(x[10].phase - x[0].phase for x in lines) / 2 / last_sample,
         "fringe_frequency_azimuth": (late[5].phase - early[5].phase) / insar["n_lines"],
         "height_conversion_factor": metres, "varnoth_deltaR": delta_r,
-        # by the reported incidence
         "eff_baseline": -math.sin(math.radians(single(late[5].master_incidence_angle))) * C /
         m["radar_frequency"] * early[5].master_range_distance / metres / (4 if pair.single else 2),
-        "incidence_angle_near_range": early[0].master_incidence_angle,
-        "incidence_angle_mid_range": late[5].master_incidence_angle,
-        "incidence_angle_far_range": early[10].master_incidence_angle,
+        **{f"incidence_angle_{place}_range": x.master_incidence_angle
+           for place, x in (("near", early[0]), ("mid", late[5]), ("far", early[10]))},
         "ssc_pixel_spacing_azimuth":
         math.hypot(*late[10].p) * math.hypot(*late[10].v) / math.hypot(*late[10].s) / m["prf"],
         "ssc_pixel_spacing_ground_range": C / 2 / m["range_sampling_frequency"] /
         math.sin(math.radians(late[10].master_incidence_angle)),
-        "heading_angle": early[0].heading,
-        "equator_crossing_direction": "ascending" if late[10].v[2] > 0 else "descending",
-        "sensor_look_direction": "right" if pair.side > 0 else "left"}
+        "heading_angle": early[0].heading, "sensor_look_direction": "right" if pair.side > 0 else "left",
+        "equator_crossing_direction": "ascending" if late[10].v[2] > 0 else "descending"}
     for axis in ("longitude", "latitude"):
         corners = {f"{LINES[k]}_{place}_rg_{axis}": getattr(lines[k][i], axis)
                    for k in (0, 1) for place, i in (("near", 0), ("far", 10))}
@@ -177,7 +174,7 @@ def reference(pair):
             for key in ("look_angle", "range_distance", "incidence_angle"):
                 results[f"{who}_{name}_{key}"] = [getattr(x, f"{who}_{key}") for x in line]
         results[f"flat_phase_poly_{name}"] = p = fit(spl, [x.phase for x in line], pair.degree)
-        misfit = max([misfit] + [abs(sum(c * x.spl**i for i, c in enumerate(p)) - x.phase) for x in line])
+        misfit = max(misfit, *(abs(sum(c * x.spl**i for i, c in enumerate(p)) - x.phase) for x in line))
 
     log = []
 
@@ -191,8 +188,7 @@ def reference(pair):
         for i, x in enumerate(line):
             tell(f"line {k} row {i}", "spl dtau baseline effective metres phase",
                  ((x.spl + 0.5) // 1, x.dtau, x.baseline, x.effective, x.metres, x.phase))
-        phases = [x.phase for x in line]
-        tell(f"line {k}", "variation", [max(phases) - min(phases)])
+        tell(f"line {k}", "variation", [max(x.phase for x in line) - min(x.phase for x in line)])
     tell("mean", "simulation", [math.copysign(effective, -metres)])
     named = ("eff_baseline ssc_pixel_spacing_azimuth ssc_pixel_spacing_ground_range height_conversion_factor "
              "eff_baseline varnoth_deltaR incidence_angle_near_range incidence_angle_far_range")
@@ -205,6 +201,6 @@ def reference(pair):
     for quantity in ("effective", "baseline"):
         tell(f"{quantity} grid", "near mid far", map(int, samples))
         for line in (0, last_line / 2, last_line):
-            values = (getattr(seen(pair, line, sample), quantity) for sample in samples)
-            tell(f"{quantity} grid line {line}", "line near mid far", (int(line), *values))
+            tell(f"{quantity} grid line {line}", "line near mid far",
+                 (int(line), *(getattr(seen(pair, line, sample), quantity) for sample in samples)))
     return results, log

@@ -1,7 +1,6 @@
 """The ways to end: exit status, marks, the supervisor's line and the log; and the lookup of the
 configuration up to the keyboard."""
 
-import datetime
 import os
 import pty
 import re
@@ -9,6 +8,7 @@ import shutil
 import signal
 import subprocess
 import time
+from datetime import datetime
 
 import pytest
 
@@ -35,9 +35,8 @@ ENDINGS = {
         "Can not read configuration file loop: Too many levels of symbolic links\n"]),
     "configuration file below a file": ("", {"pcf": "master.pool/none"}, {}, 0, [
         "WARN  : varnoth : Configuration file master.pool/none does not exist!\n"]),
-    "height": ("sed -i /local_height/d insar.pool", {"LocalHeight": "12.34"}, {}, 0, [
-        "fixed local height: ..... 12.3\n"]),
-    "height of no number": ("", {"LocalHeight": "no number"}, {}, 0, ["fixed local height: ..... 0.0\n"]),
+    "height": ("sed -i /local_height/d insar.pool", {"LocalHeight": "12.34"}, {}, 0, ["..... 12.3\n"]),
+    "height of no number": ("", {"LocalHeight": "no number"}, {}, 0, ["local height: ..... 0.0\n"]),
     "degree with a zero ahead": ("", {"FlatEarthPolyDegree": "010"}, {}, 0, ["poly degree: . 10\n"]),
     "degree with letters behind": ("", {"FlatEarthPolyDegree": "4abc"}, {}, 0, ["poly degree: . 4\n"]),
     "degree from a closed keyboard": ("", {"FlatEarthPolyDegree": None}, {}, 0, ["poly degree: . 0\n"]),
@@ -62,22 +61,19 @@ def test_success(ready):
     start = time.time()
     done = run(ready, environment={"TZ": "EAST-5:30"})
     for end in ("start", "end"):
+        in_pool = done.pool("log.pool")[f"software_{end}_times"][0]
         in_log = re.search(rf"{end} time: (.{{24}})", "\n".join(done.log))[1]
-        for form, text in [("%Y-%m-%dT%H:%M:%S", done.pool("log.pool")[f"software_{end}_times"][0]),
-                           ("%a %b %d %H:%M:%S %Y", in_log)]:
-            moment = datetime.datetime.strptime(text + " +0530", form + " %z").timestamp()
-            assert start - 1 < moment <= time.time()
+        for text, form in ((in_pool, "%Y-%m-%dT%H:%M:%S %z"), (in_log, "%a %b %d %H:%M:%S %Y %z")):
+            assert start - 1 < datetime.strptime(f"{text} +0530", form).timestamp() <= time.time()
     assert (done.status, done.marks) == (0, {"OK": "0"})
     assert (ready / "current_process.pid").read_text().strip().isdigit()
     assert (ready / "parent_process.pid").read_text() == f"{os.getpid()}\n"
 
 
-@pytest.mark.parametrize("path", ["state", "state/"])
-def test_status_path_and_process_name(ready, path):
+def test_status_path_and_process_name(ready):
     (ready / "state").mkdir()
-    assert run(ready, arguments(pid="7", status=path)).status == 0
-    assert [p.name for p in (ready / "state").iterdir()] == ["OK.7"]
-    assert (ready / "log.7").exists()
+    assert run(ready, arguments(pid="7", status="state")).status == 0
+    assert (ready / "state" / "OK.7").exists() and (ready / "log.7").exists()
 
 
 FILES = {"MasterPar": "master.pool", "SlavePar": "slave.pool", "ParameterPool": "insar.pool",
@@ -95,6 +91,7 @@ def test_names_of_255_characters_and_no_more(ready, key, excess):
     assert (done.status, " is longer than 255 characters" in done.screen) == (excess, excess == 1)
     assert done.marks == MARKS[excess] or key == "status"
     assert (ready / "own.log").exists() == (key == "lfn" and excess == 0)
+    assert (ready / "marks" / "OK.varnoth").exists() == (key == "status" and excess == 0)
 
 
 @pytest.fixture
@@ -110,9 +107,8 @@ def test_answer_at_a_terminal(ready, terminal):
     os.write(terminal[0], b"slave.pool\n")
     done = run(ready, arguments(SlavePar=None), stdin=terminal[1])
     assert done.status == 0
-    log = done.levels("DEBUG")
-    assert "waiting 120 seconds for input" in log
-    assert "Read from keyboard parameter SlavePar = slave.pool" in log
+    assert {"waiting 120 seconds for input", "Read from keyboard parameter SlavePar = slave.pool"} <= {
+        *done.levels("DEBUG")}
 
 
 def test_time_out_at_a_terminal(ready, terminal):
@@ -126,18 +122,17 @@ SIGNALS = {1: "hangup", 2: "interrupt (rubout)", 3: "quit (ASCII FS)",
            8: "floating point exception", 11: "segmentation violation",
            15: "software termination signal from kill", 23: "urgent socket condition",
            24: "exceeded cpu limit", 25: "exceeded file size limit", 31: "bad argument to system call",
-           10: None, 13: None}  # these are not caught
+           10: None, 13: None}  # are not caught
 
 
 @pytest.mark.parametrize("number", SIGNALS)
 def test_fatal_signal_while_a_value_is_waited_for(ready, terminal, number):
-    process = subprocess.Popen([BINARY, *arguments(SlavePar=None)], cwd=ready, stdin=terminal[1],
-                               stdout=subprocess.DEVNULL)
-    log, end = ready / "log.varnoth", time.monotonic() + 10
-    while not (log.exists() and "waiting" in log.read_text()) and time.monotonic() < end:
-        time.sleep(0.02)
-    process.send_signal(number)
-    done = Run(ready, process.wait(timeout=60), "", "")
+    with subprocess.Popen([BINARY, *arguments(SlavePar=None)], cwd=ready, stdin=terminal[1],
+                          stdout=subprocess.PIPE) as process:
+        while b"SlavePar := " not in process.stdout.read1():
+            assert process.poll() is None
+        process.send_signal(number)
+    done = Run(ready, process.returncode, "", "")
     caught, what = SIGNALS[number] is not None, f"got fatal signal {number}: {SIGNALS[number]}"
     assert (done.status, done.marks) == (1 if caught else -number, {"ERROR": "1"})
     assert done.alarms == ([what, f"ZOD_MSG|ERROR|varnoth {what}"] if caught else [])

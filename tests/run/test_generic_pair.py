@@ -11,24 +11,19 @@ from independent import Orbit, reference, seen
 from varnoth_run import arguments, make, run
 
 NUMBER = re.compile(r"(?<![\w.])[-+]?\d+(?:\.\d+)?(?:e[-+]\d+)?(?![\w.-])")
+# name: (mode, side, stated look directions, start, degree, log pool, LocalHeight, lines, samples, node)
 CASES = {
-    "dual_left": dict(mode="dual_pass", side="left", stated=(" l e\tft ", "left"), start=0.47,
-                      FlatEarthPolyDegree="4".zfill(255), log_pp="log.pool"),
-    "dual_right": dict(mode="dual_pass", side="right", stated=("left", "right"), start=2.59,
-                       FlatEarthPolyDegree="3", log_pp="insar.pool", LocalHeight="1543.75"),
-    "single_left": dict(mode="single_pass", side="left", stated=("left", "left"), start=2.71,
-                        FlatEarthPolyDegree="2", log_pp="./insar.pool", LocalHeight="-87.5"),
-    "single_right": dict(mode="single_pass", side="right", stated=("right", "right"), start=0.61,
-                         FlatEarthPolyDegree="4", log_pp="log.pool"),
-    "one_line": dict(mode="dual_pass", side="right", stated=("right", "right"), start=0.83,
-                     FlatEarthPolyDegree="2", log_pp="log.pool", lines=1, samples=2, node=0.4),
+    "dual_left": ("dual", "left", (" l e\tft ", "left"), 0.47, "04", "log.pool", None, 9378, 6844, 3.2),
+    "dual_right": ("dual", "right", ("left", "right"), 2.59, "3", "insar.pool", "1543.75", 9378, 6844, 3.2),
+    "single_left": ("single", "left", ("left", "left"), 2.71, "2", "./insar.pool", "-87.5", 9378, 6844, 3.2),
+    "single_right": ("single", "right", ("right", "right"), 0.61, "4", "log.pool", None, 9378, 6844, 3.2),
+    "one_line": ("dual", "right", ("right", "right"), 0.83, "2", "log.pool", None, 1, 2, 0.4),
 }
 
 
-def generic_pair(mode, side, stated, start, FlatEarthPolyDegree, LocalHeight=None, node=3.2, lines=9378,
-                 samples=6844, **_):
+def generic_pair(mode, side, stated, start, degree, log_pool, height, lines, samples, node):
     """Values of the pools; the scenes of a single pass have one axis of time, their epochs do not."""
-    later = 0.0 if mode == "single_pass" else 2345.625
+    later = 0.0 if mode == "single" else 2345.625
     orbits = (Orbit(7.0713e6, 1.1e-3, 1.713, node, start, 1.0617e-3, 7.29e-5, 3611.0),
               Orbit(7.0718e6, 1.15e-3, 1.7131, node + 1e-4, start - 8e-4, 1.0613e-3, 7.31e-5, 3611.0 + later))
     master = {"prf": 1652.75, "az_bandwidth": 1378.5, "range_sampling_frequency": 2.0**25,
@@ -38,7 +33,7 @@ def generic_pair(mode, side, stated, start, FlatEarthPolyDegree, LocalHeight=Non
              "radar_frequency": 1.2365e9, "ellipsoid_parameters": [float(i) for i in range(20, 29)]}
     insar = {"n_samples": samples, "n_lines": lines, "master_first_az_time": 3607.6875,
              "slave_first_az_time": 3609.1875 + later, "master_first_rg_time": 23 / 4096,
-             "slave_first_rg_time": 0.005875, "observation_mode": mode, "local_height": 731.25}
+             "slave_first_rg_time": 0.005875, "observation_mode": f"{mode}_pass", "local_height": 731.25}
     for scene, text, orbit, ahead, zone in ((master, stated[0], orbits[0], 83.25, 512.5),
                                             (slave, stated[1], orbits[1], 86.75, 204.125)):
         times = [orbit.zero - ahead + 10 * i for i in range(18)]
@@ -48,8 +43,9 @@ def generic_pair(mode, side, stated, start, FlatEarthPolyDegree, LocalHeight=Non
                   "orbit_reference_time": str(zone), "orbit_epoch": [t + zone for t in times]}
         scene |= {f"orbit_{axis}": [orbit.position(t)[i] for t in times] for i, axis in enumerate("xyz")}
     pair = SimpleNamespace(
-        orbits=orbits, master=master, slave=slave, insar=insar, single=mode == "single_pass",
-        side={"left": -1, "right": 1}[side], degree=int(FlatEarthPolyDegree), height=float(LocalHeight or 731.25))
+        orbits=orbits, master=master, slave=slave, insar=insar, single=mode == "single",
+        side={"left": -1, "right": 1}[side], degree=int(degree), height=float(height or 731.25),
+        words={"FlatEarthPolyDegree": degree, "log_pp": log_pool, "LocalHeight": height})
     wrong, right = (seen(pair, lines / 2, samples / 2, look) for look in (-pair.side, pair.side))
     master |= {"center_longitude": right.longitude, "center_latitude": right.latitude}
     slave |= {"center_longitude": wrong.longitude,  # misleads
@@ -88,29 +84,25 @@ def tolerance(key, i, wanted, pair):
 
 @pytest.mark.parametrize("name", CASES)
 def test_results_and_numbers_of_the_log(tmp_path, name):
-    case = CASES[name]
-    pair = generic_pair(**case)
+    pair = generic_pair(*CASES[name])
     write(pair, tmp_path)
-    words = {key: case.get(key) for key in ("FlatEarthPolyDegree", "log_pp", "LocalHeight")}
-    done = run(tmp_path, arguments(lfl="TRACE", **words))
+    done, log_pool = run(tmp_path, arguments(lfl="TRACE", **pair.words)), pair.words["log_pp"]
     assert (done.status, done.marks, done.alarms) == (0, {"OK": "0"}, [])
     results, log = reference(pair)
 
     pool = done.pool()
     assert len(results) == 39
-    assert case["log_pp"] != "log.pool" or pool.keys() == {*results, *pair.insar}
+    assert log_pool != "log.pool" or pool.keys() == {*results, *pair.insar}
     found, wanted = elements({key: pool[key] for key in results}), elements(results)
     assert found.keys() == wanted.keys()
     assert {at: (found[at], value) for at, value in wanted.items() if found[at] != value and (
         isinstance(value, str) or not abs(found[at] - value) <= tolerance(*at, value, pair))} == {}
-    assert done.pool(case["log_pp"])["software_names"] == ["varnoth"]
+    assert done.pool(log_pool)["software_names"] == ["varnoth"]
     opened = [text for text in done.levels("DEBUG") if text.startswith("construct pool_rwc")]
-    assert len(opened) == len({"insar.pool", case["log_pp"]})
+    assert len(opened) == len({"insar.pool", log_pool})
 
-    texts = done.levels("INFO ", "PARAM", "DEBUG")
-    texts = texts[texts.index("starting flat earth calculation"):]
-    end = next(i for i, text in enumerate(texts) if text.startswith("open pool"))
-    numbers = NUMBER.findall("\n".join(texts[:end]))
+    told = "\n".join(done.levels("INFO ", "PARAM", "DEBUG")).split("starting flat earth calculation")[1]
+    numbers = NUMBER.findall(told.split("\nopen pool")[0])
     assert len(numbers) == len(log)
     # half a unit of the last digit, and what the two calculations differ by
     assert [(what, text, value) for text, (what, value) in zip(numbers, log)

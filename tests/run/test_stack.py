@@ -17,9 +17,8 @@ def pairs(tmp_path):
 
 
 def run_pair(pair, program=BINARY, results="../results"):
-    done = subprocess.run([STACK / "run_pair", pair, pair.parent / results], check=False,
-                          env={**os.environ, "VARNOTH": str(program)}, capture_output=True,
-                          text=True, timeout=60)
+    done = subprocess.run([STACK / "run_pair", pair, pair.parent / results], check=False, capture_output=True,
+                          env={**os.environ, "VARNOTH": str(program)}, text=True, timeout=60)
     return done.returncode, done.stderr
 
 

@@ -24,18 +24,14 @@ LIBRARY_ONLY = re.compile(r"geometry/(geolocation(_search)?\.|ellipsoid)"
 def texts():
     """The texts of more than two words, as patterns, with where they stand and the level, if it
     stands there too; what varies in one is anything on the same line of the page."""
-    for path in sorted((ROOT / "src").glob("**/*.?pp")):
-        if LIBRARY_ONLY.search(str(path)):
-            continue
+    for path in sorted(p for p in (ROOT / "src").glob("**/*.?pp") if not LIBRARY_ONLY.search(str(p))):
         source = re.sub(r"//[^\n]*", "", path.read_text())
         source = re.sub(r'"\s*\n\s*"', "", source)
         for start in START.finditer(source):
             statement = source[start.start():source.find(";", start.end())]
-            parts = []
-            for literal in re.findall(r'"((?:[^"\\]|\\.)*)"', statement):
-                literal = re.sub(r"\\[nt]", " ", literal.replace('\\"', '"'))
-                parts += re.split(r"%[-.\d]*z?[a-zA-Z]", literal)
-            parts = [re.sub(r"^[ :(<>.,=]+|[ :(<>.,=]+$", "", part) for part in parts]
+            literals = "%s".join(re.findall(r'"((?:[^"\\]|\\.)*)"', statement))
+            told = re.sub(r"\\[nt]", " ", literals.replace('\\"', '"'))
+            parts = [part.strip(" :(<>.,=") for part in re.split(r"%[-.\d]*z?[a-zA-Z]", told)]
             parts = [part for part in parts if re.search(r"\w", part)]
             if len(" ".join(parts).split()) > 2:
                 yield "[^\n]*?".join(map(re.escape, parts)), path.name, start[1] or start[2]

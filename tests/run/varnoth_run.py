@@ -32,6 +32,13 @@ def arguments(**changed):
             for word in ("-" + key, value)]
 
 
+def plain(text):
+    try:
+        return float(text)
+    except ValueError:
+        return text.strip().strip('"')
+
+
 @dataclass
 class Run:
     directory: Path
@@ -64,13 +71,23 @@ class Run:
                 if not p.name.startswith("log")}
 
     def pool(self, name="insar.pool"):
-        return read_pool(self.directory / name)
+        """Entries by key: a scalar, or a list for a vector."""
+        entries, rows = {}, iter((self.directory / name).read_text(encoding="latin-1").split("\n"))
+        for row in rows:
+            if not row or row[0] in "# \t":
+                continue
+            key, kind, value = row.split(None, 2)
+            entries[key] = plain(value)
+            if kind.endswith("_V"):
+                next(rows)
+                entries[key] = [plain(next(rows)) for _ in range(int(value.split()[1]))]
+        return entries
 
 
 def run(directory, words=None, environment=None, stdin=subprocess.DEVNULL, **options):
-    words = arguments() if words is None else words
-    done = subprocess.run([BINARY, *words], cwd=directory, stdin=stdin, capture_output=True, check=False,
-                          env={**os.environ, **(environment or {})}, timeout=60, encoding="latin-1", **options)
+    done = subprocess.run([BINARY, *(words or arguments())], cwd=directory, stdin=stdin, capture_output=True,
+                          env={**os.environ, **(environment or {})}, encoding="latin-1", timeout=60,
+                          check=False, **options)
     return Run(directory, done.returncode, done.stdout, done.stderr)
 
 
@@ -93,27 +110,6 @@ def difference(expected, found):
         if not re.fullmatch(regex, line):
             return f"line {number}: {line!r} instead of {pattern!r}"
     return None
-
-
-def plain(text):
-    try:
-        return float(text)
-    except ValueError:
-        return text.strip().strip('"')
-
-
-def read_pool(path):
-    """Entries by key: a scalar, or a list for a vector."""
-    entries, rows = {}, iter(path.read_text(encoding="latin-1").split("\n"))
-    for row in rows:
-        if not row or row[0] in "# \t":
-            continue
-        key, kind, value = row.split(None, 2)
-        entries[key] = plain(value)
-        if kind.endswith("_V"):
-            next(rows)
-            entries[key] = [plain(next(rows)) for _ in range(int(value.split()[1]))]
-    return entries
 
 
 class Pair:
