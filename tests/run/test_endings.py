@@ -26,8 +26,8 @@ ENDINGS = {
     "id file that can not be written": ("mkdir current_process.pid", {}, {}, 1, [
         "Error opening file current_process.pid\n", "can not open file\n", FAILED]),
     "configuration file and environment": (
-        "printf 'MasterPar master.pool and more\n\nSlavePar\tslave.pool\npid 7\n' > own",
-        {"MasterPar": None, "SlavePar": None, "log_pp": None, "pcf": "own"}, {"log_pp": "log.pool"}, 0,
+        "printf 'pid 7\n\nMasterPar\tmaster.pool and more\n' > own",
+        {"MasterPar": None, "log_pp": None, "pcf": "own"}, {"log_pp": "log.pool", "MasterPar": "none"}, 0,
         ["Found parameter MasterPar=master.pool\n", "Found parameter in UNIX environment log_pp=log.pool\n"]),
     "configuration file that is a directory": ("mkdir folder", {"pcf": "folder"}, {}, 1, [
         "Can not read configuration file folder: Is a directory\n"]),
@@ -122,13 +122,13 @@ SIGNALS = {1: "hangup", 2: "interrupt (rubout)", 3: "quit (ASCII FS)",
            8: "floating point exception", 11: "segmentation violation",
            15: "software termination signal from kill", 23: "urgent socket condition",
            24: "exceeded cpu limit", 25: "exceeded file size limit", 31: "bad argument to system call",
-           10: None, 13: None}  # are not caught
+           10: None, 13: None}  # the last two are not caught
 
 
 @pytest.mark.parametrize("number", SIGNALS)
 def test_fatal_signal_while_a_value_is_waited_for(ready, terminal, number):
     with subprocess.Popen([BINARY, *arguments(SlavePar=None)], cwd=ready, stdin=terminal[1],
-                          stdout=subprocess.PIPE) as process:
+                          stdout=subprocess.PIPE, env={**os.environ, "SECONDS_ON_PARAMETER_INPUT": "9"}) as process:
         while b"SlavePar := " not in process.stdout.read1():
             assert process.poll() is None
         process.send_signal(number)
