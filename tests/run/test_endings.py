@@ -127,12 +127,12 @@ SIGNALS = {1: "hangup", 2: "interrupt (rubout)", 3: "quit (ASCII FS)",
 
 @pytest.mark.parametrize("number", SIGNALS)
 def test_fatal_signal_while_a_value_is_waited_for(ready, terminal, number):
-    with subprocess.Popen([BINARY, *arguments(SlavePar=None)], cwd=ready, stdin=terminal[1],
-                          stdout=subprocess.PIPE, env={**os.environ, "SECONDS_ON_PARAMETER_INPUT": "9"}) as process:
-        while b"SlavePar := " not in process.stdout.read1():
-            assert process.poll() is None
-        process.send_signal(number)
-    done = Run(ready, process.returncode, "", "")
+    with subprocess.Popen([BINARY, *arguments(SlavePar=None)], cwd=ready, stdout=subprocess.PIPE,
+                          stdin=terminal[1], env={**os.environ, "SECONDS_ON_PARAMETER_INPUT": "9"}) as job:
+        while b"SlavePar := " not in job.stdout.read1():
+            assert job.poll() is None
+        job.send_signal(number)
+    done = Run(ready, job.returncode, "", "")
     caught, what = SIGNALS[number] is not None, f"got fatal signal {number}: {SIGNALS[number]}"
     assert (done.status, done.marks) == (1 if caught else -number, {"ERROR": "1"})
     assert done.alarms == ([what, f"ZOD_MSG|ERROR|varnoth {what}"] if caught else [])
