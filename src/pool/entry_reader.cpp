@@ -18,13 +18,13 @@ namespace {
 bool IsLineEnd(char byte) { return byte == '\n' || byte == '\r'; }
 bool IsBlank(char byte) { return byte == ' ' || byte == '\t'; }
 
-/// Type words of a block's opening messages: where the token is missing, and where it is wrong.
+/// Type words in the messages on a block's opening: for a missing token and for a wrong one.
 struct OPENING_WORDS {
   const char* missing;
   const char* wrong;
 };
 
-/// The readers of floating POINT pairs have words of their own; users know the messages by them.
+/// The readers of floating POINT pairs use words of their own; users search for these messages.
 template <class X>
 OPENING_WORDS VectorWords() {
   if constexpr (std::is_same_v<X, POINT<float>>) {
@@ -36,7 +36,7 @@ OPENING_WORDS VectorWords() {
   }
 }
 
-/// So has the reader of text matrices.
+/// The reader of text matrices uses its own word too.
 template <class X>
 OPENING_WORDS MatrixWords() {
   if constexpr (std::is_same_v<X, STRING>) {
@@ -46,15 +46,15 @@ OPENING_WORDS MatrixWords() {
   }
 }
 
-/// The number that a token starts with, 0 where it starts with none, the nearest representable one
-/// where it is too large.
+/// The number at the start of a token: 0 if there is none, the nearest representable one if it is
+/// out of range.
 long long ScanInteger(const char* token) { return std::strtoll(token, nullptr, 10); }
 
-/// The number that a token starts with, in any form that scanf reads. What is no number gives 0;
-/// users of the format lean on it for missing values.
+/// The number at the start of a token, in any form that scanf reads. A token that starts with no
+/// number gives 0; users of the format rely on this for missing values.
 double ScanFloating(const char* token, std::size_t length) {
   double number = 0.0;
-  // A plain decimal number, which is what pools are made of, is read without scanf's machinery.
+  // Nearly all tokens are plain decimal numbers; reading them without scanf is faster.
   const bool starts_plainly =
       std::isdigit(static_cast<unsigned char>(*token)) != 0 || *token == '-';
   const char* const end = token + length;
@@ -125,7 +125,7 @@ bool ENTRY_READER::NextToken() {
     token[0] = '\0';
     return false;
   }
-  // A line end is a token of its own, so the first byte counts whatever it is.
+  // A line end is a token of its own, so the first byte belongs to the token whatever it is.
   const char* const stop = std::find_if(std::min(start + 1, end), end,
                                         [](char byte) { return IsBlank(byte) || IsLineEnd(byte); });
   token_length = static_cast<std::size_t>(stop - start);
@@ -178,7 +178,7 @@ template <class T>
 void ENTRY_READER::ParseFloating(T& value) {
   constexpr double LIMIT = std::numeric_limits<T>::max();
   const double number = ScanFloating(token, token_length);
-  // Quiet comparisons: a NaN passes and must not trap.
+  // The comparisons are quiet: a NaN passes and must not trap.
   if (std::isgreater(number, LIMIT) || std::isless(number, -LIMIT)) {
     Fail<PARAMETER_OUT_OF_BOUNDS>(" << read value is : ", token, " (value is out of range) ",
                                   TypeRow(POOL_ELEMENT<T>::SCALAR).name, " expected\n");
@@ -193,7 +193,7 @@ void ENTRY_READER::Parse(STRING& value) {
   const char* const start = line.data() + token_start;
   const char* const end = line.data() + line.size();
   if (start == end || *start != '"') {
-    // The rest of the line, up to the first LF, else up to the first CR.
+    // The rest of the line, up to the first LF or null byte, else up to the first CR.
     const char* last = std::find_if(start, end, [](char c) { return c == '\n' || c == '\0'; });
     if (last == end) last = std::find(start, end, '\r');
     value = STRING(start, static_cast<std::size_t>(last - start));
@@ -305,7 +305,7 @@ void ENTRY_READER::Parse(ARRAY<X>& value) {
   if (!CanHold(range.Count()) || value.Resize(range) != ARRAY_OK) {
     Fail<ERROR_NO_MEMORY>(" << not enough memory to create ARRAY\n");
   }
-  // A view takes any range, with memory or not.
+  // A view accepts any range, even without memory behind it.
   if (range.Count() > 0 && value.begin() == nullptr) {
     Fail<ERROR_NO_MEMORY>(" << not enough memory\n");
   }

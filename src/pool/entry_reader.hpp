@@ -10,8 +10,15 @@ namespace varnoth {
 
 /// Reads the lines, tokens and values of a pool's text, and reports what is wrong with them.
 ///
-/// The grammar has oddities that files in use lean on: a line is at most 1024 bytes, LF and CR each
-/// end one, and the end of the file stands in the last line as the byte 0xFF.
+///     ENTRY_READER reader(stream);  // an open POOL_STREAM
+///     double height = 0.0;
+///     if (reader.FindKey("local_height")) {
+///       for (int word = 0; word < 3 && reader.NextToken();) ++word;  // key, type, value
+///       reader.Parse(height);
+///     }
+///
+/// Existing files rely on oddities of the grammar: a line has at most 1024 bytes, LF and CR each
+/// end a line, and the byte 0xFF at the end of the last line marks the end of the file.
 class ENTRY_READER {
  public:
   static constexpr int LINE_LIMIT = POOL_STREAM::LINE_LIMIT;
@@ -19,29 +26,31 @@ class ENTRY_READER {
 
   explicit ENTRY_READER(POOL_STREAM& file) : stream(file) {}
 
-  /// Back to the file's first byte.
+  /// Goes back to the file's first byte.
   void Rewind();
-  /// Takes the next line, its terminator included. False if not a byte was left.
+  /// Takes the next line with its terminator. False behind the line that has the end mark.
   bool NextLine();
-  /// Goes to the first entry of a key, from the file's first byte on; false if there is none.
+  /// Goes to the first entry of a key, searching from the file's first byte; false if there is
+  /// none. The current line is then the key line, with its first word still to be taken.
   bool FindKey(const char* key);
-  /// Whether the current line's first byte makes it a key line.
+  /// Whether the current line starts an entry: its first byte is no blank, tab, line end or "#".
   bool IsKeyLine() const;
   bool IsCommentLine() const { return line.starts_with('#'); }
   /// The current line's bytes.
   std::string_view Line() const { return line; }
-  /// Takes the current line's first word, at most 100 bytes of it, as the current key.
+  /// Makes the current line's first word, at most 100 bytes of it, the current key, and gives it.
   const char* ReadKey();
 
-  /// Takes the next word of the line as the token; false only beyond the line limit. Where nothing
-  /// is left the token is the line end (LF) or empty.
+  /// Makes the next word of the line the token; false only if blanks reach up to the line limit.
+  /// If no word is left, the token is the line end (LF) or empty.
   bool NextToken();
   const char* Token() const { return token; }
-  /// Back to the line's first byte.
+  /// Goes back to the line's first byte.
   void RewindLine() { position = 0; }
 
-  /// Parses a value from the current token on; throws a class of ERROR_PARAMETER_POOL behind a line
-  /// at ALARM. A float or double takes what is no number as 0.
+  /// Parses a value that starts at the current token. Throws, behind a line at ALARM, a class of
+  /// the ERROR_PARAMETER_POOL family. An integer refuses a token with anything but decimal digits
+  /// and signs; a float or double reads a token that is no number as 0.
   void Parse(bool& value);
   void Parse(unsigned char& value);
   void Parse(char& value);
@@ -50,6 +59,8 @@ class ENTRY_READER {
   void Parse(long long& value);
   void Parse(float& value);
   void Parse(double& value);
+  /// A quoted text up to its closing quote or the line end, without its backslashes; an unquoted
+  /// one is the rest of the line.
   void Parse(STRING& value);
   template <class T>
   void Parse(COMPLEX<T>& value);
@@ -60,15 +71,16 @@ class ENTRY_READER {
   template <class T>
   void Parse(INDEX<int, T>& value);
   void Parse(TUPLE<STRING>& value);
-  /// A vector: range and block. The array takes on the file's range.
+  /// A vector: a range (first index and count) and a block. The array takes the file's range. Also
+  /// throws ERROR_NO_MEMORY, for a negative count too.
   template <class X>
   void Parse(ARRAY<X>& value);
-  /// A matrix: two ranges and a block of vector blocks.
+  /// A matrix: the ranges of rows and columns and a block of vector blocks. Throws like a vector.
   template <class X>
   void Parse(MATRIX<X>& value);
 
-  /// Logs the pieces behind the words "parameter pool: parameter key >> " and the current key at
-  /// ALARM and throws an ERROR.
+  /// Logs "parameter pool: parameter key >> ", the current key and the pieces at ALARM, and throws
+  /// an ERROR.
   template <class ERROR, class... PIECES>
   [[noreturn]] void Fail(const PIECES&... pieces) const {
     GlobalLog.set(ALARM) << "parameter pool: parameter key >> " << current_key;
@@ -88,10 +100,10 @@ class ENTRY_READER {
   template <class T>
   void ParseSecond(T& first, T& second);
   RANGE<int> ParseRange();
-  /// Whether the file can hold that many elements, each of which takes a byte or more: no count of
-  /// a broken pool takes memory that its content does not need.
+  /// Whether the file can hold that many elements, at one byte or more each. A wrong count in a
+  /// broken pool then takes no memory beyond what small counts may always have.
   bool CanHold(long long count) const;
-  /// The line that opens a block; the words name the type where the opening is wrong.
+  /// Takes the line that opens a block; the words name the type if the opening is missing or wrong.
   void OpenBlock(const char* missing_word, const char* wrong_word);
   void CloseBlock(CLOSER closer, const char* type_name);
   template <class X>

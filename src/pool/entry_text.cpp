@@ -16,8 +16,8 @@ constexpr std::size_t KEY_WIDTH = 32;
 constexpr std::size_t TYPE_WIDTH = 16;
 constexpr int MAXIMUM_INDENT = 1023;
 
-/// Digits behind the point. Numbers that stand alone have more than those that are a part of a
-/// complex, a pair or an indexed value; users compare files by text, so both stay as they are.
+/// Digits behind the point. Numbers that stand alone have more than parts of a complex number, a
+/// pair or an indexed value. Users compare files by text, so both stay as they are.
 struct DIGITS {
   int of_float;
   int of_double;
@@ -25,7 +25,7 @@ struct DIGITS {
 constexpr DIGITS ALONE{10, 17};
 constexpr DIGITS AS_PART{6, 15};
 
-/// A number as printf's "%.*E" shows it, but several times as fast.
+/// Appends a number as printf's "%.*E" shows it, several times as fast.
 void AppendScientific(std::string& text, double value, int digits) {
   char number[32];
   char* end = number;

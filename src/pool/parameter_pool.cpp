@@ -78,7 +78,7 @@ bool PARAMETER_POOL::find_key(const char* key) {
     throw ERROR_ALGORITHM();
   }
   if (entry.FindKey(key)) return true;
-  // Not to be taken for a key that isn't there: the caller would go on with a default.
+  // A failed read must not look like a missing key: the caller would go on with a default.
   CheckRead();
   return !is_locked && FindKeyBetweenUpdates(key);
 }

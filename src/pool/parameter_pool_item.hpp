@@ -10,7 +10,7 @@
 
 namespace varnoth {
 
-/// A pending value whose type is known only to itself.
+/// A pending value with its type erased.
 class POOL_VALUE {
  public:
   POOL_VALUE() = default;
@@ -34,6 +34,9 @@ class POOL_VALUE_OF : public POOL_VALUE {
 };
 
 /// One pending entry of a pool: key, type, comment lines and an owned copy of the value.
+///
+///     const PARAMETER_POOL_ITEM item("local_height", 12.5, ARRAY<STRING>("height in [m]"));
+///     const std::string& lines = item.Text().Text();
 class PARAMETER_POOL_ITEM {
  public:
   /// The empty item: no key, no value, type UNKNOWN.
@@ -50,8 +53,9 @@ class PARAMETER_POOL_ITEM {
   PARAMETER_POOL_ITEM& operator=(PARAMETER_POOL_ITEM&&) = default;
   ~PARAMETER_POOL_ITEM() = default;
 
-  /// The entry's text, made when it is first asked for: afterwards the item must not be changed.
-  /// Empty for a type code that no table row has; throws ERROR_UNHANDLED_CASE for UNKNOWN.
+  /// The entry's text. The first call builds and keeps it: don't change the fields afterwards.
+  /// Empty for a type code without a row in the type table. Throws ERROR_UNHANDLED_CASE, with no
+  /// log line, for UNKNOWN.
   const ENTRY_TEXT& Text() const;
 
   char key[ENTRY_READER::KEY_LIMIT + 1] = {};

@@ -9,7 +9,7 @@
 
 namespace varnoth {
 
-/// A doubly linked list with an end sentinel, a count and a cursor.
+/// A doubly linked list with a count and a cursor, which starts at the end.
 template <class X>
 class LIST {
  public:
@@ -19,10 +19,10 @@ class LIST {
   LIST& operator=(const LIST&) = delete;
 
   int count() const { return static_cast<int>(items.size()); }
-  /// The item under the cursor.
+  /// The item under the cursor; undefined if the cursor is at the end.
   X& current() { return *cursor; }
   const X& current() const { return *cursor; }
-  /// Unlinks and frees the item under the cursor; the cursor then stands on the next one.
+  /// Removes the item under the cursor, which moves to the next one; undefined at the end.
   void remove_current() { cursor = items.erase(cursor); }
   void clear() {
     items.clear();
@@ -36,7 +36,8 @@ class LIST {
   mutable typename std::list<X>::iterator cursor;
 };
 
-/// The other in-memory type of a pair's type code.
+/// The other in-memory type with the same type code: POINT for RANGE and the reverse, void for all
+/// others.
 template <class V>
 struct TWIN_OF {
   using TYPE = void;
@@ -73,11 +74,19 @@ void CopyTwin(const ARRAY<X>& from, ARRAY<Y>& to) {
   }
 }
 
-/// The pending entries of a pool. A new item goes in front of the head, so that the list holds the
-/// entries in the reverse order of their adding; files in use show it in the order of new keys.
+/// The pending entries of a pool.
+///
+///     PARAMETER_POOL_LIST list;
+///     list.add("fringe_count", 42, ARRAY<STRING>("number of fringes"));
+///     int count = 0;
+///     list.get("fringe_count", count);
+///
+/// A new item goes to the front, so the list holds the entries in the reverse order in which they
+/// were added. New keys reach a pool file in this order.
 class PARAMETER_POOL_LIST : public LIST<PARAMETER_POOL_ITEM> {
  public:
-  /// Looks for a key (exact) from the head and leaves the cursor on the hit; 1 or 0.
+  /// Searches for a key (exact) from the front: 1 with the cursor on the item, or 0 with the cursor
+  /// at the end.
   int find(const char* key) {
     for (cursor = items.begin(); cursor != items.end(); ++cursor) {
       if (std::strcmp(cursor->key, key) == 0) return 1;
@@ -85,14 +94,15 @@ class PARAMETER_POOL_LIST : public LIST<PARAMETER_POOL_ITEM> {
     return 0;
   }
   void add(PARAMETER_POOL_ITEM item) { items.push_front(std::move(item)); }
-  /// Adds a copy of a value and its comments under a key.
+  /// Adds a copy of a value and its comments under a key. Throws PARAMETER_KEY_TOO_LONG behind a
+  /// line at ALARM.
   template <class V>
   void add(const char* key, const V& value, const ARRAY<STRING>& comments) {
     add(PARAMETER_POOL_ITEM(key, value, comments));
   }
-  /// Copies the value of a key out; a POINT and a RANGE of one type code stand for each other.
-  /// Throws PARAMETER_KEY_NOT_FOUND, WRONG_PARAMETER_TYPE if the item holds another in-memory type,
-  /// and what the copy throws.
+  /// Copies the value of a key out; a POINT reads a RANGE of the same type code and the reverse.
+  /// Throws, with no log line, PARAMETER_KEY_NOT_FOUND, WRONG_PARAMETER_TYPE if the item holds any
+  /// other in-memory type, and what the copy throws.
   template <POOL_SCALAR X>
   void get(const char* key, X& value) {
     Copy(key, value);

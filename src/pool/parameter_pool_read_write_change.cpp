@@ -47,7 +47,7 @@ PARAMETER_POOL_READ_WRITE_CHANGE::~PARAMETER_POOL_READ_WRITE_CHANGE() noexcept(f
   }
   try {
     update();
-  } catch (...) {  // NOLINT(bugprone-empty-catch): the lines of the failure stand in the log
+  } catch (...) {  // NOLINT(bugprone-empty-catch): the log has the lines of the failure
   }
 }
 
@@ -82,7 +82,7 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::Lock() {
 
 void PARAMETER_POOL_READ_WRITE_CHANGE::update() {
   if (!stream.IsOpen()) return;
-  // Whatever happens below, there is no second try.
+  // Whatever happens below, nobody tries a second time.
   struct CLOSER_OF_POOL {
     PARAMETER_POOL_READ_WRITE_CHANGE& pool;
     ~CLOSER_OF_POOL() {
@@ -100,10 +100,10 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::update() {
   {
     GlobalLog.set(DEBUG) << "open pool: " << temporary_name << "\n";
     POOL_STREAM temporary;
-    // Without that file there is nothing that could be opened without following what
-    // somebody else put there.
+    // Without a file of our own, opening the name could follow a link that somebody else put
+    // there.
     if (created.empty() || !temporary.Open(temporary_name.c_str(), POOL_STREAM::MODE::READ_WRITE)) {
-      for (int told = 0; told < 2; ++told) {  // by the opening, and by who asked for it
+      for (int told = 0; told < 2; ++told) {  // once for the opening, once for its caller
         GlobalLog.set(ALARM) << "can not open parameter file " << temporary_name << "\n";
       }
       GlobalLog.set(ALARM) << "no permission to change pool file: " << file_name << "\n";
@@ -126,7 +126,8 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::update() {
 void PARAMETER_POOL_READ_WRITE_CHANGE::Merge(POOL_STREAM& temporary) {
   entry.Rewind();
   entry.NextLine();
-  // The end is looked at before a line is: the line that met it holds the end mark and is dropped.
+  // The loops test for the end before they use a line: the last line has the end mark and is
+  // dropped.
   while (!stream.AtEnd()) {
     if (entry.IsKeyLine() && list.find(entry.ReadKey()) != 0) {
       write_entry(list.current(), temporary);
@@ -153,7 +154,7 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::CopyOver(const std::string& temporary_nam
   POOL_STREAM temporary;
   const bool is_open = temporary.Open(temporary_name.c_str(), POOL_STREAM::MODE::READ);
   const std::string content = is_open ? temporary.ReadRest() : "";
-  // The pool is not cut before all that takes its place is at hand.
+  // Truncate the pool only when its complete new content is in memory.
   if (!is_open || temporary.HasError()) {
     LogSystemError(errno);
     GlobalLog.set(ALARM) << "Error opening file " << temporary_name << "\n";

@@ -7,26 +7,35 @@
 
 namespace varnoth {
 
-/// A pool that is also written. A write doesn't touch the file: it goes to a list in memory, and
-/// one update at the end merges the list with the file. Replaced keys take the place of their old
-/// entries, new keys go to the end in the reverse order of their writing, every other line stays.
+/// A pool that is read and written.
 ///
-/// `Read` sees the file alone, so a key written on the same object is not visible to it before the
-/// update.
+///     PARAMETER_POOL_READ_WRITE_CHANGE pool("results.dat");
+///     pool.Change("local_height", 12.5, ARRAY<STRING>("height above the ellipsoid in [m]"));
+///     pool.update();
+///
+/// A write doesn't touch the file: it goes to a list in memory, and one update at the end merges
+/// the list with the file. A replaced entry keeps its place and the comment lines above it; new
+/// keys go to the end, the last one written first. Every other line stays, but for a last line
+/// without a line end: the update drops it.
+///
+/// `Read` and `find_key` see the file alone, so they don't find a new key before the update.
 class PARAMETER_POOL_READ_WRITE_CHANGE : public PARAMETER_POOL {
  public:
   PARAMETER_POOL_READ_WRITE_CHANGE() = default;
-  /// Opens the pool. Throws CAN_NOT_OPEN_POOL, also for a file that can't be written.
+  /// Opens the pool. Throws CAN_NOT_OPEN_POOL, behind a line at ALARM, also for a file that can't
+  /// be written.
   explicit PARAMETER_POOL_READ_WRITE_CHANGE(const char* path, unsigned option_value = 0);
-  /// Does the update, if it has not been done, and may throw its exceptions. While another
-  /// exception unwinds, a failing update leaves its lines in the log only.
+  /// Runs `update` unless the pool is closed already, and throws what `update` throws. While
+  /// another exception unwinds, it throws nothing and a failed update only leaves its lines in the
+  /// log.
   ~PARAMETER_POOL_READ_WRITE_CHANGE() noexcept(false) override;
   PARAMETER_POOL_READ_WRITE_CHANGE(const PARAMETER_POOL_READ_WRITE_CHANGE&) = delete;
   PARAMETER_POOL_READ_WRITE_CHANGE& operator=(const PARAMETER_POOL_READ_WRITE_CHANGE&) = delete;
 
-  /// Adds an entry that must be new. Throws PARAMETER_KEY_EXISTS if the key is in the list or in
-  /// the file, PARAMETER_KEY_TOO_LONG above 100 characters, and INVALID_PARAMETER_VALUE for a text
-  /// that makes a line longer than a reader takes.
+  /// Adds an entry that must be new, with comment lines above it. Throws PARAMETER_KEY_EXISTS, with
+  /// no log line, if the key is in the list or in the file. Throws, behind a line at ALARM,
+  /// PARAMETER_KEY_TOO_LONG above 100 characters, INVALID_PARAMETER_VALUE for a line of more than
+  /// 1024 bytes, and what `find_key` throws.
   template <POOL_SCALAR X>
   void Write(const char* key, const X& value, const ARRAY<STRING>& comments = {}) {
     WriteNew({key, value, comments});
@@ -43,8 +52,9 @@ class PARAMETER_POOL_READ_WRITE_CHANGE : public PARAMETER_POOL {
     WriteNew({key, STRING(value), comments});
   }
 
-  /// Adds an entry that may be there already; the last value of a key is what is written. Throws
-  /// like `Write`, but for PARAMETER_KEY_EXISTS.
+  /// Adds an entry or replaces one in the list or the file; the last value of a key reaches the
+  /// file. Throws, behind a line at ALARM, PARAMETER_KEY_TOO_LONG and INVALID_PARAMETER_VALUE as
+  /// `Write` does.
   template <POOL_SCALAR X>
   void Change(const char* key, const X& value, const ARRAY<STRING>& comments = {}) {
     Add(CHANGE, {key, value, comments});
@@ -71,18 +81,23 @@ class PARAMETER_POOL_READ_WRITE_CHANGE : public PARAMETER_POOL {
   /// pool is cut, and the pool before that content's file goes.
   void SetDurable(bool is_wanted) { is_durable = is_wanted; }
 
-  /// Merges the list with the file, which is locked meanwhile, and closes it; the pool is then done
-  /// with. The complete new content is built in a file "pool_" and six characters beside the pool,
-  /// and only then copied into the pool's own file, whose owner, rights and links so survive.
-  /// Whatever stops the update, the old pool or that file holds everything. Throws
-  ///  - NO_UPDATE_PERMISSION_FOR_POOL: the temporary file can't be made, or see `Lock`,
-  ///  - CORRUPTED_PARAMETER_POOL: reading the pool or writing the temporary file failed,
-  ///  - ERROR_I_O, ERROR_PARAMETER_POOL: the content can't be taken over.
+  /// Locks the pool, merges the list with the file and closes the pool, on failure too. Does
+  /// nothing on a closed pool: `close` without an update drops what was written.
+  ///
+  /// The update builds the complete new content in a file beside the pool, named "pool_" and six
+  /// random characters, and then copies it into the pool's own file, which so keeps its owner,
+  /// permissions and links. Whatever stops the update, the old pool or the file beside it holds
+  /// everything. Throws, behind lines at ALARM,
+  ///  - NO_UPDATE_PERMISSION_FOR_POOL: the file beside the pool can't be made,
+  ///  - CORRUPTED_PARAMETER_POOL: reading the pool or writing the file beside it failed; the pool
+  ///    is as it was,
+  ///  - ERROR_I_O: the file beside the pool can't be read back; the pool is as it was,
+  ///  - ERROR_PARAMETER_POOL: the pool's own file can't be written.
   void update();
 
  private:
   void WriteNew(PARAMETER_POOL_ITEM item);
-  /// Takes an item into the list, in the place of one of the same key.
+  /// Puts an item at the front of the list and removes an older one of the same key.
   void Add(OPERATION operation, PARAMETER_POOL_ITEM item);
   void Merge(POOL_STREAM& temporary);
   void CopyOver(const std::string& temporary_name);
@@ -92,8 +107,8 @@ class PARAMETER_POOL_READ_WRITE_CHANGE : public PARAMETER_POOL {
   int exceptions_at_start = std::uncaught_exceptions();
 };
 
-/// Writes an item's entry to a pool's file and flushes it. Throws ERROR_UNHANDLED_CASE for an item
-/// without a type.
+/// Writes an item's entry to a pool's file and flushes it. A failed write shows in
+/// `POOL_STREAM::HasError`. Throws ERROR_UNHANDLED_CASE for an item without a type.
 void write_entry(const PARAMETER_POOL_ITEM& item, POOL_STREAM& pool);
 
 }  // namespace varnoth

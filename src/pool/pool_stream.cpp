@@ -25,7 +25,7 @@ bool POOL_STREAM::Open(const char* path, MODE mode) {
   const int flags = mode == MODE::READ     ? O_RDONLY
                     : mode == MODE::CREATE ? O_RDWR | O_CREAT
                                            : O_RDWR;
-  // A pipe is no pool, and not waited for.
+  // A pipe is no pool: don't wait for its other end.
   descriptor = OpenAtOnce(path, flags);
   write_failed = false;
   Rewind();

@@ -5,8 +5,17 @@
 
 namespace varnoth {
 
-/// The open file of a pool: a reader of lines and a buffered writer on one descriptor, which it
-/// owns. Reads always see the file as it stands after a `Rewind`.
+/// The open file of a pool: a line reader and a buffered writer on one descriptor, which the object
+/// owns. Failures show in the results alone; nothing is logged.
+///
+///     POOL_STREAM from, to;
+///     if (!from.Open("scene.dat", POOL_STREAM::MODE::READ)) std::perror("scene.dat");
+///     if (!to.Open("copy.dat", POOL_STREAM::MODE::CREATE)) std::perror("copy.dat");
+///     std::string_view line = from.NextLine();
+///     for (; !from.AtEnd(); line = from.NextLine()) to.Write(line);
+///     if (!to.Close()) std::perror("copy.dat");
+///
+/// `Rewind` drops what was read ahead, so reads behind it see what other processes wrote before.
 class POOL_STREAM {
  public:
   POOL_STREAM() = default;
@@ -16,36 +25,39 @@ class POOL_STREAM {
 
   enum class MODE {
     READ_WRITE,  ///< an existing file
-    CREATE,      ///< the same; the file is made if it is not there
+    CREATE,      ///< the same, but creates a missing file
     READ,        ///< an existing file, read only
   };
-  /// Opens a file; false, with errno set, if it can't be opened so.
+  /// Closes an open file and opens another; false, with errno set, on failure.
   bool Open(const char* path, MODE mode);
   bool IsOpen() const { return descriptor >= 0; }
   int Descriptor() const { return descriptor; }
-  /// Flushes and closes. False if anything written since the opening failed.
+  /// Flushes and closes. False if closing, or any write since the opening, failed; true if nothing
+  /// was open.
   bool Close();
 
-  /// Back to the first byte, for reading and writing.
+  /// Goes back to the first byte, for reading and writing.
   void Rewind();
+  /// The most bytes of a line, with its terminator.
   static constexpr std::size_t LINE_LIMIT = 1024;
-  /// The next line, its terminator (LF or CR) included, or as many bytes as a line may have. The
-  /// end of the file, or a place that can't be read, ends the line with the byte 0xFF and raises
-  /// the end mark; behind it there are only empty lines. The bytes stay until the next call.
+  /// The next line with its terminator (LF or CR), or LINE_LIMIT bytes of a longer one. The end of
+  /// the file, or a failed read, ends the line with the byte 0xFF and sets `AtEnd`; later calls
+  /// give empty lines. The bytes are valid until the next read.
   std::string_view NextLine();
-  /// All bytes up to the end, which this reaches.
+  /// All bytes up to the end of the file; sets `AtEnd`.
   std::string ReadRest();
-  /// Whether reading has met the end since the last `Rewind`.
+  /// Whether a read reached the end of the file, or failed, since the last `Rewind`.
   bool AtEnd() const { return at_end; }
   /// Whether a read since the last `Rewind`, or a write since the opening, failed.
   bool HasError() const { return read_failed || write_failed; }
-  /// Bytes in the file.
+  /// The file's size in bytes; 0 if the system doesn't tell.
   long long Size() const;
 
-  /// Adds bytes at the write position; they reach the file with `Flush`.
+  /// Buffers bytes for the write position; `Flush` hands them to the file.
   void Write(std::string_view bytes);
+  /// False if any write since the opening failed.
   bool Flush();
-  /// Cuts the file to no bytes; false, with errno set, if it can't be.
+  /// Cuts the file to length 0; false, with errno set, on failure.
   bool Truncate();
   /// Waits until what was flushed is on the disk; false, with errno set, on failure.
   bool Sync();
@@ -58,8 +70,8 @@ class POOL_STREAM {
   bool SetLock(LOCK lock, double seconds);
 
  private:
-  /// Adds bytes of the file to what is left of the block; false, with the end mark raised, if there
-  /// are none.
+  /// Reads more bytes of the file behind what is left of the block; false, with `at_end` set, if
+  /// there are none.
   bool FillBlock();
 
   int descriptor = -1;
@@ -70,7 +82,7 @@ class POOL_STREAM {
   char block[BLOCK_SIZE];
   std::size_t block_length = 0;
   std::size_t block_position = 0;
-  bool may_hold_cr = false;  ///< whether the block does
+  bool may_hold_cr = false;  ///< false only if the block has no CR
   long long read_offset = 0;
   long long write_offset = 0;
   std::string unwritten;

@@ -7,23 +7,33 @@
 
 namespace varnoth {
 
-/// Universal times as pool entries: texts, whose key is joined of up to seven parts. Any form that
-/// the scanner takes is read; written is the form "2004-01-14T10:11:12.000000" with 0 to 6 digits
-/// of the fraction.
+/// Universal times as pool entries of type STR or STR_V, whose key is joined from parts.
 ///
-/// They throw what the pool throws, PARAMETER_KEY_TOO_LONG, and ERROR_DATA for a text that is no
-/// time.
+///     UNIVERSAL_TIME start;
+///     ReadTime(pool, {"master", "start_time"}, start);  // key "master_start_time"
+///     WriteTime(results, {"start_time"}, start, 6, false);
+///
+/// The readers take any form that UTC_SCANNER knows. The writers use "2004-01-14T10:11:12.000000"
+/// with `digits`, 0 to 6, digits of the fraction.
+///
+/// All of them throw what the pool throws and PARAMETER_KEY_TOO_LONG. The readers also throw
+/// ERROR_DATA, behind a line at EXCEPTION, for a text that is no time, and the writers
+/// ERROR_ARGUMENT for an empty time.
 using KEY_PARTS = std::initializer_list<const char*>;
 
+/// On failure the time stays as it was.
 void ReadTime(PARAMETER_POOL& pool, KEY_PARTS key_parts, UNIVERSAL_TIME& time);
-/// A vector of texts, which keeps its first index.
+/// Reads a vector of texts; the array takes the file's first index and count. A text that is no
+/// time leaves the array resized and partly filled.
 void ReadTimes(PARAMETER_POOL& pool, KEY_PARTS key_parts, ARRAY<UNIVERSAL_TIME>& times);
 
-/// With `usecs` the six digits of the fraction also go, as an INT_32, under the key with "usecs"
-/// behind it, and the text then has five of them at most.
+/// Writes a time whether the pool has the key or not. With `usecs` it also writes the fraction in
+/// microseconds, 0 to 999999, as an INT_32 under the key with "_usecs" behind it; the text then has
+/// at most five digits of the fraction.
 void WriteTime(PARAMETER_POOL_READ_WRITE_CHANGE& pool, KEY_PARTS key_parts,
                const UNIVERSAL_TIME& time, int digits, bool usecs,
                const ARRAY<STRING>& comments = {});
+/// Writes a vector of texts with the array's first index.
 void WriteTimes(PARAMETER_POOL_READ_WRITE_CHANGE& pool, KEY_PARTS key_parts,
                 const ARRAY<UNIVERSAL_TIME>& times, int digits, const ARRAY<STRING>& comments = {});
 

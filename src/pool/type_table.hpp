@@ -5,7 +5,10 @@
 namespace varnoth {
 
 // clang-format off
-/// Type codes of pool entries; the numbers are kept in memory, the names stand in files.
+/// Type codes of pool entries. The program uses the numbers; files use the names.
+///
+///     const TYPE_CODE code = TypeFromName("FLT_15_V");
+///     const char* name = TypeRow(code).name;
 enum TYPE_CODE : unsigned {
   UNKNOWN, BOL, BYT, INT_8, INT_16, INT_32, INT_64, FLT_6, FLT_15, STR, CPL_6, CPL_15,
   INT_32_INT_32, INT_64_INT_64, FLT_6_FLT_6, FLT_15_FLT_15, IDX_INT_32, IDX_FLT_6, IDX_FLT_15,
@@ -18,15 +21,15 @@ enum TYPE_CODE : unsigned {
 };
 // clang-format on
 
-/// What a vector's block accepts as its closing line.
+/// The closing line that a vector's block accepts.
 enum class CLOSER {
   ANY,     ///< any token
   BRACE,   ///< exactly "}"
   LENGTH,  ///< exactly "}"; anything else is reported as a wrong length
 };
 
-/// A row of the type table. Where a message names another type than the row's own, the word stands
-/// here: some messages of the integers are off by one row, and users search for them as they are.
+/// A row of the type table. The two words are those of the integers' messages. Some of them are off
+/// by one row; users search for these messages, so they stay as they are.
 struct TYPE_ROW {
   const char* name;
   const char* floating_word = nullptr;   ///< in the message on a floating point token
@@ -34,10 +37,10 @@ struct TYPE_ROW {
   CLOSER closer = CLOSER::ANY;
 };
 
-/// Row of a type code below TYPE_COUNT.
+/// Row of a type code below TYPE_COUNT; the code is not checked.
 const TYPE_ROW& TypeRow(TYPE_CODE code);
 
-/// Code of a type name (exact, case-sensitive), or UNKNOWN.
+/// Code of a type name (exact, case-sensitive); UNKNOWN for any other text.
 TYPE_CODE TypeFromName(std::string_view name);
 
 }  // namespace varnoth

@@ -10,7 +10,10 @@
 namespace varnoth {
 
 /// Ties the in-memory type of one element to its rows of the type table: as a scalar, as an element
-/// of a vector, and as an element of a matrix (UNKNOWN where no such entry exists).
+/// of a vector, and as an element of a matrix (UNKNOWN if no such entry exists).
+///
+///     static_assert(POOL_ELEMENT<double>::SCALAR == FLT_15);
+///     static_assert(POOL_TYPE<ARRAY<double>> == FLT_15_V);
 template <class X>
 struct POOL_ELEMENT {
   static constexpr TYPE_CODE SCALAR = UNKNOWN;
@@ -68,7 +71,8 @@ template <> struct POOL_ELEMENT<TUPLE<STRING>> : POOL_ELEMENT_CODES<STR_STR, STR
 template <class X>
 concept POOL_SCALAR = POOL_ELEMENT<X>::SCALAR != UNKNOWN;
 
-/// Type code of a whole value: a scalar, an ARRAY or a MATRIX of elements.
+/// Type code of a whole value: a scalar, an ARRAY or a MATRIX of elements. UNKNOWN if there is
+/// none.
 template <class V>
 inline constexpr TYPE_CODE POOL_TYPE = POOL_ELEMENT<V>::SCALAR;
 template <class X>
