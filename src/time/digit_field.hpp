@@ -4,8 +4,10 @@
 
 namespace varnoth {
 
-/// The number that `count` decimal digits at `text` spell (at most nine digits). A character that
-/// is no digit throws ERROR_ARGUMENT; nothing behind it is read.
+/// The number that `count` decimal digits at `text` spell (at most nine). Throws ERROR_ARGUMENT,
+/// with no log line, at the first character that is no digit, and reads nothing behind it.
+///
+///     const int year = ReadDigits("2004-01-14", 4);
 inline int ReadDigits(const char* text, int count) {
   int value = 0;
   for (int i = 0; i < count; ++i) {
@@ -15,8 +17,8 @@ inline int ReadDigits(const char* text, int count) {
   return value;
 }
 
-/// Writes a number as exactly `count` decimal digits to `text`; false, with the text as it was, if
-/// it has more or is negative.
+/// Writes a number as exactly `count` decimal digits (at most nine) to `text`, without a
+/// terminator. False, with the text as it was, if the number has more digits or is negative.
 inline bool WriteDigits(char* text, int count, int value) {
   int limit = 1;
   for (int i = 0; i < count; ++i) limit *= 10;

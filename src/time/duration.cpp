@@ -16,12 +16,12 @@ constexpr std::int64_t DAY_US = 86400000000;
 constexpr double MAX_SECONDS = 9223372036854775.0;  // 2^63 ms
 
 double MillisecondsOf(double seconds) {
-  // Quiet comparison, and ahead of the product: neither a NaN nor an overflow may trap.
+  // A quiet comparison, done before the product: neither a NaN nor an overflow may trap.
   if (!std::isless(std::fabs(seconds), MAX_SECONDS)) throw ERROR_PARAMETER();
   return seconds * 1000;
 }
 
-/// What is left of a number of milliseconds above its floor, to the nearest microsecond.
+/// The fraction of a number of milliseconds above its floor, to the nearest microsecond.
 std::int64_t Remainder(double milliseconds) {
   return static_cast<std::int64_t>(std::rint((milliseconds - std::floor(milliseconds)) * 1000));
 }
@@ -108,8 +108,8 @@ void DURATION::Refuse() const {
   throw "duration range error";
 }
 
-// A full day field spills whole days into milliseconds and microseconds, which may leave even 64
-// bits: no span of either sign is made of that.
+// A full day field spills whole days into milliseconds and microseconds. Their count may exceed
+// even 64 bits: refuse it in either direction.
 std::int64_t DURATION::Sum(std::int64_t a, std::int64_t b) const {
   std::int64_t result = 0;
   if (__builtin_add_overflow(a, b, &result)) Refuse();

@@ -15,9 +15,9 @@ constexpr LEAP_SECOND_ITEM Inserted(int year, int month, int day) {
 
 constexpr LEAP_SECOND_ITEM TERMINATOR{{0, 0, 0, 0, 0, 0, 0, 0}, 1};
 
-// Leap seconds as announced by the Earth rotation service up to 2015. The last two rows carry the
-// day 31 of June on purpose: they count from the end of 1 July on, and no date equals them. A new
-// row goes in front of the terminator.
+// Leap seconds as announced by the Earth rotation service up to 2015. The last two rows have the
+// day 31 June on purpose: they count from the end of 1 July on, and no date equals them. Add a new
+// row in front of the terminator.
 constexpr LEAP_SECOND_ITEM BUILT_IN_ROWS[] = {
     Inserted(1972, 6, 30),  Inserted(1972, 12, 31), Inserted(1973, 12, 31),
     Inserted(1974, 12, 31), Inserted(1975, 12, 31), Inserted(1976, 12, 31),
@@ -33,7 +33,7 @@ using ROWS = std::span<const LEAP_SECOND_ITEM>;
 
 ARRAY<LEAP_SECOND_ITEM>& Table() { return STATIC_OBJECT<LEAP_SECOND_TABLE>::Get().rows; }
 
-// The rows before the terminating one; a table that was given without it ends with its memory.
+// The rows before the terminating one; a table without a terminator counts whole.
 ROWS RealRows() {
   const ROWS rows(Table());
   const auto end =

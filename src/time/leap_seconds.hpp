@@ -8,17 +8,22 @@
 
 namespace varnoth {
 
-/// A row of the leap second table: the label of an inserted second and its size in seconds (kept
-/// for the record; every row so far is 1).
+/// A row of the leap second table: the label of an inserted second and its size in seconds. The
+/// size is 1 in every row and enters no calculation.
 struct LEAP_SECOND_ITEM : UTC_VALUES {
   int step = 0;
 };
 
 static_assert(sizeof(LEAP_SECOND_ITEM) == 36);
 
-/// The table of the process: rows in order of time and a terminating row of year 0. It starts as
-/// the built-in rows and stays so unless one of the operations below changes it, which no other
-/// thread may be reading meanwhile.
+/// The table of the process: rows in order of time and a terminating row of year 0. It starts with
+/// the built-in rows; the operations below change it. No other thread may read it during a change.
+///
+///     AppendItem({{2016, 12, 31, 23, 59, 60, 0, 0}, 1});
+///     const bool is_listed = IsLeapSecond({2016, 12, 31, 23, 59, 60, 0, 0});  // true
+///
+/// The operations that change the table throw the text "ARRAY : can not copy array" if there is no
+/// memory; the table then stays as it was.
 struct LEAP_SECOND_TABLE {
   LEAP_SECOND_TABLE();
   ARRAY<LEAP_SECOND_ITEM> rows;
@@ -29,19 +34,22 @@ static const STATIC_OBJECT<LEAP_SECOND_TABLE> leap_second_table_user;
 /// Whether a row of the table equals the time in all eight fields.
 bool IsLeapSecond(const UTC_VALUES& time);
 
-/// The number of rows strictly between two times, negative when `from` is the earlier one and
-/// positive when it is the later one. It is what to add to a label that was moved from `from` to
-/// `to` by days of 86400 s. A fraction is cut off at the later time, and the earlier one is taken
-/// up to its next whole second. The result is logged unless the table's years are out of reach.
+/// The number of rows strictly between two times: negative if `from` is the earlier one, positive
+/// if it is the later one. Add these seconds to a label that was moved from `from` to `to` by days
+/// of 86400 s. The later time loses its fraction; the earlier one moves up to its next whole
+/// second. Writes the result as a line at TRACE, unless the two times lie wholly before or behind
+/// the years of the table.
 int LeapSecondsBetween(const UTC_VALUES& from, const UTC_VALUES& to);
 
-/// The table becomes the built-in rows, or a table without leap seconds.
+/// Makes the table the built-in rows.
 void ResetToDefaultTable();
+/// Makes the table one without leap seconds.
 void ResetToEmptyTable();
-/// The table becomes a copy; throws the text "ARRAY : can not copy array" if there is no memory.
+/// Makes the table a copy of `table`, whose rows must be in order of time. A row of year 0 ends it.
 void ReplaceTable(const ARRAY<LEAP_SECOND_ITEM>& table);
 
-/// Bring in rows behind the last one; what is not later than the table's last row is passed over.
+/// Add rows behind the last one; rows that are not later than the table's last one, and rows of
+/// year 0, are skipped.
 void AppendFromArray(const ARRAY<LEAP_SECOND_ITEM>& items);
 void AppendFromList(const std::list<LEAP_SECOND_ITEM>& items);
 void AppendItem(const LEAP_SECOND_ITEM& item);

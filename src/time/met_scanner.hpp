@@ -9,13 +9,21 @@ namespace varnoth {
 ///
 ///     [white] [sign] days / hours : minutes : seconds [. fraction] [Z]
 ///
-/// with any separators. White space in front makes the value positive, whatever sign follows. No
-/// field's range is checked.
+/// with any separators, for example
+///
+///     MET_SCANNER scanner;
+///     scanner.Parse("-0001/23:59:59.5");
+///     const int days = scanner.values.days;  // 1, with scanner.values.sign -1
+///
+/// White space in front makes the value positive, whatever sign follows. The scanner checks no
+/// field's range and nothing behind the fraction.
 class MET_SCANNER final : public TIME_SCANNER {
  public:
-  /// Fills `values`. On a fault, which throws a text, they hold the fields so far and 0 behind.
+  /// Fills `values`. Throws what TIME_SCANNER's primitives throw; `values` then has the fields
+  /// before the fault, and 0 for the others.
   void Parse(const char* input);
-  /// The same, but a fault with a text is logged and gives false.
+  /// The same, but instead of throwing a text it writes it as a line at EXCEPTION and gives false.
+  /// ERROR_ARGUMENT and ERROR_DATA pass through.
   bool Scan(const char* input) override;
 
   MET_VALUES values;

@@ -16,7 +16,7 @@ constexpr int MAX_DAYS = 9999;
 
 void MET_VALUES::AddDays(int count) {
   if (count == 0) return;
-  // A sum outside 32 bits stays at their bounds: neither can be written, so nothing is mistaken.
+  // Clamp a sum outside 32 bits: no text can show either bound, so it can't pass for a real value.
   const std::int64_t sum = days + std::int64_t{sign} * count;
   days = static_cast<int>(std::clamp<std::int64_t>(sum, INT_MIN, INT_MAX));
   if (days <= MAX_DAYS) return;

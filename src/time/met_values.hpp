@@ -2,12 +2,17 @@
 
 namespace varnoth {
 
-/// A mission elapsed time in its fields. The counts are magnitudes; the sign holds for the value as
-/// a whole, and no addition changes it: a value that would pass zero gets a negative day count.
+/// A mission elapsed time in its fields.
 ///
-/// The additions multiply a count by the sign once per field, and their carries go on as +1 and -1,
-/// so that in a negative value a carry moves the next field by the sign. More than 9999 days are
-/// logged and throw the text "can not represent MET value".
+///     MET_VALUES values{1, 0, 23, 59, 59, 0, 0};
+///     values.AddSeconds(1);  // 1 day
+///
+/// The counts are magnitudes; the sign holds for the whole value. No addition changes the sign: a
+/// value that would pass zero gets a negative day count.
+///
+/// An addition multiplies its count by the sign in every field that it reaches. Carries pass from
+/// field to field as counts too, so in a negative value the sign turns each carry once more. A sum
+/// of more than 9999 days throws the text "can not represent MET value", behind a line at ALARM.
 struct MET_VALUES {
   int sign = 1;
   int days = 0;

@@ -60,7 +60,7 @@ void MISSION_ELAPSED_TIME::Format(const MET_VALUES& v) {
   const int length = std::snprintf(printed, sizeof printed, "%c%.4d/%.2d:%.2d:%.2d.%.3d%.3d",
                                    v.sign < 0 ? '-' : '+', v.days, v.hours, v.minutes, v.seconds,
                                    v.milliseconds, v.microseconds);
-  // The widths are least widths: the length is right only if every field fits.
+  // The widths are minimum widths: the length is right only if every field fits.
   if (length != TEXT_LENGTH) {
     GlobalLog.printf_line(ALARM, "MISSION_ELAPSED_TIME: no text can show the time %s", printed);
     throw ERROR_DATA();

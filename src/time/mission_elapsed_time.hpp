@@ -12,16 +12,24 @@ namespace varnoth {
 ///
 ///     +DDDD/HH:MM:SS.mmmuuu        for example -0001/23:59:59.000000
 ///
-/// A default value is the empty text. Every operation reads the digits and writes them back:
-/// reading a field that holds no digits throws ERROR_ARGUMENT; a result that the text can't show is
-/// logged and throws ERROR_DATA, and the value then stays as it was.
+/// and used like this:
+///
+///     MISSION_ELAPSED_TIME time = MISSION_ELAPSED_TIME::Parse("0012/06:30:00.5");
+///     time += DURATION(1, 0, 0);
+///     std::puts(time.c_str());  // +0013/06:30:00.500000
+///
+/// A default value is the empty text. Every operation reads the digits and writes them back: a
+/// field without digits, as in an empty value, throws ERROR_ARGUMENT with no log line. A result
+/// that the text can't show throws ERROR_DATA, behind a line at ALARM, and the value stays as it
+/// was.
 class MISSION_ELAPSED_TIME {
  public:
   MISSION_ELAPSED_TIME() = default;
-  /// What MET_SCANNER reads; of a faulty text the fields up to the fault, which is logged.
+  /// The value that MET_SCANNER::Scan reads. A faulty text gives the fields before the fault and a
+  /// line at EXCEPTION, or throws as `Scan` does.
   explicit MISSION_ELAPSED_TIME(const char* source);
   explicit MISSION_ELAPSED_TIME(const MET_VALUES& values) { Format(values); }
-  /// The same for a text that must be whole: throws the scanner's text for a faulty one.
+  /// The same, but throws what MET_SCANNER::Parse throws for any faulty text.
   static MISSION_ELAPSED_TIME Parse(const char* source);
 
   const char* c_str() const { return text; }
@@ -30,7 +38,8 @@ class MISSION_ELAPSED_TIME {
   MET_VALUES Split() const;
   void Format(const MET_VALUES& values);
 
-  /// More than 9999 days throw the text "can not represent MET value".
+  /// Moves the value by a span, with the rules of MET_VALUES for the sign. Throws what MET_VALUES
+  /// throws.
   MISSION_ELAPSED_TIME& operator+=(const DURATION& span);
   /// Seconds as DURATION::FromSeconds reads them.
   MISSION_ELAPSED_TIME& operator+=(double seconds) {
@@ -47,8 +56,8 @@ class MISSION_ELAPSED_TIME {
 
   /// Equality is that of the texts.
   friend bool operator==(const MISSION_ELAPSED_TIME& a, const MISSION_ELAPSED_TIME& b);
-  /// The order down to the millisecond. Microseconds take no part, and times that are equal down to
-  /// the millisecond count as less if they are positive: test for equality first.
+  /// The order down to the millisecond; microseconds don't count. Of two positive times that agree
+  /// down to the millisecond each counts as less than the other: test for equality first.
   friend bool operator<(const MISSION_ELAPSED_TIME& a, const MISSION_ELAPSED_TIME& b);
 
  private:

@@ -93,7 +93,7 @@ bool TIME_SCANNER::GetToken(TIME_TOKEN& token) {
     case '7':
     case '8':
     case '9':
-      // A number beyond the range leaves the highest one in place, which no range check passes.
+      // A number out of range leaves INT_MAX in place, which passes no range check.
       Consume(token, token_number, RunLength(DIGITS), INT_MAX);
       std::from_chars(token.text, token.text + token.length, token.value);
       break;

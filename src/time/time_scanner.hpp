@@ -2,7 +2,7 @@
 
 namespace varnoth {
 
-/// Kinds of token; the names are those that messages show.
+/// Kinds of token; messages show these names.
 enum TOKEN_TYPE : int {
   token_sign_minus,
   token_sign_plus,
@@ -14,41 +14,54 @@ enum TOKEN_TYPE : int {
   token_zulu,
 };
 
-/// The name of a kind of token; throws a text if it is none.
+/// The name of a kind of token. Throws the text "can not convert unregistered tokentype to string"
+/// for any other number.
 const char* TokenName(int type);
 
 struct TIME_TOKEN {
   int type = token_white;
-  int value = 0;  ///< of a number (at most 2^31 - 1, also for longer ones), month (1 to 12) or sign
+  int value = 0;  ///< of a number (2^31 - 1 for any larger one), month (1 to 12) or sign (+1, -1)
   char text[128] = {};
   int length = 0;
 };
 
-/// Tokenizer of time texts with one token of push-back, and the primitives that the grammars of the
-/// time kinds are made of. What does not fit the grammar throws a text ("TIME: scanner: unexpected
-/// end of string", "unexpected token in GetNumber()", …); letters that name no month throw
-/// ERROR_ARGUMENT, and a token of more than 127 characters ERROR_DATA, both with a log line.
+/// Splits time texts into tokens, with a push-back of one, and has the primitives for the grammars
+/// of the derived scanners:
+///
+///     struct HOUR_SCANNER final : TIME_SCANNER {
+///       bool Scan(const char* input) override {
+///         Start(input);
+///         return (hour = GetNumber()) < 24;
+///       }
+///       int hour = 0;
+///     };
+///
+/// A text that does not fit throws a text ("TIME: scanner: unexpected end of string", "unexpected
+/// token in GetNumber()", …), behind a line at EXCEPTION with the kind of the token if there is
+/// one. Letters that name no month throw ERROR_ARGUMENT behind a line at EXCEPTION, and a token of
+/// more than 127 characters throws ERROR_DATA behind a line at ALARM.
 class TIME_SCANNER {
  public:
-  /// Scans a text into the fields of the derived class; true on success.
+  /// Scans a text into the fields of the derived class; true on success. The text must outlive the
+  /// scan.
   virtual bool Scan(const char* input) = 0;
 
-  /// The next token, or false at the end of the text or of its line.
+  /// Gives the next token; false at the end of the text or at a line end (LF).
   bool GetToken(TIME_TOKEN& token);
-  /// Pushes one token back.
+  /// Pushes one token back. A second one without a `GetToken` in between throws a text.
   void Unget(const TIME_TOKEN& token);
 
   /// The primitives skip white space in front of what they read.
   int GetNumber();
-  /// A separator or a minus sign.
+  /// Skips a separator or a minus sign.
   void GetSeparator();
-  /// '+' or '-'. Without a sign, and for any sign behind white space, '+'.
+  /// '+' or '-'. '+' also without a sign, and for any sign behind white space.
   char GetSign();
-  /// Whether a fraction may follow: true at a point and at a "Z" that ends the text, false at the
-  /// end.
+  /// Whether a fraction may follow: true behind a point and behind a "Z" that ends the text, false
+  /// at the end of the text and behind any other "Z".
   bool GetPoint();
-  /// A fraction's digits as milliseconds and microseconds; further digits are ignored. Both are 0
-  /// at the end of the text and stay as they are at a "Z".
+  /// The first six digits of a fraction as milliseconds and microseconds; missing digits count as
+  /// 0. Both are 0 at the end of the text and stay as they are at a "Z".
   void GetMilliAndMicroSeconds(int& ms, int& us);
 
  protected:
@@ -58,12 +71,12 @@ class TIME_SCANNER {
   ~TIME_SCANNER() = default;
 
   void Start(const char* input, int first = 0);
-  /// The next token other than white space, or false at the end.
+  /// Gives the next token other than white space; false at the end.
   bool GetTokenBehindWhite(TIME_TOKEN& token);
-  /// The same two, where a token must follow.
+  /// The same two, but throw a text at the end.
   void NeedToken(TIME_TOKEN& token);
   void NeedTokenBehindWhite(TIME_TOKEN& token);
-  /// Logs what kind of token was found and throws the text.
+  /// Logs the kind of the token at EXCEPTION and throws the text.
   [[noreturn]] static void RefuseToken(const TIME_TOKEN& token, const char* fault);
 
   int position = 0;

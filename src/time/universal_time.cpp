@@ -106,7 +106,7 @@ void UNIVERSAL_TIME::Format(const UTC_VALUES& v) {
 void UNIVERSAL_TIME::Format(int year, int month, int day, int hour, int minute, int second, int ms,
                             int us) {
   UNIVERSAL_TIME printed;
-  std::memcpy(printed.text, EPOCH, sizeof printed.text);  // for its separators
+  std::memcpy(printed.text, EPOCH, sizeof printed.text);  // brings the separators
   const char* const name = MonthName(month);
   if (std::strlen(name) == 3 && WriteDigits(printed.text + DAY, 2, day) &&
       WriteDigits(printed.text + YEAR, 4, year) && WriteDigits(printed.text + HOUR, 2, hour) &&

@@ -14,21 +14,31 @@ namespace varnoth {
 ///
 ///     DD-MMM-YYYY/HH:MM:SS.mmmuuu        for example 31-DEC-1998/23:59:60.000000
 ///
-/// with years 0000 to 9999. The second is 60 and above only at a leap second. A default value is
-/// the empty text. Every operation reads the digits and writes them back: reading a field that
-/// holds no digits throws ERROR_ARGUMENT; a result that the text can't show is logged and throws
-/// ERROR_DATA, and the value then stays as it was.
+/// with years 0000 to 9999, and used like this:
+///
+///     UNIVERSAL_TIME time("2004-01-14T10:11:12.5");
+///     time += DURATION(0, 1500, 0);
+///     const double elapsed = (time - UNIVERSAL_TIME("2004-01-14T10:11:12")).ToSeconds();  // 2 s
+///
+/// Arithmetic arrives at second 60 only at a leap second of the table. A source text may have
+/// second 60 to 62 at the end of any day. A default value is the empty text.
+///
+/// Every operation reads the digits and writes them back: a field without digits, as in an empty
+/// value, throws ERROR_ARGUMENT with no log line. A result that the text can't show throws
+/// ERROR_DATA, behind a line at ALARM, and the value stays as it was.
 class UNIVERSAL_TIME {
  public:
   UNIVERSAL_TIME() = default;
-  /// Any of the text forms of UTC_SCANNER; a text that is none is logged and throws ERROR_DATA.
+  /// Reads any text form of UTC_SCANNER; any other text throws ERROR_DATA behind lines at
+  /// EXCEPTION.
   explicit UNIVERSAL_TIME(const char* source);
   /// Real seconds, leap seconds included, since 06-JAN-1980/00:00:00, to the nearest microsecond.
-  /// Throws ERROR_PARAMETER for NaN and for what 64 bits of microseconds can't hold.
+  /// Throws ERROR_PARAMETER, with no log line, for NaN and for |seconds| of 9223372036854 or more,
+  /// and ERROR_DATA, behind a line at ALARM, for a time outside the years 0000 to 9999.
   explicit UNIVERSAL_TIME(double seconds);
   explicit UNIVERSAL_TIME(const UTC_VALUES& values) { Format(values); }
 
-  /// The system clock to the second, in local time and in UTC.
+  /// The system clock, truncated to the second, in local time and in UTC.
   static UNIVERSAL_TIME Now();
   static UNIVERSAL_TIME NowUtc();
 
@@ -43,11 +53,11 @@ class UNIVERSAL_TIME {
   int Second() const;
   int Millisecond() const;
   int Microsecond() const;
-  /// The second's fraction in microseconds, 0 to 999999.
+  /// The fraction of the second in microseconds, 0 to 999999.
   int Fraction() const;
 
-  /// The writers put as many leading characters of the number into the text as the field has and
-  /// check nothing.
+  /// The setters check nothing: each writes the first characters of the number, padded with zeros,
+  /// that fit its field. An empty value stays empty for all but `SetDay`.
   void SetDay(int day);
   void SetMonth(int month);
   void SetYear(int year);
@@ -62,6 +72,7 @@ class UNIVERSAL_TIME {
   void Format(const UTC_VALUES& values);
   void Format(int year, int month, int day, int hour, int minute, int second, int ms, int us);
 
+  /// Move the time by real seconds: leap seconds of the table on the way count.
   UNIVERSAL_TIME& operator+=(const DURATION& span);
   UNIVERSAL_TIME& operator-=(const DURATION& span);
   /// Seconds as DURATION::FromSeconds reads them.
@@ -98,12 +109,13 @@ class UNIVERSAL_TIME {
 static_assert(sizeof(UNIVERSAL_TIME) == 28 && std::is_trivially_copyable_v<UNIVERSAL_TIME>);
 
 std::ostream& operator<<(std::ostream& stream, const UNIVERSAL_TIME& time);
-/// Reads the rest of a line behind white space, at most 255 characters of it, as one text. A stream
-/// that has nothing left fails as the empty text does: ERROR_DATA.
+/// Skips white space and reads the rest of the line, at most 255 characters, as one text. A stream
+/// with nothing left throws ERROR_DATA, as the empty text does.
 std::istream& operator>>(std::istream& stream, UNIVERSAL_TIME& time);
 
-/// The time as parameter pools show it, YYYY-MM-DDTHH:MM:SS.ffffff with as many digits of the
-/// fraction as told (0 to 6; without point for 0) and a final "Z" where wanted.
+/// The time as parameter pools show it: YYYY-MM-DDTHH:MM:SS.ffffff with `digits` digits of the
+/// fraction (0 to 6, without the point for 0) and, with `zulu`, a final "Z". For years from 1000
+/// on: an earlier year is not padded, and the text then shows more of the fraction.
 STRING ToPoolText(const UNIVERSAL_TIME& time, int digits, bool zulu);
 
 }  // namespace varnoth

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int BEHIND_DAY_NAME = 4;
 
-// The text of a form in the notation that the scanner reads: that of form 1, 2, 3 or 4.
+// Rewrites a text in the notation of one of the forms 1 to 4, which the scanner reads.
 std::string Readable(const char* input, int& form) {
   std::string text = input;
   switch (form) {
@@ -60,7 +60,7 @@ bool UTC_SCANNER::Scan(const char* input) {
   } catch (const char* fault) {
     GlobalLog.set(EXCEPTION) << "UTC_SCANNER: " << fault << ": " << input << "\n";
   } catch (...) {
-    // The particulars stand in the log.
+    // The log already has the particulars.
   }
   GlobalLog.set(EXCEPTION) << "UTC_SCANNER: Error during scan of: " << text << "\n";
   text = input;
@@ -137,7 +137,7 @@ void UTC_SCANNER::CheckFields() const {
   if (values.second >= 60 && !(values.hour == 23 && values.minute == 59)) {
     RefuseField("leap second", values.second);
   }
-  // The month may be any number; one that is none has no days.
+  // The month may be any number: outside 1 to 12 DaysInMonth gives -1, and no day passes.
   if (values.day > DaysInMonth(values.month, values.year)) {
     GlobalLog.set(EXCEPTION) << "UTC_SCANNER: Invalid date: " << values.day << "." << values.month
                              << "." << values.year << "\n";

@@ -16,16 +16,22 @@ enum UTC_FORM : int {
   UTC_FORM_NAMED_BLANK = 6,  ///< 14-JAN-2004 10:11:12.000000
 };
 
-/// Scanner of UTC times. The fraction may be left out or have any number of digits, of which six
-/// count, and a "Z" may end the forms with a fraction. A second of 60 to 62 is taken at the end of
-/// any day.
+/// Scanner of UTC times.
+///
+///     UTC_SCANNER scanner;
+///     scanner.Scan("14-JAN-2004/10:11:12.5");
+///     const int ms = scanner.values.millisecond;  // 500
+///
+/// The fraction is optional and may have up to 127 digits, of which six count. A "Z" may end the
+/// forms with a fraction. The scanner accepts second 60 to 62 at 23:59 of any day, and day 0; it
+/// ignores what follows the fraction or, in the calendar form, the year.
 class UTC_SCANNER final : public TIME_SCANNER {
  public:
-  /// Fills `values` and gives true; a text that is no valid time is logged and throws ERROR_DATA.
+  /// Fills `values` and gives true. Any other text throws ERROR_DATA, behind lines at EXCEPTION.
   bool Scan(const char* input) override;
-  /// The form of a text by its length and the characters at fixed positions (UTC_FORM).
+  /// The form of a text (UTC_FORM), from its length and the characters at fixed positions.
   virtual int DetectForm(const char* input) const;
-  /// A month as a number or a name.
+  /// A month as a number (not checked) or a name.
   int GetMonth();
 
   UTC_VALUES values;

@@ -11,7 +11,7 @@ namespace varnoth {
 
 namespace {
 
-constexpr std::int64_t MAX_STEP_DAYS = 3660000;  // above 10000 years
+constexpr std::int64_t MAX_STEP_DAYS = 3660000;  // more than 10000 years
 constexpr int DAYS_IN_ANY_MONTH = 28;
 
 auto OrderOf(const UTC_VALUES& t) {
@@ -19,7 +19,7 @@ auto OrderOf(const UTC_VALUES& t) {
                          MilliOfDay(t.hour, t.minute, t.second, t.millisecond), t.microsecond);
 }
 
-// Whether a time is so near the turn of a half year that a leap second may lie at either side.
+// Whether a time is so near the turn of a half year that a leap second may lie on either side.
 bool IsNearLeapSecond(const UTC_VALUES& t) {
   return (t.month == 6 || t.month == 7 || t.month < 2 || t.month >= 12) &&
          (t.day < 2 || t.day > 29) && (t.hour == 23 || t.hour == 0) &&
@@ -52,7 +52,7 @@ void UTC_VALUES::AddDays(std::int64_t count) {
     throw ERROR_DATA();
   }
   auto step = static_cast<int>(count);
-  // Whole months are walked from a day that every month has.
+  // Walk whole months from a day that every month has.
   if (step > 0) {
     for (; day > DAYS_IN_ANY_MONTH; --day) ++step;
   }
@@ -86,7 +86,7 @@ bool UTC_VALUES::EndsInLeapSecond() const {
   return IsLeapSecond({year, month, day, hour, minute, 60, 0, 0});
 }
 
-// Whether this time, which stands in the first second of a day, has a leap second before that day.
+// Whether a leap second precedes this time, which is in the first second of a day.
 bool UTC_VALUES::FollowsLeapSecond() const {
   UTC_VALUES eve{year, month, day, 0, 0, 0, 0, 0};
   eve.AddSeconds(-1, LEAP::IGNORED);
@@ -139,8 +139,8 @@ void UTC_VALUES::AddMicroseconds(std::int64_t count) {
 }
 
 void UTC_VALUES::CorrectForLeapSeconds(const UTC_VALUES& start) {
-  // Near a leap second the label can't tell at which side the time stands. The leap seconds are
-  // then counted up to the same time of the next day, and the day is taken back with them.
+  // Near a leap second the label can't tell on which side the time is. Count the leap seconds up to
+  // the same time of the next day then, and take the day back together with them.
   int day_back = 0;
   if (IsNearLeapSecond(*this)) {
     AddDays(1);
