@@ -45,7 +45,7 @@ bool LINE_STREAM::StepBack(int lines) {
       return false;
     }
     for (std::size_t i = buffer_fill; i-- > 0;) {
-      // One line end more than lines: the one ahead of the wanted line.
+      // Count one line end more than lines: the one in front of the wanted line.
       if (buffer[i] != '\n' || ++ends <= wanted) continue;
       return GoTo(buffer_start + static_cast<std::streamoff>(i) + 1);
     }

@@ -6,27 +6,35 @@
 
 namespace varnoth {
 
-/// A file stream that can step whole lines forward and backward. It holds no index of the file: a
-/// step reads the file in blocks around the position and counts line ends.
+/// A file stream that steps whole lines forward and backward.
+///
+///     LINE_STREAM stream;
+///     stream.open("orbit.mdb", std::ios::in);
+///     std::string line;
+///     if (stream.GoToEnd() && stream.StepBack(-1)) std::getline(stream, line);  // the last one
+///
+/// It holds no index of the file: a step reads the file in blocks of `block` bytes from the
+/// position on and counts line ends (LF). The steps throw nothing and log nothing.
 class LINE_STREAM : public std::fstream {
  public:
   explicit LINE_STREAM(std::size_t block = 512) : buffer(block > 0 ? block : 1) {}
 
-  /// Goes `-lines` lines back (0: none) from the line of the position, to the start of that line.
-  /// False, with the position as it was, if the file does not go back so far.
+  /// Goes `-lines` lines back from the line of the position, to a line's start; `lines` is
+  /// negative, or 0 for the start of the current line. False, with the position as it was, if the
+  /// file has fewer lines in front.
   bool StepBack(int lines);
-  /// Goes `lines` lines forward to the start of that line. False, with the position as it was, if
-  /// the file has not as many line ends left.
+  /// Goes `lines` lines forward to a line's start; does nothing for 0 and below. False, with the
+  /// position as it was, if fewer line ends follow.
   bool StepForward(int lines);
-  /// The position; the end of the file, met by a reader, is no hindrance.
+  /// The position, also after a read has met the end of the file.
   std::streamoff Position();
-  /// Goes to a position, also from behind the end of the file; false if that fails.
+  /// Goes to a position, also after a read has met the end of the file; false on failure.
   bool GoTo(std::streamoff position);
-  /// Goes to the end of the file; false if the last line there lacks its line end.
+  /// Goes to the end of the file; false if the last line lacks its line end.
   bool GoToEnd();
 
  private:
-  /// Reads the block at a position; false if there is nothing to be read.
+  /// Reads the block at a position; false if it gets no byte.
   bool Load(std::streamoff start, std::size_t size);
 
   std::vector<char> buffer;

@@ -52,7 +52,7 @@ RECORD_ITEM ItemOfDefinition(const STRING& record_type, const STRING& definition
     item.key_name = WithoutBlanks(word[0]);
     item.type = RecordItemType(WithoutBlanks(word[1]));
   }
-  // Without a name no line of the item could be read back.
+  // An item without a name could not be read back.
   if (item.type == 0 || item.key_name.IsEmpty()) RefuseDefinition(record_type, definition);
   return item;
 }
@@ -100,7 +100,7 @@ void MDB::SetRecord(const ARRAY<RECORD_ITEM>& record) {
 }
 
 void MDB::SetRecord(const ARRAY<RECORD_ITEM>& record, const RECORD_ITEM& key_item) {
-  RECORD_ITEM new_key = key_item;  // which may be an item of the record that goes
+  RECORD_ITEM new_key = key_item;  // may refer to an item that SetRecord replaces
   SetRecord(record);
   std::swap(key, new_key);
 }
@@ -158,16 +158,16 @@ void MDB::Open(std::ios::openmode mode) {
   }
   const STRING path = GetDirectory() + "/" + path_info.file;
   GlobalLog.set(DEBUG) << "mdb file: " << path << "\n";
-  // With the output that is added below these would empty or make a file.
+  // With the std::ios::out added below, these would empty or create a file.
   if (!writing) mode &= ~(std::ios::trunc | std::ios::app);
   mode |= std::ios::in;
   stream.clear();
   stream.open(path.c_str(), mode | std::ios::out);
-  // A file that is not there has nothing to lose.
+  // A missing file has no content to lose.
   if (!stream.is_open() && writing && errno == ENOENT) {
     stream.open(path.c_str(), mode | std::ios::trunc);
   }
-  // Whoever only reads needs no permission to write. A directory too can be opened for reading.
+  // Reading needs no permission to write. A directory would open for reading: don't try it.
   if (!stream.is_open() && !writing && errno != EISDIR) {
     stream.open(path.c_str(), mode);
   }
@@ -237,7 +237,7 @@ bool MDB::ReadItem(RECORD_ITEM& item) {
   std::string value;
   if (!(stream >> name >> colon >> value)) {
     if (stream.bad()) {
-      // Not to be taken for the end: the orbit would lack the samples behind.
+      // A failed read must not look like the end: the orbit would lack the samples behind.
       GlobalLog.set(ALARM) << "MDB::Read(): can not read file " << path_info.file << "\n";
       throw ERROR_CAN_NOT_READ_FILE();
     }
@@ -247,7 +247,7 @@ bool MDB::ReadItem(RECORD_ITEM& item) {
     }
     return false;
   }
-  // A null byte, such as a crash leaves in a file, would hide what stands behind it.
+  // A null byte, such as a crash leaves in a file, would hide the text behind it.
   const bool is_item = colon == ":" && (name + value).find('\0') == std::string::npos;
   try {
     if (!is_item) throw ERROR_DATA();

@@ -9,8 +9,9 @@
 
 namespace varnoth {
 
-/// Where a record file lies: <root>/<mission word>/hddc_<source word><segment>/dt_<first
-/// take>.<second take>/<channel word>/<file>. The three plain numbers have three digits or more.
+/// The place of a record file: <root>/<mission word>/hddc_<source word><segment>/dt_<first
+/// take>.<second take>/<channel word>/<file>. Segment and takes have three digits or more;
+/// place_words.hpp has the words.
 struct MDB_PATH_INFO {
   STRING root;
   int mission = 0;
@@ -22,88 +23,112 @@ struct MDB_PATH_INFO {
   STRING file;
 };
 
-/// Where a search stops, seen from the first record at or behind the wanted value.
+/// Which record a search reads, seen from the first record at or behind the wanted value.
 enum MDB_STOP : int {
   mdb_stop_invalid = 0,
-  mdb_stop_before = 1,   ///< the record ahead of it
-  mdb_stop_exact = 2,    ///< the record, if it has just that value
-  mdb_stop_nearest = 3,  ///< it or the one ahead of it, the later one at the same distance
+  mdb_stop_before = 1,   ///< the record in front of it
+  mdb_stop_exact = 2,    ///< that record, if it has the wanted value
+  mdb_stop_nearest = 3,  ///< it or the one in front, whichever is nearer; in a tie it
   mdb_stop_after = 4,    ///< the record behind it
 };
 
-/// A record file: a time-ordered series of typed records in a text file. A record is a line for its
-/// key item and an indented line for every further item,
+/// A record file: a time-ordered series of typed records in a text file.
+///
+///     MDB orbit;
+///     orbit.SetPathAndFile("records", 4, 12, 3, 5, 7, 1, "orbit.mdb");
+///     orbit.Open(std::ios::in);
+///     while (orbit.Read()) std::printf("%g\n", orbit.FindItem("x").ToDouble());
+///
+/// A record is a line for its key item and an indented line for every further item,
 ///
 ///     t : 06-APR-2025/02:19:03.324203
 ///       x :  7.0123456789012345e+06
 ///
-/// Which items a record has stands in the parameter pool "format.dat" in the root, under the data
+/// The parameter pool "format.dat" in the root gives the record type, an STR_V under the data
 /// file's name as key: a list of texts such as "x : double", the key item first. The types are int,
 /// double, met (mission elapsed time) and utc.
 ///
-/// All failures are thrown as texts, but for those of the pool, the time scanners, the memory and
-/// what is told at an operation.
+/// All failures throw texts, except those of the pool, the time scanners and the memory, and those
+/// that an operation names.
 class MDB {
  public:
   MDB() = default;
   MDB(const MDB&) = delete;
   MDB& operator=(const MDB&) = delete;
-  /// Closes.
+  /// Closes; a failure is a line at ALARM.
   virtual ~MDB();
 
-  /// Closes and forgets path, file, record type and record. The printed width of names stays.
+  /// Closes and forgets path, file, record type and record, but not the printed width of names.
   virtual void Reset();
-  /// Reads the record type from "format.dat"; nothing without path or file. Throws what the pool
-  /// throws, PARAMETER_KEY_TOO_LONG for a file name of more than 100 characters, and "MDB: unknown
-  /// type in record type definition".
+  /// Reads the record type from "format.dat"; does nothing without a path or a file name. Throws
+  /// what the pool throws, PARAMETER_KEY_TOO_LONG for a file name of more than 100 characters, and
+  /// "MDB: unknown type in record type definition" behind a line at ALARM. Creates a missing
+  /// "format.dat" empty, and then throws PARAMETER_KEY_NOT_FOUND.
   virtual void ReadRecordType();
-  /// Takes over the values of the next record to be written: the further items, and the key item.
-  /// They settle the record type too.
+  /// Set the next record to be written: the further items and, in the second form, the key item.
+  /// They replace the record type too.
   virtual void SetRecord(const ARRAY<RECORD_ITEM>& record);
   virtual void SetRecord(const ARRAY<RECORD_ITEM>& record, const RECORD_ITEM& key_item);
-  /// Throws a text if no path was set.
+  /// Throws "MDB::GetPathInfo(): no path was set before".
   virtual const MDB_PATH_INFO& GetPathInfo() const;
-  /// Choose the file. Each closes what is open and, once there are path and file, reads the record
-  /// type.
+  /// Choose the file; mission, source and channel are numbers of place_words.hpp. Each closes an
+  /// open file and, once path and file name are known, reads the record type.
   virtual void SetFile(const STRING& name);
   virtual void SetPath(const STRING& root, int mission, int segment, int source, int first_take,
                        int second_take, int channel);
   virtual void SetPathAndFile(const STRING& root, int mission, int segment, int source,
                               int first_take, int second_take, int channel, const STRING& name);
-  /// Opens the file, for writing too if the mode has std::ios::out, which also makes the last level
-  /// of the directory. Of a mode with out alone the file starts empty, as a stream's would. Without
-  /// out the file stays as it is. Throws texts for a path, file, directory or stream that is
-  /// missing.
+  /// Closes an open file and opens the chosen one. A mode with std::ios::out opens it for writing
+  /// too, makes the last level of the directory and creates a missing file; the content stays
+  /// unless the mode has std::ios::trunc. Any other mode opens the file for reading and never
+  /// changes it. Throws "MDB::Open(): no path selected", "MDB::Open(): no file selected", "can not
+  /// open mdb-file", and what `Close` and `MakeDirectory` throw.
   virtual void Open(std::ios::openmode mode);
-  /// Throws "can not write MDB_RECORD into mdb-file" if what was written did not reach the file.
+  /// Throws "can not write MDB_RECORD into mdb-file" if a written record did not reach the file.
   virtual void Close();
+  /// Makes the last level of the directory, with mode 0755; an existing one is fine. Throws "MDB:
+  /// can not create directory".
   virtual void MakeDirectory();
-  /// Goes to the first record.
+  /// Goes to the first record. Throws a text if no file is open or it is open for writing.
   virtual void Rewind();
-  /// Finds the record whose item of the name, and type, of `search_item` has its value, and reads
-  /// the one that `stop` tells. Next to be read is then the one behind it. Throws a text where
-  /// there is no such record, ERROR_UNHANDLED_CASE for a mode that is none, and what Read throws.
+  /// Reads from the first record on up to the first one whose item of the name of `search_item` is
+  /// at or behind its value, and then reads the record that `stop` names; `Read` continues behind
+  /// that one. The item must ascend from record to record. With mdb_stop_nearest, a value at or
+  /// in front of the first record gives that one, and a value behind all records the last one, each
+  /// with a line at WARNING.
+  ///
+  /// Throws texts if no file is open, if it is open for writing, without a record type, if there is
+  /// no such record or item, and if the item has another type (int and double compare with each
+  /// other). Throws ERROR_UNHANDLED_CASE for any other `stop`, ERROR_DATA, behind a line at ALARM,
+  /// if the file changed during the search, and what `Read` throws. After a failure the last record
+  /// read is the current one.
   virtual void GotoRecord(const RECORD_ITEM& search_item, MDB_STOP stop);
-  /// Writes the record behind the last one of the file, whatever was read in between. Throws texts
-  /// without file, type or permission and for what the file does not take.
+  /// Writes the record behind the last one of the file, wherever reading stands. Throws texts if no
+  /// file is open, if it is open for reading alone, without a record type, for an item without a
+  /// type that a file can hold, and if the stream fails.
   virtual void Write();
-  /// Reads the next record. False at the end of the file, also within a record, which is told at
-  /// WARNING; the record then stays as it was. Throws, behind a line at ALARM, ERROR_DATA for lines
-  /// that are no items, and ERROR_CAN_NOT_READ_FILE for a file that can't be read.
+  /// Reads the next record: as many items as the record type has. Their names and types are those
+  /// of the file, not checked against the record type. False at the end of the file; the record
+  /// then stays as it was, and an end within a record is a line at WARNING. Throws texts if no file
+  /// is open and without a record type. Throws, behind a line at ALARM, ERROR_DATA for lines that
+  /// are no items, what RECORD_ITEM::Parse throws, and ERROR_CAN_NOT_READ_FILE if the file can't be
+  /// read.
   virtual bool Read();
-  /// The same after going forward by `lines` lines, or back if negative.
+  /// Steps `lines` lines forward, or back if negative, and reads the record there. Blank lines
+  /// count. False, with the position as it was, if the file has fewer lines, and as `Read` at
+  /// its end.
   virtual bool ReadStep(int lines);
 
   const RECORD_ITEM& GetKeyItem() const { return key; }
   const ARRAY<RECORD_ITEM>& GetRecord() const { return items; }
   /// The record's item of a name; throws "MDB: RECORD_ITEM: can not find key_name in record".
   const RECORD_ITEM& FindItem(const STRING& name) const;
-  /// Pads the further items' names to a width in what is written; -1: not at all.
+  /// The width in bytes to which `Write` pads the names of further items; -1: no padding.
   void SetNameWidth(int width) { name_width = width; }
+  /// The directory of the chosen path, without a slash at its end.
   STRING GetDirectory() const;
 
  private:
-  /// What holds at present.
   struct STATUS {
     bool path_set = false;
     bool file_set = false;
@@ -117,9 +142,9 @@ class MDB {
   void NeedStreamAndType(const char* no_file, const char* no_type) const;
   bool ReadItem(RECORD_ITEM& item);
   void ChangePath(const MDB_PATH_INFO& path);
-  /// Reads the record that was found at a place before.
+  /// Reads the record that an earlier read found at a place.
   void ReadAgain(std::streamoff start);
-  /// Of the record read last and its predecessor, by their places (-1: none).
+  /// Reads the nearer one of the last record and its predecessor, given their places (-1: none).
   void ChooseNearest(const RECORD_ITEM& wanted, std::streamoff start, std::streamoff former_start);
 
   LINE_STREAM stream;

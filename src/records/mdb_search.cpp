@@ -39,10 +39,10 @@ void MDB::GotoRecord(const RECORD_ITEM& search_item, MDB_STOP stop) {
   if (status.open_for_writing) throw "MDB::GotoRecord(): is opened read only";
   if (stop < mdb_stop_before || stop > mdb_stop_after) throw ERROR_UNHANDLED_CASE();
 
-  const RECORD_ITEM wanted = search_item;  // which may be an item of the record that goes
+  const RECORD_ITEM wanted = search_item;  // may refer to an item that Read replaces
   Rewind();
-  // Where the record that was read last and the one ahead of it start. Unlike a count of lines that
-  // holds beside blank lines too.
+  // Starts of the last record read and of the one in front. Unlike a count of lines, they are right
+  // even if the file has blank lines.
   std::streamoff start = -1;
   std::streamoff former_start = -1;
   for (std::streamoff next = 0; Read(); next = stream.Position()) {
@@ -78,7 +78,7 @@ void MDB::GotoRecord(const RECORD_ITEM& search_item, MDB_STOP stop) {
   GlobalLog.set(WARNING) << NEAREST << FAR_AWAY << "we reached the end of the data file "
                          << "therefore I give you the last record "
                          << "(its really the nearest!) \n";
-  // Behind the record again, whatever rest of one was met there.
+  // Go back behind the last whole record: part of another one may follow it.
   ReadAgain(start);
 }
 

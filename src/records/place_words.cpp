@@ -9,7 +9,7 @@ namespace {
 
 using WORDS = std::span<const char* const>;
 
-// A word's number is its place.
+// A word's number is its position, counted from 0.
 constexpr const char* MISSIONS[] = {"unknown", "ZEL1", "ZEL2", "ZEL3", "KOVA1"};
 constexpr const char* TAPE_SOURCES[] = {"", "AQAR", "AQAV", "BRNR", "CXMR", "CXMV", "DTYR"};
 constexpr const char* CHANNELS[] = {"unknown", "pri", "sec"};

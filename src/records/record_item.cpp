@@ -15,12 +15,12 @@ namespace {
 
 [[noreturn]] void ThrowUnknownType() { throw "MDB: RECORD_ITEM: unknown type"; }
 
-/// The value of a text that must be a number from its first to its last character.
+/// The value of a text that must be a number from the first to the last character.
 template <class NUMBER>
 NUMBER ParseNumber(const char* text) {
   const HELD_TRAPS held;
   NUMBER value{};
-  // A plus is no part of what from_chars reads.
+  // from_chars does not read a plus sign.
   const char* const digits = text[0] == '+' && text[1] != '-' ? text + 1 : text;
   const char* const end = digits + std::strlen(digits);
   const auto [stop, error] = std::from_chars(digits, end, value);
@@ -37,7 +37,7 @@ double NumberOf(const RECORD_ITEM& item) {
   return item.type == RECORD_INT ? item.integer : item.number;
 }
 
-/// The type in which two items compare.
+/// The type for a comparison of two items.
 int CommonType(const RECORD_ITEM& a, const RECORD_ITEM& b) {
   if (IsNumber(a.type) && IsNumber(b.type)) return RECORD_DOUBLE;
   if (a.type != b.type) ThrowUnknownType();

@@ -31,9 +31,8 @@ struct TIME_TOKEN {
 ///     struct HOUR_SCANNER final : TIME_SCANNER {
 ///       bool Scan(const char* input) override {
 ///         Start(input);
-///         return (hour = GetNumber()) < 24;
+///         return GetNumber() < 24;
 ///       }
-///       int hour = 0;
 ///     };
 ///
 /// A text that does not fit throws a text ("TIME: scanner: unexpected end of string", "unexpected
