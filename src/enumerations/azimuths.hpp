@@ -8,16 +8,20 @@
 
 namespace varnoth::SAR {
 
-/// The times of start, center and stop of an acquisition, and how long it took.
+/// The times of start, center and stop of an acquisition, and its duration.
+///
+///     Azimuths azimuths;
+///     azimuths.ReadFromPool(pool, {"master"});  // "master_start_time" … "master_duration"
+///     const UNIVERSAL_TIME start = azimuths[Azimuth::Row(Azimuth::START)];
 class Azimuths {
  public:
   /// The time of a position. Throws ERROR_ENUM_BASE_INVALID_ID for a guard.
   const UNIVERSAL_TIME& operator[](const Azimuth& position) const;
 
-  /// Reads the times, texts under the keys of the parts (up to five), the name of the position and
-  /// "time"; and the duration, an FLT_15 in seconds under the parts and "duration". With `plural`
-  /// the two words are "times" and "durations". Throws what the entries throw, and the record then
-  /// stays as it was.
+  /// Reads the times, each a STR under the key parts, the position ("start", "center", "stop") and
+  /// "time", and the duration, an FLT_15 in seconds under the key parts and "duration". With
+  /// `plural` the words are "times" and "durations". Throws what ReadTime, PARAMETER_POOL::Read and
+  /// DURATION::FromSeconds throw; the object then stays as it was.
   void ReadFromPool(PARAMETER_POOL& pool, KEY_PARTS key_parts, bool plural = false);
 
   DURATION duration;

@@ -5,6 +5,9 @@
 namespace varnoth::BASIC::TYPES {
 
 /// The kind of a parameter pool.
+///
+///     const PoolType type("CFG");
+///     const DataType data("flt_15");
 class PoolType : public ENUM<PoolType> {
  public:
   using ENUM::ENUM;

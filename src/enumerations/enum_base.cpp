@@ -16,7 +16,8 @@ namespace varnoth::BASIC::TYPES {
 
 namespace {
 
-/// A text without what the comparison doesn't look at.
+/// A text in the form that the comparison looks at: without separators or upper case if it ignores
+/// them.
 std::string Folded(const char* text, TEXT_COMPARISON comparison) {
   std::string folded;
   for (; *text != '\0'; ++text) {
@@ -32,7 +33,7 @@ STRING KeyOf(const ENUM_TABLE& table, const char* prefix) {
   return join_key({prefix, table.key_word});
 }
 
-/// Name of a class as messages show it: demangled, without the namespace of the house.
+/// Name of a class for messages: demangled, without the project's namespace.
 STRING ClassName(const std::type_info& type) {
   int status = 0;
   const std::unique_ptr<char, decltype(&std::free)> name(
@@ -54,7 +55,7 @@ std::int32_t FindId(const ENUM_TABLE& table, const std::type_info& type, const S
                     TEXT_COMPARISON comparison) {
   const std::string folded = Folded(wanted.c_str(), comparison);
   const auto matches = [&](const char* text) { return Folded(text, comparison) == folded; };
-  // Without its separator a guard would be the empty text.
+  // A guard without its separators would be the empty text.
   const std::int32_t beyond = table.guards_match && !comparison.without_separators ? 1 : 0;
   for (std::int32_t id = 1 - beyond; id <= table.LastId() + beyond; ++id) {
     if (matches(table.At(id))) return id;

@@ -23,79 +23,90 @@ struct ENUM_ALIAS {
   std::int32_t id;
 };
 
-/// All that tells one enumeration from another. The rows are a guard at id 0, the legal values from
-/// id 1 on, and a guard behind them.
+/// All that differs between enumerations. The rows are a guard at id 0, the legal values from id 1
+/// to LastId(), and a guard at LastId() + 1.
 struct ENUM_TABLE {
   const char* key_word = "";  ///< of pool entries
   const char* guard = "-";    ///< text of the guards
-  bool guards_match = false;  ///< whether the lookup by text finds guards
+  bool guards_match = false;  ///< whether a lookup that counts separators finds guards
   std::span<const char* const> values;
   std::span<const ENUM_ALIAS> aliases;
 
   std::int32_t LastId() const { return static_cast<std::int32_t>(values.size()); }
-  /// Text of a row. Throws ERROR_ENUM_BASE_INVALID_ID for an id that is no row's.
+  /// Text of a row. Throws ERROR_ENUM_BASE_INVALID_ID for an id below 0 or above LastId() + 1.
   const char* At(std::int32_t id) const;
 };
 
 /// How the lookup compares the wanted text with its candidates.
 struct TEXT_COMPARISON {
   bool case_sensitive = false;
-  bool without_separators = false;  ///< blanks, "-" and "_" don't count
+  bool without_separators = false;  ///< ignores blanks, "-" and "_"
 };
 
-/// Id of the first row, else of the first alias, whose text is the wanted one. A miss throws
-/// ERROR_ENUM_BASE_INVALID_VALUE with the name of the class, as in "SAR::Edge".
+/// Id of the first row with the wanted text, or else of the first alias with it. Throws
+/// ERROR_ENUM_BASE_INVALID_VALUE, with the class's name as in "SAR::Edge", if there is none.
 std::int32_t FindId(const ENUM_TABLE& table, const std::type_info& type, const STRING& wanted,
                     TEXT_COMPARISON comparison);
 
-/// A value out of the table of its class: a symbolic value of parameter files. Classes of the
-/// family are declared through ENUM below. An object without a value has id 1 and the empty text.
-/// A failed lookup, step or read leaves the object as it was.
+/// A symbolic value of parameter files, from the table of its class.
+///
+///     SAR::Edge edge("top");             // in any case
+///     ++edge;                            // RIGHT
+///     edge.ReadFromPool(pool, "image");  // key "image_edge"
+///     if (edge.id == SAR::Edge::LEFT) edge.Set("BOTTOM");
+///
+/// Declare a class of the family through ENUM below. A default object has id 1 and the empty text.
+/// A failed lookup, step or read leaves the object as it was; it writes no log line, except where
+/// an operation says so.
 class ENUM_BASE {
  public:
   ENUM_BASE() = default;
   virtual ~ENUM_BASE() = default;
 
-  /// Equality of the ids. Throws ERROR_ENUM_BASE_TYPE_MISMATCH for objects of different classes.
+  /// Whether the ids are equal. Throws ERROR_ENUM_BASE_TYPE_MISMATCH for objects of different
+  /// classes.
   virtual bool operator==(const ENUM_BASE& other) const;
   virtual bool operator!=(const ENUM_BASE& other) const;
 
-  /// The next and the former row, which may be a guard. A step beyond the guards throws
+  /// Steps to the next or the previous row, which may be a guard. A step beyond the guards throws
   /// ERROR_ENUM_BASE_LIMIT_OF_ENUMERATION_EXPIRED.
   virtual ENUM_BASE& operator++();
   virtual ENUM_BASE& operator--();
-  /// The same, giving the row that the object stood at; of an object of a known class the forms
-  /// below give a copy.
+  /// The same, but give the row before the step. For an object of a known class the operators at
+  /// the end of this file give a copy.
   virtual const ENUM_BASE& operator++(int);
   virtual const ENUM_BASE& operator--(int);
 
   /// The last legal id; 0 for the base, which has no values.
   virtual std::int32_t LastId() const { return Table().LastId(); }
-  /// The row of an id or, with `assign`, this object, which then is that row's value. Throws
-  /// ERROR_ENUM_BASE_INVALID_ID below the first guard and above the last. The base gives itself.
+  /// The row of an id or, with `assign`, this object, after it took the row's value. Throws
+  /// ERROR_ENUM_BASE_INVALID_ID for an id below 0 or above LastId() + 1. The base class gives this
+  /// object unchanged.
   virtual const ENUM_BASE& FromId(std::int32_t wanted, bool assign);
 
-  /// Sets the object from the text under the key `prefix` and key word, joined; a null prefix is
-  /// empty. Letters' case doesn't matter. Throws what the pool throws, PARAMETER_KEY_TOO_LONG, and
-  /// ERROR_ENUM_BASE_INVALID_VALUE, behind a line at ALARM, for a text that is no value.
+  /// Sets the object from the STR under the key `prefix` and key word, joined by "_"; a null or
+  /// empty prefix leaves the key word alone. Takes texts and aliases in any case. Throws what the
+  /// pool throws, PARAMETER_KEY_TOO_LONG, and ERROR_ENUM_BASE_INVALID_VALUE, behind a line at
+  /// ALARM, for any other text.
   virtual void ReadFromPool(PARAMETER_POOL& pool, const char* prefix);
-  /// Puts the text under that key, whether the pool has it or not.
+  /// Writes the text under that key, whether the pool has it or not. Throws like
+  /// PARAMETER_POOL_READ_WRITE_CHANGE::Change.
   virtual void WriteToPool(PARAMETER_POOL_READ_WRITE_CHANGE& pool, const char* prefix) const;
-  /// As ReadFromPool, but takes only the exact text of a legal value; any other throws
+  /// Like ReadFromPool, but takes only the exact text of a legal value; any other text throws
   /// INVALID_PARAMETER_VALUE behind a line at ALARM.
   virtual void ReadCheckedFromPool(PARAMETER_POOL& pool, const char* prefix);
 
-  /// The n-th alias, counting from 0, of the value of an object of this class or, where there is
-  /// none, the value's text. Throws ERROR_ENUM_BASE_TYPE_MISMATCH for an object of another class.
+  /// The n-th alias, counted from 0, of the value of `object`; its text if there is none. Throws
+  /// ERROR_ENUM_BASE_TYPE_MISMATCH if `object` is of another class.
   virtual STRING GetAlias(const ENUM_BASE& object, int n) const;
 
-  /// Makes the object the value with that text or alias. A text that is none throws
+  /// Gives the object the value with that text or alias. Any other text throws
   /// ERROR_ENUM_BASE_INVALID_VALUE.
   void Set(const STRING& wanted, bool case_sensitive = false);
-  /// The same, blind to blanks, "-" and "_": "slant range" and "SLANTRANGE" are one.
+  /// The same, but ignores blanks, "-" and "_": "slant-range" and "SLANT RANGE" are the same.
   void SetTolerant(const STRING& wanted, bool case_sensitive = false);
 
-  STRING text;  ///< copied ahead of the id, which then stands as well where memory runs out
+  STRING text;  ///< assigned before the id, so that a failed allocation leaves both as they were
   std::int32_t id = 1;
 
  protected:
@@ -105,7 +116,7 @@ class ENUM_BASE {
   virtual const ENUM_TABLE& Table() const;
 };
 
-/// A class of the family, declared as
+/// The base of a class of the family, which is declared as
 ///
 ///     class Edge : public ENUM<Edge> {
 ///      public:
@@ -114,11 +125,11 @@ class ENUM_BASE {
 ///       static constexpr const char* VALUES[] = {"TOP", "RIGHT", "BOTTOM", "LEFT"};
 ///     };
 ///
-/// and, where wanted, with an array ALIASES of ENUM_ALIAS and with GUARD and GUARDS_MATCH of its
-/// own. A class with more fields has constructors of its own and, as a friend, a `CompleteRow`,
-/// which finds id and text of a row set and fills the rest.
+/// The class may also declare an array ALIASES of ENUM_ALIAS, GUARD and GUARDS_MATCH. A class with
+/// further fields declares its own constructors, `friend ENUM;` and a private `CompleteRow`, which
+/// fills the further fields of a row whose id and text are set.
 ///
-/// The rows are built at their first use.
+/// The first use builds the rows, which stay for the whole process.
 template <class DERIVED>
 class ENUM : public ENUM_BASE {
  public:
@@ -127,14 +138,14 @@ class ENUM : public ENUM_BASE {
   static constexpr std::array<ENUM_ALIAS, 0> ALIASES{};
 
   ENUM() = default;
-  /// The value of a text; throws like `Set`.
+  /// The value with a text or alias; throws like `Set`.
   explicit ENUM(const STRING& wanted, bool case_sensitive = false)
       : ENUM_BASE(RowOf(wanted, case_sensitive)) {
     static_assert(sizeof(DERIVED) == sizeof(ENUM),
                   "fields of its own need constructors of its own");
   }
 
-  /// The row of an id; throws ERROR_ENUM_BASE_INVALID_ID.
+  /// The row of an id, 0 to LastId() + 1. Throws ERROR_ENUM_BASE_INVALID_ID for any other.
   static const DERIVED& Row(std::int32_t wanted) {
     StaticTable().At(wanted);
     return Rows()[static_cast<std::size_t>(wanted)];
@@ -178,7 +189,7 @@ class ENUM : public ENUM_BASE {
   }
 };
 
-/// The postfix steps of a known class: they give a copy of the row that the object stood at.
+/// The postfix steps of an object of a known class; they give a copy of the row before the step.
 template <std::derived_from<ENUM_BASE> E>
 E operator++(E& value, int) {
   const std::int32_t old = value.id;

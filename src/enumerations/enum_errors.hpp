@@ -5,6 +5,13 @@
 
 namespace varnoth::BASIC::TYPES {
 
+/// The failures of enumerations:
+///
+///     try {
+///       edge.Set("diagonal");
+///     } catch (const ERROR_ENUM_BASE& error) {
+///       std::puts(error.what());
+///     }
 VARNOTH_ERROR(ERROR_ENUM_BASE, ERROR_EXCEPTION, "enumeration data type error");
 VARNOTH_ERROR(ERROR_ENUM_BASE_TYPE_MISMATCH, ERROR_ENUM_BASE,
               "enumeration data type - type mismatch");
@@ -12,7 +19,7 @@ VARNOTH_ERROR(ERROR_ENUM_BASE_LIMIT_OF_ENUMERATION_EXPIRED, ERROR_ENUM_BASE,
               "enumeration data type - limit of enumeration expired");
 VARNOTH_ERROR(ERROR_ENUM_BASE_INVALID_ID, ERROR_ENUM_BASE, "enumeration data type - invalid id");
 
-/// A text that is no value of the enumeration; the only failure that carries data.
+/// A text that is no value of the enumeration. No other failure has data of its own.
 class ERROR_ENUM_BASE_INVALID_VALUE : public ERROR_ENUM_BASE {
  public:
   ERROR_ENUM_BASE_INVALID_VALUE(const STRING& offending, const STRING& enumeration,

@@ -5,17 +5,21 @@
 
 namespace varnoth::SAR {
 
-/// How an image lies: the edges of near range and of the start in azimuth.
+/// The orientation of an image: the edges of near range and of the start in azimuth.
+///
+///     const ImageDirection direction(Edge("LEFT"), Edge("TOP"));
+///     const Edge far = direction.EdgeOf(Range("far"));  // RIGHT
 class ImageDirection : public TUPLE<Edge> {
  public:
-  /// Throws "range and azimuth should be at orthogonal edges" for edges that are equal or opposite
-  /// and ERROR_ENUM_BASE_INVALID_ID for guards.
+  /// Takes the edge of near range and the edge of the start in azimuth. Throws "range and azimuth
+  /// should be at orthogonal edges" for equal or opposite edges, equal guards included, and
+  /// ERROR_ENUM_BASE_INVALID_ID for any other guard.
   ImageDirection(const Edge& range, const Edge& azimuth);
 
-  /// The edge across the image. Throws ERROR_ENUM_BASE_INVALID_ID for a guard, which is no edge.
+  /// The edge on the other side of the image. Throws ERROR_ENUM_BASE_INVALID_ID for a guard.
   virtual Edge Opposite(const Edge& edge) const;
-  /// The edge at which an Azimuth or a Range lies. Throws "mid azimuth is at no edge" and "mid
-  /// range is at no edge" for what is neither start nor stop, near nor far, and
+  /// The edge of an Azimuth or a Range. Throws "mid azimuth is at no edge" for any Azimuth but
+  /// start and stop, "mid range is at no edge" for any Range but near and far, and
   /// ERROR_ENUM_BASE_TYPE_MISMATCH for an object of another class.
   virtual Edge EdgeOf(const BASIC::TYPES::ENUM_BASE& object) const;
 

@@ -7,6 +7,12 @@ namespace varnoth::SAR {
 using BASIC::TYPES::ENUM;
 using BASIC::TYPES::ENUM_ALIAS;
 
+/// The enumerations of radar images. All work alike:
+///
+///     const Projection projection("slant range");  // a text or an alias, in any case
+///     const Range range = Range::Row(Range::FAR);
+///     OrbitDirection direction;
+///     direction.ReadFromPool(pool, "master");  // key "master_orbit_direction"
 class QuicklookResolutionClass : public ENUM<QuicklookResolutionClass> {
  public:
   using ENUM::ENUM;
@@ -22,7 +28,7 @@ class PolarizationType : public ENUM<PolarizationType> {
   static constexpr const char* VALUES[] = {"V", "H"};
 };
 
-/// Ascending, descending, undefined.
+/// The flight direction of an orbit: ascending, descending, undefined.
 class OrbitDirection : public ENUM<OrbitDirection> {
  public:
   using ENUM::ENUM;
@@ -32,7 +38,7 @@ class OrbitDirection : public ENUM<OrbitDirection> {
                                            {"ASCENDING", 1}, {"DESCENDING", 2}, {"UNDEFINED", 3}};
 };
 
-/// Left, right, undefined.
+/// The side of the track that the antenna looks at: left, right, undefined.
 class AntennaLookDirection : public ENUM<AntennaLookDirection> {
  public:
   using ENUM::ENUM;
@@ -44,7 +50,7 @@ class AntennaLookDirection : public ENUM<AntennaLookDirection> {
       {"LEFT", 1},          {"RIGHT", 2},          {"UNDEFINED", 3}};
 };
 
-/// An edge of an image, clockwise.
+/// An edge of an image; the ids go clockwise.
 class Edge : public ENUM<Edge> {
  public:
   using ENUM::ENUM;
@@ -53,7 +59,7 @@ class Edge : public ENUM<Edge> {
   static constexpr const char* VALUES[] = {"TOP", "RIGHT", "BOTTOM", "LEFT"};
 };
 
-/// A position along the flight path, with a second name for each.
+/// A position along the flight path, with a second name: "early", "mid", "late".
 class Azimuth : public ENUM<Azimuth> {
  public:
   enum ID : std::int32_t { START = 1, CENTER, STOP };
@@ -70,7 +76,8 @@ class Azimuth : public ENUM<Azimuth> {
 
  private:
   friend ENUM;
-  /// A row's first alias is its second name; guards have none and repeat their text.
+  /// The first alias of a row is its second name. Guards have no alias: their second name is their
+  /// text.
   void CompleteRow() { second_name = GetAlias(*this, 0); }
 };
 

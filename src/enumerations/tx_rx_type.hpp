@@ -4,8 +4,10 @@
 
 namespace varnoth::SAR {
 
-/// A transmit and a receive polarization; its text is their texts side by side. The guards are
-/// those of PolarizationType, the first ones for the first, the last ones for the last.
+/// A transmit and a receive polarization; its text is their texts side by side. Both parts of a
+/// guard are the guard of PolarizationType at the same end.
+///
+///     const TxRxType channel(PolarizationType("H"), PolarizationType("V"));  // "HV"
 class TxRxType : public ENUM<TxRxType> {
  public:
   static constexpr const char* KEY_WORD = "tx_rx_type";
@@ -15,7 +17,8 @@ class TxRxType : public ENUM<TxRxType> {
   TxRxType() = default;
   explicit TxRxType(const STRING& wanted, bool case_sensitive = false)
       : TxRxType(RowOf(wanted, case_sensitive)) {}
-  /// Throws "invalid combination of transmit and receive polarization" for a pair that is no row.
+  /// The row with both polarizations. Throws "invalid combination of transmit and receive
+  /// polarization" if no row has them.
   TxRxType(const PolarizationType& transmitted, const PolarizationType& received);
 
   PolarizationType transmit;
