@@ -18,13 +18,13 @@ namespace {
 
 constexpr int CELL_LIMIT = 255;
 
-/// The first line that is no rule.
+/// The first line that is not a rule.
 std::string FirstRow(const std::string& text) {
   const std::size_t start = text.find_first_not_of("-\n");
   return start != text.npos ? text.substr(start, text.find('\n', start) - start) : "";
 }
 
-/// Adds a cell, padded to its column's width.
+/// Appends a cell, padded to its column's width.
 void AppendCell(std::string& line, const std::string& text, char alignment, int width) {
   const int length = static_cast<int>(text.size());
   const int pad = std::max(width - length, 0);
@@ -41,7 +41,7 @@ void AppendCell(std::string& line, const std::string& text, char alignment, int 
 LOG_TABLE::LOG_TABLE() {
   const std::string path = CreateTemporaryFile("/tmp/", "table_");
   file_name = path.empty() ? "/tmp/table_0815" : path.c_str();
-  // A name that was not made for this table may be somebody else's file.
+  // Open only a file made for this table: the default name may be somebody else's file.
   if (!path.empty()) file = OpenStream(path.c_str(), O_WRONLY);
   if (file == nullptr) {
     GlobalLog.set(EXCEPTION) << "LOG_TABLE: can not open tmp file: " << file_name << "\n";
@@ -163,7 +163,7 @@ void LOG_TABLE::MeasureColumns(int count) {
       if (++column == count) column = -1;
       length = -1;
     }
-    // The "@" and the character behind it count as none together.
+    // Count nothing for "@" and the character behind it: -1 and 1.
     length += c == '@' ? -1 : 1;
   }
 }
@@ -187,7 +187,7 @@ void LOG_TABLE::PrintRows(int level) const {
     const char c = text[i];
     if (at_start && c == '-') {
       PrintRule(FirstRow(text), level);
-      ++i;  // its line end
+      ++i;  // skip its line end
       continue;
     }
     at_start = false;

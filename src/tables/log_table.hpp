@@ -9,54 +9,65 @@
 
 namespace varnoth {
 
-/// Prints an aligned text table into the log without the caller knowing the column widths.
+/// Prints a text table with aligned columns into the log.
 ///
-/// The caller writes rows in a small mark-up, which go to a temporary file: cells between
-/// separators, a separator first and last. `flush` measures the columns and prints the result. The
-/// separator chooses a column's look:
+///     LOG_TABLE table;
+///     table.rule();
+///     table.row("|@lname|@rvalue [m]|");
+///     table.row("|@lheight|@r%.3f|", 12.5);
+///     table.flush(INFO);
+///
+/// The caller writes rows in a small mark-up: cells between separators, with a separator first and
+/// last. The rows go to a temporary file; `flush` measures the columns and prints them. The
+/// separators choose the look of a column's border:
 ///
 ///     mark-up    |  $  #  ~  :  *  &
 ///     data row   |     |  H  :  *
 ///     rule line  +     +  #  +  *
 ///
-/// Inside a cell "@c", "@l", "@r" centre the cell or align it left or right; they take no room.
-/// Cells without a mark are centred. All rows must have as many cells as the first one.
+/// Inside a cell "@c", "@l" and "@r" centre the cell or align it left or right; they take no width.
+/// Cells without them are centred. All rows must have as many cells as the first one.
 class LOG_TABLE {
  public:
-  /// Throws the text "can not write to /tmp" if no temporary file is to be had.
+  /// Throws the text "can not write to /tmp", behind a line at EXCEPTION, if the temporary file
+  /// can't be made.
   LOG_TABLE();
-  /// Removes the temporary file.
+  /// Removes the temporary file; a failure is a line at WARNING.
   ~LOG_TABLE();
   LOG_TABLE(const LOG_TABLE&) = delete;
   LOG_TABLE& operator=(const LOG_TABLE&) = delete;
 
-  /// Adds a row.
+  /// Adds a whole row in mark-up, formatted like printf. While the log captures, it gets
+  /// the row too.
   void row(const char* format, ...) __attribute__((format(printf, 2, 3)));
-  /// Adds to the row under way.
+  /// Adds a part of a row, formatted like printf.
   void printf(const char* format, ...) __attribute__((format(printf, 2, 3)));
-  /// Ends the row under way.
+  /// Ends a row that `printf` began.
   void new_line();
-  /// Adds a rule line.
+  /// Adds a rule line, with crossings at the separators of the first row.
   void rule();
-  /// Characters of the rule lines: the fill is used, the crossings follow the first row's marks.
+  /// Sets the fill character of the rule lines. The mark-up determines the crossings: `cross` has
+  /// no effect.
   void set_rule(char fill, char cross);
+  /// Has no effect on the table.
   void set_second_rule(char fill, char cross);
 
-  /// Prints the table at a level. Throws the text "can not open tmp file", "can not read tmp file",
-  /// or "can not write to /tmp" for a row that did not get into the file, and ERROR_ARGUMENT for a
-  /// cell of more than 255 characters.
+  /// Prints all rows so far at a level; a second call prints them again. Throws, behind a line at
+  /// EXCEPTION, the text "can not open tmp file", "can not read tmp file", or "can not write to
+  /// /tmp" if a row did not reach the file, and, behind a line at ALARM, ERROR_ARGUMENT for a cell
+  /// of more than 255 characters.
   void flush(int level);
 
  private:
-  /// What stands in the file now; every pass looks anew.
+  /// The current content of the file; every pass reads it again.
   std::string ReadBack() const;
   int CountColumns() const;
   void MeasureColumns(int count);
   void PrintRows(int level) const;
-  /// A rule line with crossings where a row has its separators.
+  /// Prints a rule line with crossings at the separators of `row`.
   void PrintRule(const std::string& row, int level) const;
   int WidthOf(int column) const;
-  /// Place of a character among the separators, or -1.
+  /// Position of a character in `marks`, or -1.
   int MarkOf(char character) const;
 
   char rule_char = '-';
