@@ -18,7 +18,7 @@ class Azimuths {
   /// The time of a position. Throws ERROR_ENUM_BASE_INVALID_ID for a guard.
   const UNIVERSAL_TIME& operator[](const Azimuth& position) const;
 
-  /// Reads the times, each a STR under the key parts, the position ("start", "center", "stop") and
+  /// Reads the times, each an STR under the key parts, the position ("start", "center", "stop") and
   /// "time", and the duration, an FLT_15 in seconds under the key parts and "duration". With
   /// `plural` the words are "times" and "durations". Throws what ReadTime, PARAMETER_POOL::Read and
   /// DURATION::FromSeconds throw; the object then stays as it was.

@@ -22,9 +22,9 @@ enum UTC_FORM : int {
 ///     scanner.Scan("14-JAN-2004/10:11:12.5");
 ///     const int ms = scanner.values.millisecond;  // 500
 ///
-/// The fraction is optional and may have up to 127 digits, of which six count. A "Z" may end the
-/// forms with a fraction. The scanner accepts second 60 to 62 at 23:59 of any day, and day 0; it
-/// ignores what follows the fraction or, in the calendar form, the year.
+/// The fraction is optional and may have up to 127 digits; only the first six count. A "Z" may end
+/// the forms with a fraction. The scanner accepts second 60 to 62 at 23:59 of any day, and day 0;
+/// it ignores what follows the fraction or, in the calendar form, the year.
 class UTC_SCANNER final : public TIME_SCANNER {
  public:
   /// Fills `values` and gives true. Any other text throws ERROR_DATA, behind lines at EXCEPTION.
