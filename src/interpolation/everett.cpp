@@ -14,9 +14,9 @@ namespace {
 ///
 /// and the elementary symmetric sums of the reciprocals of its 2k + 1 factors r + j, j = -k … k:
 /// e1 = Σ 1/(r + a), e2 = Σ 1/((r + a)(r + b)) over pairs a < b. Then c' = c e1, and
-/// c'' = 2 c e2, since every pair stands twice in the derivative. Adding two factors with the
-/// reciprocals u and v takes e2 += e1 (u + v) + u v and e1 += u + v, instead of a double loop over
-/// all factors.
+/// c'' = 2 c e2, because the derivative counts every pair twice. Two more factors with the
+/// reciprocals u and v need only e2 += e1 (u + v) + u v and e1 += u + v, not a double loop over all
+/// factors.
 template <class T>
 class EVERETT_TERM {
  public:
@@ -30,7 +30,7 @@ class EVERETT_TERM {
   T coefficient;
 };
 
-/// The same with the sums.
+/// The same product with the sums for its derivatives.
 template <class T>
 class EVERETT_DERIVATIVES {
  public:
@@ -70,7 +70,7 @@ void EVERETT<T>::Create(const ARRAY<POINT<T>>& series) {
 template <class T>
 void EVERETT<T>::CreateQuiet(const ARRAY<POINT<T>>& series) {
   first = series.GetFirstIndex();
-  last = first - 1;  // none, until the table stands
+  last = first - 1;  // no samples until the table is complete
   inner_begin = inner_end = 0;
   const int end = series.GetLastIndex();
   if (end <= first) RefuseSeries("EVERETT::Create", "more than 1 value needed.");
@@ -83,13 +83,13 @@ void EVERETT<T>::CreateQuiet(const ARRAY<POINT<T>>& series) {
                          << order << ".\n";
     throw INVALID_PARAMETER_VALUE();
   }
-  // Equal abscissae, or ones that are no numbers, make no grid either.
+  // Abscissae that are equal or not numbers make no grid either.
   if (!IsEquidistant(series) || !std::isgreater(std::fabs(dx), T(0))) {
     RefuseSeries("EVERETT::Create", "Everett interpolation only possible on equidistant grid.");
   }
 
   half = order / 2;
-  // More differences than samples are all zero, and GetXi refuses to use them.
+  // Differences of an order above the sample count are all zero, and GetXi refuses to use them.
   const RANGE<int> rows(0, std::min(half, end - first) + 1);
   differences.NeedRanges(rows, series.GetRange());
   T* const* const row = differences.Rows();
@@ -124,7 +124,7 @@ bool EVERETT<T>::IsEquidistant(const ARRAY<POINT<T>>& series) const {
 template <class T>
 int EVERETT<T>::GetXi(T x, T& r, T& s) const {
   const T steps = (x - x0) / dx;
-  // An index that no int holds, and a NaN, are taken as far outside.
+  // An index beyond the range of int, or a NaN, counts as far outside.
   constexpr T FAR = 1e9F;
   const T bounded = std::isless(steps, FAR) ? (std::isgreater(steps, -FAR) ? steps : -FAR) : FAR;
   int i = static_cast<int>(std::floor(bounded));

@@ -8,48 +8,61 @@
 namespace varnoth {
 
 /// Everett's central-difference formula of even order for equidistant series, the usual case of an
-/// orbit at a fixed step (Abramowitz and Stegun, 25.2.53). A value in an interval uses the samples
-/// on both sides of it with the even central differences of its two ends.
+/// orbit at a fixed step (Abramowitz and Stegun, 25.2.53). A value in an interval uses the even
+/// central differences at both ends of the interval.
 ///
-/// With n the order, the intervals from n/2 to last - n/2 - 1 are as exact as the method is. The
-/// one behind them, which raises no report yet, lacks its highest difference. Further out the
-/// nearest interval is taken, and the log tells so.
+///     EVERETT<double> curve;
+///     curve.SetOrder(8);
+///     curve.CreateQuiet(series);  // an ARRAY<POINT<double>> from index 0, at a fixed step
+///     const double y = curve.GetY(12.5);
 ///
-/// At an abscissa exactly on a sample the derivatives divide by zero for an order of 2 or more: the
-/// derivative of each product is the product times the sum of the reciprocals of its factors.
+/// The series must start at index 0: intervals are counted from the first sample, but are indices
+/// of the series.
+///
+/// Error: with k the order, the value is that of the polynomial through the k + 2 samples x_j
+/// around the interval, so that f - p = f^(k+2)(ξ) / (k+2)! · Π (x - x_j). This holds for the
+/// intervals from k/2 to last - k/2 - 1. The next interval lacks its highest difference, without a
+/// report. Further out the formula of the nearest interval extrapolates, with a line at WARNING.
+///
+/// The derivatives at a sample divide by zero for an order of 2 or more, because the derivative of
+/// each product is computed as the product times the sum of the reciprocals of its factors.
+///
+/// Cost: n samples build in O(n k), an evaluation takes O(k). The series may go after Create.
 template <class T>
 class EVERETT : public INTERPOLATION<T, POINT<T>> {
  public:
-  /// Takes an even order unless it is -1.
+  /// Order of the next Create, which must be even; -1 keeps the former one.
   void SetOrder(int wanted) override {
     if (wanted != -1) order = wanted;
   }
-  /// Builds the table and logs it, a column a line, at TRACE.
+  /// Builds the table of differences and logs it at TRACE, one line per sample.
   void Create(const ARRAY<POINT<T>>& series) override;
   /// Throws INVALID_PARAMETER_VALUE, behind a line at ALARM, for fewer than two samples, an odd or
-  /// negative order, and an uneven grid.
+  /// negative order (no order is set at first), and an uneven grid.
   void CreateQuiet(const ARRAY<POINT<T>>& series) override;
+  /// Evaluations throw as GetXi does.
   T GetY(T x) const override;
   T GetDerivedY(T x) const override;
   T GetDerived2Y(T x) const override;
 
-  /// Whether no step differs from the first one, nor the first one from the mean, by more than 1e-8
-  /// of it. Needs `dx`.
+  /// Whether neither another step nor `dx`, the mean step of the last Create, differs from the
+  /// first step by more than 1e-8 of it. Always true for fewer than three samples.
   virtual bool IsEquidistant(const ARRAY<POINT<T>>& series) const;
   /// Index of the interval of an abscissa, and the fractions of a step from its left end (r) and to
-  /// its right end (s). Outside the intervals with enough samples on both sides the nearest of them
-  /// is taken, with a line at WARNING. Throws INVALID_PARAMETER_VALUE, behind a line at ALARM,
-  /// where the series has no such interval.
+  /// its right end (s). Outside the intervals with enough samples on both sides it takes the
+  /// nearest of them, with a line at WARNING; a line at DEBUG reports r and s beyond [0, 1]. Throws
+  /// INVALID_PARAMETER_VALUE, behind a line at ALARM, if the series has no such interval and before
+  /// a successful Create.
   virtual int GetXi(T x, T& r, T& s) const;
 
  private:
-  /// The same as GetXi, but for the usual case without a call.
+  /// Like GetXi, but without a call in the usual case.
   int Interval(T x, T& r, T& s) const;
-  /// The last interval with enough samples to its right; without differences its right end must
-  /// still be a sample.
+  /// The last interval with enough samples to its right. Even without differences its right end
+  /// must be a sample.
   int RightBound() const { return last - std::max(half, 1); }
-  /// Calls add(right, b, left, a) for every order of differences: the terms of the interval's ends,
-  /// TERM objects, with the differences b and a there.
+  /// Calls add(right, b, left, a) for every order of differences: the TERM objects of the
+  /// interval's right and left end, each followed by the difference there.
   template <class TERM, class ADD>
   void ForEachDifference(T r, T s, int i, ADD add) const;
 
@@ -60,7 +73,7 @@ class EVERETT : public INTERPOLATION<T, POINT<T>> {
   int half = 0;    ///< half the order of the table
   int first = 0;
   int last = 0;
-  /// Steps from x0 to the first and behind the last interval with enough samples on both sides.
+  /// Steps from x0 to the first interval with enough samples on both sides, and past the last one.
   T inner_begin = 0;
   T inner_end = 0;
 };

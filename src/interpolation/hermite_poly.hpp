@@ -4,33 +4,47 @@
 
 namespace varnoth {
 
-/// The Hermite polynomial through samples that carry their derivatives, of degree 2 count - 1; for
-/// an orbit these are positions and velocities. It keeps copies of the samples.
+/// The Hermite polynomial through n samples that carry their derivatives, of degree 2 n - 1. For an
+/// orbit these are positions and velocities. The abscissae must increase; this is not checked.
 ///
-/// A point outside the samples, or a result that is no number, ends the process with status 1
-/// behind a line in the log: a curve of this degree is useless beyond its samples.
+///     ARRAY<DPOINT<double>> series(0, 2);
+///     series.begin()[0] = {0.0, 1.0, 0.0};  // abscissa, ordinate, derivative
+///     series.begin()[1] = {1.0, 2.0, 3.0};
+///     HERMITE_POLY<double> curve;
+///     curve.Create(series);
+///     const double y = curve.GetY(0.5);
+///
+/// Error: f - p = f^(2n)(ξ) / (2n)! · Π (x - x_j)² (Stoer and Bulirsch, 2.1.5). A high degree
+/// swings between its end samples; LOCAL_INTERPOLATION keeps it low.
+///
+/// An abscissa outside the samples ends the process with status 1 behind a line at ALARM, because a
+/// curve of this degree is useless there. A result that is not a number does so behind a line at
+/// WARNING.
+///
+/// Cost: building takes O(n), an evaluation O(n⁴). The series may go after Create.
 template <class T>
 class HERMITE_POLY : public INTERPOLATION<T, DPOINT<T>> {
  public:
   void Create(const ARRAY<DPOINT<T>>& series) override { CreateQuiet(series); }
   /// Throws INVALID_PARAMETER_VALUE, behind a line at ALARM, for a series without samples.
   void CreateQuiet(const ARRAY<DPOINT<T>>& series) override;
-  /// Each of them costs the whole of `Evaluate` with all samples.
+  /// Each of these costs a full `Evaluate` over all samples. Throws as `Evaluate` does.
   T GetY(T abscissa) const override;
   T GetDerivedY(T abscissa) const override;
   T GetDerived2Y(T abscissa) const override;
 
-  /// Value and both derivatives at an abscissa from `order` neighbouring samples of the first n,
-  /// centred on the abscissa as far as the ends allow; with `order` n from all of them. Takes
-  /// 1 <= order <= n <= the number of samples.
+  /// Value and both derivatives at an abscissa, from `order` neighbouring samples among the first
+  /// n, centred on the abscissa as far as the ends allow. Needs 1 <= order <= n <= the number of
+  /// samples, which is not checked. Takes O(order⁴). Throws INVALID_PARAMETER_VALUE, behind a line
+  /// at ALARM, before a successful Create.
   ///
-  /// With the Lagrange factor L of a node, its derivatives L1, L2 and S = L1 at the node, the node
-  /// adds (y (1 - 2 t S) + dy t) L² to the value, t being the way from the node (Stoer and
-  /// Bulirsch, 2.1.5), and its derivatives to the others.
+  /// With the Lagrange factor L of a node, its slope S at the node, and t the distance from the
+  /// node, the node adds (y (1 - 2 t S) + dy t) L² to the value (Stoer and Bulirsch, 2.1.5), and
+  /// the derivatives of that to the derivatives.
   virtual void Evaluate(int n, int order, T& value, T& first, T& second, T abscissa) const;
 
  private:
-  /// The value (0) or a derivative from all samples.
+  /// The value (0), first (1) or second (2) derivative from all samples.
   T Derivative(int which, T abscissa) const;
 
   ARRAY<T> x;

@@ -6,7 +6,7 @@
 
 namespace varnoth {
 
-/// Throws INVALID_PARAMETER_VALUE, behind a line at ALARM, for a series that can not be
+/// Logs "name: reason" at ALARM and throws INVALID_PARAMETER_VALUE: a series can not be
 /// interpolated.
 [[noreturn]] inline void RefuseSeries(const char* name, const char* reason) {
   GlobalLog.set(ALARM) << name << ": " << reason << "\n";
@@ -14,10 +14,19 @@ namespace varnoth {
 }
 
 /// What all interpolators have in common: built once from a series of samples P (abscissa x,
-/// ordinate y), they are evaluated many times. T is the type of the arithmetic. A series' index
-/// range need not start at 0.
+/// ordinate y), they are evaluated many times. T is the type of the arithmetic. The units are those
+/// of the samples. The index range of a series may start anywhere, except for EVERETT.
 ///
-/// An operation that an interpolator has not got logs at ALARM and throws ERROR_ALGORITHM.
+///     ARRAY<POINT<double>> series(0, 11);
+///     for (int k = 0; k < 11; ++k) series.begin()[k] = POINT<double>(10.0 * k, std::sin(k));
+///     EVERETT<double> curve;  // or another interpolator of POINT
+///     curve.SetOrder(8);
+///     curve.Create(series);
+///     const double speed = curve.GetDerivedY(45.0);
+///
+/// An evaluation that an interpolator does not have logs a line at ALARM and throws
+/// ERROR_ALGORITHM. A setting that it does not have is ignored. Building throws ERROR_NO_MEMORY or
+/// a text when it runs out of memory.
 template <class T, class P>
 class INTERPOLATION {
  public:
@@ -28,13 +37,14 @@ class INTERPOLATION {
   INTERPOLATION& operator=(const INTERPOLATION&) = default;
   virtual ~INTERPOLATION() = default;
 
-  /// Builds the interpolator and logs what it builds.
+  /// Builds the interpolator and logs what it builds; throws what CreateQuiet throws.
   virtual void Create(const ARRAY<P>& /*series*/) {}
-  /// Builds it without those lines.
+  /// Builds it without those lines; warnings and failures are still logged.
   virtual void CreateQuiet(const ARRAY<P>& /*series*/) {}
+  /// Order, and samples per piece, of the next Create.
   virtual void SetOrder(int /*order*/) {}
   virtual void SetSupportPoints(int /*count*/) {}
-  /// Value, first and second derivative at an abscissa.
+  /// Value, first and second derivative at an abscissa, in units of y, y/x and y/x².
   virtual T GetY(T /*x*/) const { Refuse("INTERPOLATION::GetY() shell not be called\n"); }
   virtual T GetDerivedY(T /*x*/) const {
     Refuse("INTERPOLATION::GetDerivedY() shell not be called\n");
@@ -42,7 +52,8 @@ class INTERPOLATION {
   virtual T GetDerived2Y(T /*x*/) const {
     Refuse("INTERPOLATION::GetDerived2Y() shell not be called\n");
   }
-  /// The coefficients; what they mean is told by the interpolator.
+  /// The coefficients; each interpolator says what they mean. The pointer holds until the next
+  /// Create.
   virtual const T* GetCoeffs() const { Refuse("INTERPOLATION::GetCoeffs() shall not be called\n"); }
 
  protected:

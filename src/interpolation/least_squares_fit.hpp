@@ -8,30 +8,42 @@
 
 namespace varnoth {
 
-/// What the least-squares interpolators have in common: an unweighted fit of order + 1 functions of
-/// a basis F to the samples by singular value decomposition. Too few samples lower the order.
+/// What the least-squares interpolators CHEBY_POLY and POLYNOM_FIT have in common: an unweighted
+/// fit of order + 1 functions of a basis F to the samples by singular value decomposition. F is one
+/// of the bases of numerics/svdfit.hpp. An interpolator of its own implements `Build`, here for two
+/// coefficients c:
+///
+///     void Build(const ARRAY<POINT<double>>& series, bool quiet) override {
+///       UseSeries(series, "LINE", " -> ");
+///       Solve(quiet, c, [](double x) { return x; }, "LINE: not enough memory.");
+///     }
+///
+/// With k the order and n samples a fit takes O(n k²). Each interpolator states its error and what
+/// it gives outside the samples.
 template <class T, class F>
 class LEAST_SQUARES_FIT : public INTERPOLATION<T, POINT<T>> {
  public:
+  /// Order of the next fit, 0 at first. Fewer than order + 1 samples lower it, with a line at
+  /// WARNING, for the fits that follow, too.
   void SetOrder(int wanted) override { order = wanted; }
   /// Logs chi², and what the interpolator adds to it, at PARAMETER.
   void Create(const ARRAY<POINT<T>>& series) override { BuildWhole(series, false); }
   /// Throws INVALID_PARAMETER_VALUE, behind a line at ALARM, for no samples, a negative order, and
-  /// an abscissa that is no number.
+  /// an abscissa that is NaN. A decomposition that does not converge ends the process by `nrerror`.
   void CreateQuiet(const ARRAY<POINT<T>>& series) override { BuildWhole(series, true); }
 
  protected:
-  /// Fits the series by the order wanted.
+  /// Fits the series with the wanted order.
   virtual void Build(const ARRAY<POINT<T>>& series, bool quiet) = 0;
-  /// Order of the fit that stands. Throws INVALID_PARAMETER_VALUE, behind a line at ALARM, without
-  /// one.
+  /// Order of the current fit. Throws INVALID_PARAMETER_VALUE, behind a line at ALARM, if there is
+  /// none.
   int Degree() const {
     if (degree < 0) RefuseSeries("LEAST_SQUARES_FIT", "there are no samples.");
     return degree;
   }
 
-  /// Takes the series and lowers the order to what it allows, with a line at WARNING. Throws as
-  /// CreateQuiet says.
+  /// Takes the series and lowers the order to what it allows, with a line at WARNING. `name` and
+  /// `arrow` are words of that line. Throws what CreateQuiet lists.
   void UseSeries(const ARRAY<POINT<T>>& series, const char* name, const char* arrow) {
     this->NeedSamples(series, name);
     if (order < 0) {
@@ -50,8 +62,8 @@ class LEAST_SQUARES_FIT : public INTERPOLATION<T, POINT<T>> {
     }
   }
 
-  /// Fits the taken series, its abscissae as `scale` gives them; order + 1 coefficients go to
-  /// `result`.
+  /// Fits the series of `UseSeries` with its abscissae mapped by `scale` and writes the order + 1
+  /// coefficients to `result`. Throws ERROR_NO_MEMORY or the text `no_memory`.
   template <class SCALE>
   void Solve(bool quiet, T* result, SCALE scale, const char* no_memory) {
     for (ARRAY<T>* array : {&x, &y, &sig}) Size(*array, 1, count, no_memory);
@@ -68,7 +80,7 @@ class LEAST_SQUARES_FIT : public INTERPOLATION<T, POINT<T>> {
     std::copy_n(fit.begin(), order + 1, result);
   }
 
-  /// Sizes an array; throws the text on failure.
+  /// Sizes an array; throws the text `no_memory` on failure.
   static void Size(ARRAY<T>& array, int first, int size, const char* no_memory) {
     array.NeedRange(RANGE<int>(first, size), no_memory);
   }

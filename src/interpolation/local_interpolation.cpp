@@ -34,7 +34,7 @@ T LOCAL_INTERPOLATION<T, I, P>::EndOfPiece(const ARRAY<P>& series, int k) const 
   if (c > last) return p[last].x;
   if (c % 2 == 0) return p[k + c / 2].x;
   const int m = k + (c - 1) / 2;
-  // Only a piece of one support point has no sample behind its centre.
+  // Only a piece of one support point can lack a sample after its centre.
   return m < last ? p[m].x + (p[m + 1].x - p[m].x) * static_cast<T>(0.5) : p[last].x;
 }
 

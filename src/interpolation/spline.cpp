@@ -22,7 +22,7 @@ void SPLINE<T>::CreateQuiet(const ARRAY<POINT<T>>& series) {
     }
   }
 
-  // The second derivatives at the inner samples, from equal slopes of neighbouring pieces there.
+  // Equal slopes of neighbouring pieces at the inner samples give the second derivatives there.
   const int m = n - 2;
   MATRIX<double> system(RANGE<int>(1, m), RANGE<int>(1, m));
   MATRIX<double> right_side(RANGE<int>(1, m), RANGE<int>(1, 1));

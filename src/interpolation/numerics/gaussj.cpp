@@ -15,8 +15,7 @@ struct PIVOT {
   int column;
 };
 
-/// The largest element outside the rows and columns that were pivots already; the last one of equal
-/// size wins.
+/// The largest element outside the rows and columns of earlier pivots; the last of equal ones wins.
 PIVOT LargestElement(double* const* a, int n, const int* used) {
   PIVOT pivot{};
   double largest = 0.0;
@@ -55,7 +54,7 @@ void gaussj(double* const* a, int n, double* const* b, int m) {
 
   for (int i = 1; i <= n; ++i) {
     const PIVOT found = LargestElement(a, n, used);
-    // Where nothing but NaN is left, only an old pivot could be used, a second time.
+    // If only NaN is left, no pivot can be found.
     if (found.column == 0) nrerror("gaussj: Singular Matrix-1");
     const int p = found.column;
     used[p] = 1;
@@ -64,7 +63,7 @@ void gaussj(double* const* a, int n, double* const* b, int m) {
     pivots[i] = found;
     if (a[p][p] == 0.0) nrerror("gaussj: Singular Matrix-2");
 
-    // The inverse grows in the place of the eliminated columns.
+    // The inverse replaces the eliminated columns one by one.
     const double inverse = 1.0 / a[p][p];
     a[p][p] = 1.0;
     ScaleRow(a[p], n, inverse);
@@ -78,7 +77,7 @@ void gaussj(double* const* a, int n, double* const* b, int m) {
     }
   }
 
-  // The row swaps show as column swaps of the inverse, in reverse order.
+  // A row swap of the matrix is a column swap of its inverse; undo them in reverse order.
   for (int i = n; i >= 1; --i) {
     if (pivots[i].row == pivots[i].column) continue;
     for (int row = 1; row <= n; ++row) std::swap(a[row][pivots[i].row], a[row][pivots[i].column]);

@@ -37,7 +37,7 @@ void ludcmp(long double* const* a, int n, int* indx, long double& d) {
     long double largest = 0.0L;
     for (int i = j; i <= n; ++i) {
       a[i][j] = Reduced(a, i, j, j - 1);
-      // Of equal candidates the later row wins.
+      // The later of two equal candidates wins.
       const long double merit = scale[i] * std::fabs(a[i][j]);
       if (merit >= largest) {
         largest = merit;
@@ -56,7 +56,7 @@ void ludcmp(long double* const* a, int n, int* indx, long double& d) {
 }
 
 void lubksb(const long double* const* a, int n, const int* indx, long double* b) {
-  int first = 0;  // first row whose right-hand side is not 0; the sums before it are skipped
+  int first = 0;  // first row with a right-hand side other than 0; sums before it are skipped
   for (int i = 1; i <= n; ++i) {
     const int swapped = indx[i];
     long double sum = b[swapped];

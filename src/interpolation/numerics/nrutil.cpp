@@ -11,7 +11,7 @@ namespace {
 
 constexpr long PADDING = 1;
 
-/// A malloc block of `count` elements and `padding` more, seen from index `first` on.
+/// A malloc block of `padding` and `count` elements, indexed from `first` after the padding.
 template <class T>
 T* Block(long count, long first, long padding, const char* failure) {
   auto* const block =

@@ -3,9 +3,13 @@
 namespace varnoth {
 
 /// Allocators with free index bounds, for code that calls the kernels with arrays of its own: a
-/// vector v[nl … nh], a matrix m[nrl … nrh][ncl … nch] of contiguous rows. What an allocator gave
-/// goes back by the releaser of the same name and bounds. A failed allocation ends the process by
-/// `nrerror`. Our own code uses ARRAY and MATRIX instead.
+/// vector v[nl … nh], a matrix m[nrl … nrh][ncl … nch] of contiguous rows. The elements are not
+/// initialised. Release each with the releaser of the same name and the same bounds. A failed
+/// allocation ends the process by `nrerror`. This library itself uses ARRAY and MATRIX instead.
+///
+///     double** const a = dmatrix(1, 3, 1, 3);
+///     a[3][3] = 1.0;
+///     free_dmatrix(a, 1, 3, 1, 3);
 float* vector(long nl, long nh);
 int* ivector(long nl, long nh);
 unsigned char* cvector(long nl, long nh);
@@ -14,10 +18,10 @@ double* dvector(long nl, long nh);
 float** matrix(long nrl, long nrh, long ncl, long nch);
 double** dmatrix(long nrl, long nrh, long ncl, long nch);
 int** imatrix(long nrl, long nrh, long ncl, long nch);
-/// A view with its own bounds on a part of a matrix.
+/// A view on a[oldrl … oldrh][oldcl … oldch] whose first element is [newrl][newcl].
 float** submatrix(float** a, long oldrl, long oldrh, long oldcl, long oldch, long newrl,
                   long newcl);
-/// A view as a matrix on a plain row-major block.
+/// A view as matrix [nrl … nrh][ncl … nch] on a plain row-major block that starts at `a`.
 float** convert_matrix(float* a, long nrl, long nrh, long ncl, long nch);
 
 void free_vector(float* v, long nl, long nh);
@@ -31,7 +35,7 @@ void free_imatrix(int** m, long nrl, long nrh, long ncl, long nch);
 void free_submatrix(float** b, long nrl, long nrh, long ncl, long nch);
 void free_convert_matrix(float** b, long nrl, long nrh, long ncl, long nch);
 
-/// The pair for long double: no padding, and every row of a matrix is a block of its own.
+/// The same for long double, but without padding, and with every row of a matrix in its own block.
 long double* ldvector(long nl, long nh);
 long double** ldmatrix(long nrl, long nrh, long ncl, long nch);
 void free_ldvector(long double* v, long nl, long nh);

@@ -15,8 +15,8 @@ T WithSign(T value, T sign) {
   return sign >= 0 ? std::fabs(value) : -std::fabs(value);
 }
 
-/// A Householder reflection that sends a vector x to (g, 0, …, 0) · scale. The vector is replaced
-/// by the reflection's own, and h is half its squared length, negative.
+/// A Householder reflection that maps a vector x to (g, 0, …, 0) · scale. The vector of the
+/// reflection replaces x, and h is minus half its squared length.
 template <class T>
 struct REFLECTION {
   T scale = 0;
@@ -27,8 +27,8 @@ struct REFLECTION {
   T Image() const { return scale * g; }
 };
 
-/// Reflection of the elements first … last that `element` gives; those are scaled and changed. A
-/// vector of zeros stays, with a scale of 0.
+/// Reflection of the elements first … last that `element` gives, in place and scaled. A vector of
+/// zeros stays as it is, with a scale of 0.
 template <class T, class ELEMENT>
 REFLECTION<T> Reflect(int first, int last, ELEMENT element) {
   REFLECTION<T> reflection;
@@ -46,7 +46,7 @@ REFLECTION<T> Reflect(int first, int last, ELEMENT element) {
   return reflection;
 }
 
-/// The decomposition under work.
+/// The decomposition in progress.
 template <class T>
 class DECOMPOSITION {
  public:
@@ -134,7 +134,7 @@ void DECOMPOSITION<T>::AccumulateRight() {
     if (i < n) {
       const T g = e[l];
       if (g != 0) {
-        // Two divisions, since the product of the divisors may underflow.
+        // Two divisions, because the product of the divisors may underflow.
         for (int j = l; j <= n; ++j) v[j][i] = (a[i][j] / a[i][l]) / g;
         for (int j = l; j <= n; ++j) {
           T sum = 0;
@@ -170,7 +170,7 @@ void DECOMPOSITION<T>::AccumulateLeft() {
 }
 
 /// First row of the block that ends at k and has no negligible superdiagonal element. A negligible
-/// diagonal element above it is made to split, too.
+/// diagonal element above the block is made to split it, too.
 template <class T>
 int DECOMPOSITION<T>::SplitPoint(int k) {
   for (int l = k; l > 1; --l) {
@@ -183,7 +183,7 @@ int DECOMPOSITION<T>::SplitPoint(int k) {
   return 1;
 }
 
-/// Turns e[l] away, whose diagonal neighbour w[l - 1] is negligible.
+/// Rotates e[l] to 0 where its diagonal neighbour w[l - 1] is negligible.
 template <class T>
 void DECOMPOSITION<T>::Cancel(int l, int k) {
   T c = 0;
@@ -201,7 +201,7 @@ void DECOMPOSITION<T>::Cancel(int l, int k) {
   }
 }
 
-/// One implicit QR step on the block l … k, with the shift of its trailing 2 × 2 minor.
+/// One implicit QR step on the block l … k, with the shift from its trailing 2 × 2 minor.
 template <class T>
 void DECOMPOSITION<T>::QrStep(int l, int k) {
   const T z = w[k];

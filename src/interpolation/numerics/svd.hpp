@@ -19,14 +19,19 @@ std::common_type_t<A, B> pythag(A a, B b) {
 }
 
 /// Singular value decomposition A = U · diag(w) · Vᵀ by Householder reduction to bidiagonal form
-/// and implicit-shift QR (Golub and Reinsch 1970; Press et al., 2.6). a[1..m][1..n] becomes U, the
-/// singular values w[1..n] are not sorted, v[1..n][1..n] is V. No convergence within 30 steps for a
-/// value ends the process by `nrerror`. For float, double and long double.
+/// and implicit-shift QR (Golub and Reinsch 1970; Press et al., 2.6). a[1..m][1..n] becomes U,
+/// w[1..n] receives the singular values, unsorted, and v[1..n][1..n] receives V. Exists for float,
+/// double and long double.
+///
+///     svdcmp(u.Rows(), 4, 3, w.GetBase(), v.Rows());  // MATRIX and ARRAY from index 1
+///     svbksb<double>(u.Rows(), w.GetBase(), v.Rows(), 4, 3, b.GetBase(), x.GetBase());
+///
+/// A singular value that does not converge within 30 steps ends the process by `nrerror`.
 template <class T>
 void svdcmp(T* const* a, int m, int n, T* w, T* const* v);
 
-/// Solves the decomposed system for the right-hand side b[1..m]; singular values of exactly 0 are
-/// left out. Gives x[1..n].
+/// Gives x[1..n], the least-squares solution of the decomposed system for the right-hand side
+/// b[1..m]. Singular values of exactly 0 are left out.
 template <class T>
 void svbksb(const T* const* u, const T* w, const T* const* v, int m, int n, const T* b, T* x);
 

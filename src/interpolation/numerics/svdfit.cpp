@@ -9,7 +9,7 @@ namespace varnoth {
 
 namespace {
 
-/// Singular values below this part of the largest one are taken as 0.
+/// Singular values below this part of the largest one count as 0.
 template <class T>
 constexpr T TOLERANCE = 0;
 template <>

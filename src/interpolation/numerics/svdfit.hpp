@@ -5,7 +5,7 @@
 
 namespace varnoth {
 
-/// The monomials 1, x, x², … as a basis p[1..ma].
+/// The monomials 1, x, x², … as a basis p[1..ma], ma >= 1.
 template <class T>
 struct POLYNOM_FUNCTION {
   static void Fill(T x, T* p, int ma) {
@@ -14,7 +14,7 @@ struct POLYNOM_FUNCTION {
   }
 };
 
-/// The Chebyshev polynomials of the first kind as a basis p[1..ma].
+/// The Chebyshev polynomials of the first kind, T_0(x), T_1(x), …, as a basis p[1..ma], ma >= 1.
 template <class T>
 struct CHEBY_POLY_FUNCTION {
   static void Fill(T x, T* p, int ma) {
@@ -24,9 +24,14 @@ struct CHEBY_POLY_FUNCTION {
   }
 };
 
-/// Linear least squares over a basis F by singular value decomposition (Press et al., 15.4, with a
-/// tolerance of its own per type): nearly dependent directions are left out instead of blown up.
-/// All arrays are one-based.
+/// Linear least squares over a basis F by singular value decomposition (Press et al., 15.4).
+/// Singular values below 1e-5 (float), 1e-14 (double) or 1e-32 (long double) of the largest count
+/// as 0, so that nearly dependent directions are left out instead of blown up. All arrays are
+/// one-based; n points and k parameters take O(n k²).
+///
+///     SVDFIT<double, POLYNOM_FUNCTION<double>> fit;
+///     double chi_square = 0.0;
+///     fit.Fit(x, y, sig, n, a, 3, chi_square);  // a parabola a[1] + a[2] x + a[3] x²
 template <class T, class F>
 class SVDFIT {
  public:
@@ -35,10 +40,13 @@ class SVDFIT {
   SVDFIT& operator=(const SVDFIT&) = default;
   virtual ~SVDFIT() = default;
 
-  /// Sizes the work space; no work if both counts are unchanged. Throws ERROR_NO_MEMORY.
+  /// Sizes the work space, which `Fit` does itself; no work if both counts are unchanged. Throws
+  /// ERROR_NO_MEMORY.
   virtual void Resize(int data_count, int parameter_count);
-  /// Fits a[1..parameter_count] to x, y with standard deviations sig; `chi_square` takes the sum of
-  /// the squared weighted residuals.
+  /// Fits a[1..parameter_count] to the points x, y with standard deviations sig, all
+  /// [1..data_count]; `chi_square` receives the sum of the squared weighted residuals. FitQuiet
+  /// does the same. Throws ERROR_NO_MEMORY; a decomposition that does not converge ends the process
+  /// by `nrerror`.
   virtual void Fit(const T* x, const T* y, const T* sig, int data_count, T* a, int parameter_count,
                    T& chi_square);
   virtual void FitQuiet(const T* x, const T* y, const T* sig, int data_count, T* a,

@@ -8,9 +8,8 @@
 
 namespace varnoth {
 
-/// Work space of a kernel, one-based and not initialised: in the object itself for the small
-/// systems that are usual, so that a fit takes no memory for it, else on the heap. Throws
-/// ERROR_NO_MEMORY.
+/// Uninitialised work space of a kernel. Up to USUAL elements are in the object itself, so that the
+/// usual small fit allocates nothing; more are on the heap. Throws ERROR_NO_MEMORY.
 template <class T, std::size_t USUAL = 32>
 class SCRATCH {
  public:
@@ -22,7 +21,7 @@ class SCRATCH {
   SCRATCH& operator=(const SCRATCH&) = delete;
 
   T* Start() { return heap != nullptr ? heap.get() : local; }
-  /// For kernels that count from one.
+  /// The same space for kernels that count from one.
   T* Base() { return Start() - 1; }
 
  private:
