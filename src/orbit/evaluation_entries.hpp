@@ -1,10 +1,13 @@
 #pragma once
 
-/// The evaluation operations of an orbit stand here once: a group (position, velocity or
+/// The one list of the evaluation operations of an orbit: a group (position, velocity or
 /// acceleration) has an entry for every kind of time and every kind of output.
 ///
 /// VARNOTH_EVALUATION_ENTRIES(ENTRY, GROUP) expands ENTRY(GROUP, time type, output type) for the
-/// thirty entries of a group, in their order.
+/// thirty entries of a group, in order:
+///
+///     #define VARNOTH_DECLARE(GROUP, TIME, OUTPUT) void GROUP(const TIME& time, OUTPUT result);
+///     VARNOTH_EVALUATION_ENTRIES(VARNOTH_DECLARE, GetPosition)
 #define VARNOTH_VECTOR_OUTPUT(ELEMENT) VECTOR<ELEMENT>&
 #define VARNOTH_ARRAY_OUTPUT(ELEMENT) ELEMENT*
 #define VARNOTH_ELEMENT_ENTRIES(ENTRY, GROUP, TIME, OUTPUT) \
@@ -23,8 +26,8 @@
   VARNOTH_ELEMENT_ENTRIES(ENTRY, GROUP, double, VARNOTH_ARRAY_OUTPUT)                \
   VARNOTH_ELEMENT_ENTRIES(ENTRY, GROUP, long double, VARNOTH_ARRAY_OUTPUT)
 
-/// VARNOTH_SAMPLE_ENTRIES(ENTRY) expands ENTRY(operation, output type) for the operations that look
-/// at one sample, per element type.
+/// VARNOTH_SAMPLE_ENTRIES(ENTRY) expands ENTRY(operation, output type) for the operations on one
+/// sample, for each element type.
 #define VARNOTH_SAMPLE_ELEMENT_ENTRIES(ENTRY, OPERATION, OUTPUT) \
   ENTRY(OPERATION, OUTPUT(float))                                \
   ENTRY(OPERATION, OUTPUT(double)) ENTRY(OPERATION, OUTPUT(long double))

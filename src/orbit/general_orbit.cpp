@@ -27,7 +27,7 @@ V ReadValue(PARAMETER_POOL& pool, const char* key) {
   return value;
 }
 
-/// A number that a token starts with; what leaves the range is taken as the nearest end.
+/// The number that a token starts with, 0 without one, clamped to the range of int.
 int NumberOf(const STRING& token) {
   return static_cast<int>(
       std::clamp(std::strtol(token.c_str(), nullptr, 10), -2147483647L, 2147483647L));
@@ -142,7 +142,7 @@ void GENERAL_ORBIT<T, S>::read(PARAMETER_POOL& pool) {
   }
   SetKeys(param_key.c_str(), value_key.c_str(), velocity_key.c_str());
   if (core->IsPoolOrbit()) {
-    // The samples come from this very pool; the file that the key names is only told in the log.
+    // The samples come from this same pool; the file that the key names only appears in the log.
     if (pool.find_key("orbit_data_file")) ReadValue<STRING>(pool, "orbit_data_file");
     core->read(pool);
   } else {
@@ -190,7 +190,7 @@ void GENERAL_ORBIT<T, S>::ReadRecordFile(PARAMETER_POOL& pool) {
   const int minor = ReadValue<int>(pool, "minor_data_take_id");
   const auto channel = ReadValue<STRING>(pool, "channel_id");
   const auto file = ReadValue<STRING>(pool, "mdb_orbit_data_file");
-  // Here the type is known to be a record file's; a new type without a branch must not pass.
+  // The type should be that of a record file here; a new type without a branch must not pass.
   if (orbit_type_id < ORBIT_POOL_FLOAT_DOUBLE || orbit_type_id > ORBIT_MDB_DOUBLE_MET) {
     GlobalLog.set(ALARM) << "ORBIT: orbit_source_id is not set\n";
     throw ERROR_PARAMETER();

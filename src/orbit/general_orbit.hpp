@@ -7,25 +7,36 @@
 
 namespace varnoth {
 
-/// The face of the orbits towards a caller: reads from a parameter pool which orbit this is and how
-/// to interpolate it, builds the concrete object out of the catalogue, lets it load its samples,
-/// and works out the offset between the caller's time axis and the object's.
+/// The orbit as a caller sees it: reads from a parameter pool which orbit this is and how to
+/// interpolate it, makes the concrete object from the catalogue, lets it load its samples, and
+/// works out the offset between the caller's time axis and the object's.
 ///
-/// An evaluation at the caller's time t (seconds) asks `core` at t + `time_offset`.
+///     PARAMETER_POOL pool("scene.par");
+///     SCENE_ORBIT orbit;
+///     orbit.read(pool);
+///     double position[3];
+///     GetPosition(orbit, 1000.0, position);  // of orbit/scene_orbit.hpp
+///
+/// An evaluation at the caller's time t (s) asks `core` at t + `time_offset`. T and S are the types
+/// of a coordinate and of a position.
 template <class T, class S>
 class GENERAL_ORBIT {
  public:
   GENERAL_ORBIT() = default;
   GENERAL_ORBIT(const GENERAL_ORBIT&) = delete;
   virtual ~GENERAL_ORBIT() = default;
-  /// Names of the columns, for `core`.
+  /// Passes the names of the columns to `core`, which must exist.
   virtual void SetKeys(const char* param_key, const char* value_keys, const char* velocity_keys);
-  /// Makes a core of its own, a deep copy.
+  /// Copies the settings and makes a core of its own, a deep copy. A source without a core leaves
+  /// this core as it is. Throws ERROR_ARGUMENT, behind a line at ALARM, for ids that are not in the
+  /// catalogue, and what the interpolators throw.
   virtual GENERAL_ORBIT& operator=(const GENERAL_ORBIT& source);
 
-  /// The whole load. Reads "orbit_representation", "orbit_interpolation", "orbit_param_key",
+  /// Loads everything. Reads "orbit_representation", "orbit_interpolation", "orbit_param_key",
   /// "orbit_value_key", for Hermite orbits "orbit_velocity_key", the samples, and
-  /// "orbit_reference_time". Throws what the pool, the scanners and the interpolators throw.
+  /// "orbit_reference_time". The samples of a pool orbit are in the same pool; an orbit of a record
+  /// file reads the eight keys of its place, from "root_path" to "mdb_orbit_data_file". Throws what
+  /// SelectCore, SetReferenceTime, the pool and the `read` of the concrete orbit throw.
   void read(PARAMETER_POOL& pool);
   /// The whole load without a pool: samples that lie in memory, which are copied. Then `times` (s)
   /// are on the caller's axis, whose zero may be anywhere.
@@ -45,18 +56,21 @@ class GENERAL_ORBIT {
                   std::span<const COORDINATES> positions,
                   std::span<const COORDINATES> velocities = {});
   /// Picks the row of the catalogue and makes `core`. Throws ERROR_ARGUMENT, behind a line at
-  /// ALARM, for texts that are in no row.
+  /// ALARM, for texts that are in no row; there is no core then.
   void SelectCore(const STRING& representation, const STRING& interpolation);
-  /// Id of an interpolation such as "everett_8" or "localpolynom(6,12)"; takes the order and the
-  /// count of support points if the text has them. Throws ERROR_ARGUMENT.
+  /// Id of an interpolation such as "everett_8" or "localpolynom(6,12)". If the text has them, sets
+  /// `poly_fit_order` and `support_point_count`, also where it then throws. Throws ERROR_ARGUMENT,
+  /// behind a line at ALARM, for a name that is not in the catalogue.
   int ParseInterpolation(const STRING& text);
-  /// Sets `time_offset` to this reference time, in seconds (no ":"), mission elapsed time (":"
-  /// without "-") or universal time, minus that of `core`. Throws "not allowed time conversion" if
-  /// the core has another kind of time.
+  /// Sets `time_offset` (s) to this reference time minus that of `core`, which must exist. The text
+  /// is in seconds (no ":"), mission elapsed time (":" without "-") or universal time. Text without
+  /// a number counts as 0 s; a faulty mission elapsed time counts up to its fault, which is logged;
+  /// a faulty universal time throws ERROR_DATA behind a line. Throws the text "not allowed time
+  /// conversion" if the core has another kind of time.
   void SetReferenceTime(const STRING& text);
 
   std::unique_ptr<ORBIT_BASE> core;
-  double time_offset = 0.0;  ///< s
+  double time_offset = 0.0;  ///< from the caller's time to that of `core`, s
   int orbit_type_id = 0;
   int interpolation_id = 0;
   int poly_fit_order = 4;

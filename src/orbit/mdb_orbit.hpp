@@ -5,21 +5,28 @@
 
 namespace varnoth {
 
-/// An orbit whose samples stand in a record file: one record per epoch, with an item for the epoch
-/// and an item for every coordinate, under the names that SetKeys gave. Velocities take no part.
+/// An orbit whose samples are in a record file: one record per epoch, with an item for the epoch
+/// and an item for every coordinate, under the names given to SetKeys. Velocities are not read.
+///
+///     MDB_ORBIT<double, double, EVERETT<double>, POINT<double>> orbit;
+///     orbit.SetKeys("time", "x,y,z", nullptr);
+///     orbit.SetPolyFitOrder(8);
+///     orbit.read(root_path, mission, tape, source, major, minor, channel, file);
+///
+/// GENERAL_ORBIT makes these objects by name. T, S, I and P are those of ORBIT.
 template <class T, class S, class I, class P>
 class MDB_ORBIT : public MDB, public ORBIT<T, S, I, P> {
  public:
   bool IsMdbOrbit() const override { return true; }
-  /// Assigns the orbit, not the record file.
+  /// Assigns the orbit, not the record file. Throws as that of ORBIT.
   ORBIT_BASE& operator=(const ORBIT_BASE& source) override;
   using ORBIT_BASE::read;
-  /// Loads all records of a file; the first epoch becomes the reference time. `tape` is the
-  /// segment's number, `major` and `minor` those of the first and second data take.
+  /// Loads all records of a file; the first epoch becomes the reference time. `tape` is the number
+  /// of the segment, `major` and `minor` are those of the first and second data take.
   ///
-  /// Throws what the record file and the interpolators throw, texts for an item that is no
-  /// coordinate, and ERROR_DATA, behind a line at ALARM, if the file has lost records while it was
-  /// read.
+  /// Throws what the record file and the interpolators throw; texts for an item that is missing or
+  /// not a number; and ERROR_DATA, behind a line at ALARM, if the file loses records while it is
+  /// read. An epoch item of another type than S is not detected if S is a class.
   void read(const STRING& root_path, int mission, int tape, int source, int major, int minor,
             int channel, const STRING& file) override;
 

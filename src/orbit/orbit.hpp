@@ -7,16 +7,21 @@
 
 namespace varnoth {
 
-/// An orbit of samples, one series and one interpolator per coordinate. The coordinates are
+/// An orbit of samples, with one series and one interpolator per coordinate. The coordinates are
 /// independent; velocity and acceleration are the first and second derivatives of the position
 /// interpolators.
 ///
-/// I: interpolator. P: support point, POINT<T> or, for Hermite interpolators, DPOINT<T>.
+/// T and S: as for SAMPLED_ORBIT. I: interpolator. P: its sample, POINT<T> or, for Hermite
+/// interpolators, DPOINT<T>. A derived class loads the samples:
+///
+///     this->NewSamples(this->GetCoordinateCount());
+///     for (ARRAY<P>& series : this->samples) Load(series);  // an operation of that class
+///     this->Create();
 template <class T, class S, class I, class P>
 class ORBIT : public SAMPLED_ORBIT<T, S> {
  public:
-  /// Gives every interpolator its order, its count of support points and its series. Throws what
-  /// the interpolator throws.
+  /// Builds the interpolators: gives each its order, its count of support points and its series.
+  /// Throws what the interpolator throws, and ERROR_NO_MEMORY.
   void Create() override {
     const int count = std::min(this->GetCoordinateCount(), samples.GetLength());
     interpolators.Delete();
@@ -53,8 +58,9 @@ class ORBIT : public SAMPLED_ORBIT<T, S> {
   int GetSampleCount() const override {
     return samples.GetLength() > 0 ? samples.begin()[0].GetLength() : 0;
   }
-  /// Copies keys, settings and samples and builds interpolators of its own. Throws ERROR_ARGUMENT
-  /// for a source of another class.
+  /// Copies keys, settings, samples and reference time and builds interpolators of its own. Throws
+  /// ERROR_ARGUMENT, behind a line at ALARM, for a source that is not an ORBIT of the same four
+  /// types; where its samples came from does not matter. Throws what `Create` throws.
   ORBIT_BASE& operator=(const ORBIT_BASE& source) override {
     GlobalLog.set(DEBUG)
         << "virtual ORBIT_BASE& ORBIT<T,S,I,P>::operator=( const ORBIT_BASE& aorbit )\n";
@@ -95,8 +101,8 @@ class ORBIT : public SAMPLED_ORBIT<T, S> {
   T SampleX(int coordinate, int index) const override { return SampleAt(coordinate, index).x; }
   T SampleY(int coordinate, int index) const override { return SampleAt(coordinate, index).y; }
 
-  /// Makes room for the series of new samples. The interpolators of the former ones, which look
-  /// into them, go.
+  /// Makes room for one series per coordinate. First removes the interpolators, which may point
+  /// into the former samples.
   void NewSamples(int coordinates) {
     interpolators.Delete();
     samples.NeedRange(RANGE<int>(0, coordinates));

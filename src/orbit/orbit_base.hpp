@@ -17,36 +17,44 @@ namespace varnoth {
 using COORDINATES = std::array<double, 3>;
 
 /// The interface of all orbits: a table of satellite states over time, and a way to evaluate
-/// position, velocity and acceleration between them. It takes every combination of time and result
-/// type, so that a caller needs not know the concrete class. What an operation does is told where
-/// it is implemented, at SAMPLED_ORBIT; here most do nothing and leave their output untouched.
+/// position (m), velocity (m/s) and acceleration (m/s²) between them, in the frame of the samples.
+/// It takes every combination of time and result type, so that a caller need not know the concrete
+/// class. SAMPLED_ORBIT, which implements the operations, describes them; here most do nothing and
+/// leave their output untouched.
 ///
-/// Operations for a kind of time that the orbit is not made for throw a text: "time operation not
-/// permitted" (evaluation) or "not allowed time conversion" (reference time).
+///     const ORBIT_BASE& orbit = *scene_orbit.core;
+///     double velocity[3];
+///     orbit.GetVelocity(12.5, velocity);  // s from the reference time
+///     orbit.GetVelocity(UNIVERSAL_TIME("2004-01-14T10:11:12.5"), velocity);
+///
+/// An orbit made for one kind of time throws a text for another: "time operation not permitted"
+/// (evaluation) or "not allowed time conversion" (GetReferenceTime). SetReferenceTime and
+/// GetSampleTime do nothing then.
 class ORBIT_BASE {
  public:
   ORBIT_BASE() = default;
   ORBIT_BASE(const ORBIT_BASE&) = delete;
   virtual ~ORBIT_BASE() = default;
 
-  /// Builds the interpolators from the samples.
+  /// Builds the interpolators from the samples; `read` does this itself.
   virtual void Create() {}
   virtual int GetCoordinateCount() const { return value_keys.GetLength(); }
   virtual int GetVelocityCoordinateCount() const { return velocity_keys.GetLength(); }
   virtual int GetSampleCount() const { return 0; }
   virtual bool IsPoolOrbit() const { return false; }
   virtual bool IsMdbOrbit() const { return false; }
-  /// Names of the time column, of the value columns and of the velocity columns. The last two are
-  /// lists, separated by any of ": /,(){}", and may be null.
+  /// Sets the names of the time column, of the value columns and of the velocity columns. The last
+  /// two are lists, separated by any of ": /,(){}", and may be null.
   virtual void SetKeys(const char* param, const char* values, const char* velocities);
-  /// Copies keys and settings. The source must be of the same concrete class.
+  /// Copies keys and settings; ORBIT copies the samples, too, and refuses a source that differs.
   virtual ORBIT_BASE& operator=(const ORBIT_BASE& source);
 
   virtual void GetReferenceTime(UNIVERSAL_TIME& time) const { time = UNIVERSAL_TIME(); }
   virtual void GetReferenceTime(MISSION_ELAPSED_TIME& time) const { time = MISSION_ELAPSED_TIME(); }
   virtual void GetReferenceTime(double& time) const { time = 0.0; }
 
-  /// Loads the samples: from a pool's file (kept for old callers), a pool, or a record file.
+  /// Loads the samples: from the file of a pool (kept for old callers), from a pool, or from a
+  /// record file.
   virtual void ReadFromFile(const char* /*name*/) {}
   virtual void read(PARAMETER_POOL& /*pool*/) {}
   virtual void read(const STRING& /*root_path*/, int /*mission*/, int /*tape*/, int /*source*/,
@@ -59,6 +67,8 @@ class ORBIT_BASE {
   virtual void SetSamples(std::span<const double> times, std::span<const COORDINATES> positions,
                           std::span<const COORDINATES> velocities);
 
+  /// Order, 4 at first, and count of support points, 5 at first, of the interpolators that `Create`
+  /// builds.
   virtual void SetPolyFitOrder(int order) { poly_fit_order = order; }
   virtual void SetSupportPointCount(int count) { support_point_count = count; }
   virtual void SetReferenceTime(const UNIVERSAL_TIME& /*time*/) {}
@@ -78,14 +88,15 @@ class ORBIT_BASE {
   VARNOTH_SAMPLE_ENTRIES(VARNOTH_DECLARE)
 #undef VARNOTH_DECLARE
 
-  /// Writes one coordinate's curve and support points to two text files.
+  /// Writes the curve of one coordinate and its samples to two text files. Only the form for double
+  /// is implemented; the others do nothing.
   virtual void SavePolynomial(const char* /*file*/, int /*coordinate*/, int /*count*/,
                               float /*start*/, float /*end*/) const {}
   virtual void SavePolynomial(const char* /*file*/, int /*coordinate*/, int /*count*/,
                               double /*start*/, double /*end*/) const {}
   virtual void SavePolynomial(const char* /*file*/, int /*coordinate*/, int /*count*/,
                               long double /*start*/, long double /*end*/) const {}
-  /// Logs the samples beside what the interpolators make of them.
+  /// Logs the samples next to the interpolated values; here the title alone.
   virtual void Print(int level, const char* title) const;
 
  protected:

@@ -112,7 +112,7 @@ void SAMPLED_ORBIT<T, S>::GetSampleTimeInto(int index, TIME& time) const {
       time = static_cast<T>(seconds + reference_time);
     } else {
       time = reference_time;
-      // Of a mission elapsed time a sample ahead of the reference comes back exactly.
+      // This gives back exactly the mission elapsed time of a sample before the reference.
       if constexpr (std::is_same_v<S, MISSION_ELAPSED_TIME>) {
         time += DURATION::FromSecondsByFloor(seconds);
       } else {

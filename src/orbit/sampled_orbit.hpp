@@ -8,18 +8,27 @@ namespace varnoth {
 
 /// What all orbits of samples with one coordinate type T and one time type S have in common,
 /// whatever their interpolator: the evaluation operations in every combination of time and output,
-/// the reference time, what stands at a sample, and the printing. They all lead to the one
-/// operation `Evaluate`.
+/// the reference time, access to single samples, and printing. The evaluations all go through
+/// `Evaluate`.
+///
+///     double state[6];
+///     orbit.GetPosition(12.5, state);  // s from the reference time; m
+///     orbit.GetVelocity(12.5, state + 3);
+///     double first = 0.0;
+///     orbit.GetRelativeSampleTime(0, first);
 ///
 /// T: float or double. S: double seconds, UNIVERSAL_TIME or MISSION_ELAPSED_TIME.
 template <class T, class S>
 class SAMPLED_ORBIT : public ORBIT_BASE {
  public:
   using ORBIT_BASE::operator=;
-  /// Time of the first sample.
+  /// The time from which the seconds of the samples count: that of the first sample, unless set
+  /// since. Throws the text "not allowed time conversion" for a kind of time other than S.
   void GetReferenceTime(UNIVERSAL_TIME& time) const override;
   void GetReferenceTime(MISSION_ELAPSED_TIME& time) const override;
   void GetReferenceTime(double& time) const override;
+  /// Moves the whole orbit to another reference time: the samples keep their seconds. Does nothing
+  /// for a kind of time other than S.
   void SetReferenceTime(const UNIVERSAL_TIME& time) override { StoreReferenceTime(time); }
   void SetReferenceTime(const MISSION_ELAPSED_TIME& time) override { StoreReferenceTime(time); }
   void SetReferenceTime(double time) requires std::is_same_v<S, double> {
@@ -27,9 +36,13 @@ class SAMPLED_ORBIT : public ORBIT_BASE {
   }
 
   /// Value (m), first (m/s) and second derivative (m/s²) at a time. A float, double or long double
-  /// time is seconds from the reference time. A VECTOR takes GetCoordinateCount() elements and must
-  /// have that many, a raw array exactly three, whatever the orbit has; ERROR_ARGUMENT otherwise.
-  /// Nothing is allocated.
+  /// time is seconds from the reference time, rounded to T. A VECTOR receives GetCoordinateCount()
+  /// elements and must have at least as many; a raw array receives exactly three. Allocates
+  /// nothing.
+  ///
+  /// Throws ERROR_ARGUMENT, behind a line at ALARM, for a VECTOR that is too short and for an orbit
+  /// with fewer coordinates than the result; the text "time operation not permitted" for a time
+  /// object of a kind other than S; and what the interpolator throws.
 #define VARNOTH_DECLARE(GROUP, TIME, OUTPUT) \
   void GROUP(const TIME& time, OUTPUT result) const override;
   VARNOTH_EVALUATION_ENTRIES(VARNOTH_DECLARE, GetPosition)
@@ -37,10 +50,13 @@ class SAMPLED_ORBIT : public ORBIT_BASE {
   VARNOTH_EVALUATION_ENTRIES(VARNOTH_DECLARE, GetAcceleration)
 #undef VARNOTH_DECLARE
 
-  /// What stands at a sample: its absolute time, its seconds from the reference time, its values,
-  /// and the derivatives there. Of each three element types only that of T has an effect. Values
-  /// take GetCoordinateCount() elements, derivatives in a raw array three. Throws ERROR_ARGUMENT
-  /// for an index that is no sample's.
+  /// Data of a sample, 0 <= index < GetSampleCount(): its absolute time, its seconds from the
+  /// reference time, its values (m), and the velocity (m/s) and acceleration (m/s²) there. Only the
+  /// form with elements of T has an effect, for the absolute time of an orbit on time objects only
+  /// the form with S; the others leave their output untouched. Values take GetCoordinateCount()
+  /// elements; velocity and acceleration take as many in a VECTOR and three in a raw array. Throws
+  /// ERROR_ARGUMENT, behind a line at ALARM, for an index out of range and a VECTOR that is too
+  /// short, and what the evaluation throws.
   void GetSampleTime(int index, UNIVERSAL_TIME& result) const override;
   void GetSampleTime(int index, MISSION_ELAPSED_TIME& result) const override;
 #define VARNOTH_DECLARE(OPERATION, OUTPUT) void OPERATION(int index, OUTPUT result) const override;
@@ -48,27 +64,30 @@ class SAMPLED_ORBIT : public ORBIT_BASE {
 #undef VARNOTH_DECLARE
 
   using ORBIT_BASE::SavePolynomial;
-  /// Writes `count` values of a coordinate's curve from `start` to `end` (seconds from the
-  /// reference time) to `file`, and the support points in that interval to `file` with ".pkt"
-  /// behind: time, blank, value. Throws ERROR_CAN_NOT_CREATE_FILE.
+  /// Writes `count` values of a coordinate's curve, evenly from `start` to `end` (seconds from the
+  /// reference time), to `file`, and the samples in that interval to `file` with ".pkt" appended.
+  /// Each line is time, blank, value. A `count` of 1 divides by zero. Throws, behind a line at
+  /// ALARM, ERROR_ARGUMENT for a coordinate that the orbit does not have, and
+  /// ERROR_CAN_NOT_CREATE_FILE; and what the interpolator throws.
   void SavePolynomial(const char* file, int coordinate, int count, double start,
                       double end) const override;
-  /// Logs samples, interpolated positions and differences as a table; for three coordinates.
+  /// Logs samples, interpolated positions and differences of the first three coordinates as a
+  /// table. Throws ERROR_ARGUMENT, behind a line at ALARM, if the orbit has fewer.
   void Print(int level, const char* title) const override;
 
  protected:
-  /// Which derivative of the interpolators an operation asks for.
+  /// The derivative of the interpolators that an operation asks for.
   enum DERIVATIVE {
     DERIVATIVE_OF_GetPosition,
     DERIVATIVE_OF_GetVelocity,
     DERIVATIVE_OF_GetAcceleration
   };
 
-  /// Gives `count` coordinates from `first` on at x seconds from the reference time.
+  /// Writes `count` coordinates from `first` on at x seconds from the reference time to `values`.
   virtual void Evaluate(DERIVATIVE derivative, T x, int first, int count, T* values) const = 0;
-  /// How many coordinates `Evaluate` has.
+  /// Number of coordinates that `Evaluate` has.
   virtual int InterpolatorCount() const = 0;
-  /// Time and value of an existing sample.
+  /// Time (s from the reference time) and value of an existing sample; not checked.
   virtual T SampleX(int coordinate, int index) const = 0;
   virtual T SampleY(int coordinate, int index) const = 0;
 
@@ -77,7 +96,7 @@ class SAMPLED_ORBIT : public ORBIT_BASE {
     if constexpr (std::is_same_v<TIME, S>) reference_time = time;
   }
 
-  /// An epoch's way from the reference time, in seconds.
+  /// Seconds from the reference time to an epoch.
   double SecondsFromReference(const S& epoch) const {
     if constexpr (std::is_same_v<S, double>) {
       return epoch - reference_time;

@@ -11,8 +11,11 @@ struct SATELLITE_STATE {
   double acceleration[3];
 };
 
-/// State of an orbit at a time (s) on the scene's axis; the orbit's time offset is added. Throws
-/// what the orbit's own operations throw.
+/// State of an orbit at a time (s) on the axis of the scene, to which the orbit's time offset is
+/// added. The orbit must have a core. Throws what the orbit's own operations throw.
+///
+///     SATELLITE_STATE state{};
+///     GetState(orbit, 1000.0, state);
 inline void GetPosition(const SCENE_ORBIT& orbit, double time, double position[3]) {
   orbit.core->GetPosition(time + orbit.time_offset, position);
 }

@@ -10,8 +10,8 @@ namespace varnoth {
 
 /// The catalogue of orbits: every orbit type with every interpolation is a concrete class.
 ///
-/// A new interpolation is a file catalogue_<name>.cpp, which instantiates its classes, and a line
-/// in the list below.
+/// A new interpolation needs a file catalogue_<name>.cpp, which instantiates its classes, and a
+/// line in the list below.
 using ORBIT_FACTORY = std::unique_ptr<ORBIT_BASE> (*)();
 
 /// An orbit type: where the samples come from, their precision, and their kind of time.
@@ -21,8 +21,8 @@ struct ORBIT_TYPE {
 };
 inline constexpr int ORBIT_TYPE_COUNT = 9;
 
-/// The interpolations in the order of their ids, as name in the code and in pools. Each has its
-/// factories, named NAME_ORBITS, in a file catalogue_<name>.cpp.
+/// The interpolations in the order of their ids: name in the code and name in pools. The factories
+/// of each, NAME_ORBITS, are in a file catalogue_<name>.cpp.
 #define VARNOTH_INTERPOLATIONS(ROW)     \
   ROW(POLYNOM, "polynom")               \
   ROW(POLYFIT, "polyfit")               \
@@ -44,7 +44,7 @@ struct INTERPOLATION_TYPE {
   const ORBIT_FACTORIES* factories;
 };
 
-/// The ids that code asks for.
+/// The ids that the code uses.
 enum ORBIT_TYPE_ID : int {
   ORBIT_POOL_FLOAT_DOUBLE = 1,
   ORBIT_MDB_DOUBLE_DOUBLE = 7,
@@ -58,7 +58,7 @@ enum INTERPOLATION_ID : int { VARNOTH_INTERPOLATIONS(VARNOTH_ID) };
 std::span<const ORBIT_TYPE> OrbitTypes();
 std::span<const INTERPOLATION_TYPE> Interpolations();
 
-/// Factory of a pair of ids; null for ids that are in no row.
+/// Factory for a pair of ids; null if either id is in no row.
 ORBIT_FACTORY FindOrbitFactory(int orbit_type_id, int interpolation_id);
 
 }  // namespace varnoth

@@ -11,8 +11,8 @@ std::unique_ptr<ORBIT_BASE> MakeOrbit() {
   return std::make_unique<CONCRETE_ORBIT>();
 }
 
-/// Factories of an interpolation whose nine orbit types all are pool orbits: a record file holds no
-/// velocities, nor has anybody asked for Chebyshev series from one.
+/// Factories of an interpolation whose nine orbit types are all pool orbits: record files hold no
+/// velocities, and nobody needs Chebyshev series from them.
 template <template <class> class INTERPOLATOR, template <class> class SUPPORT_POINT>
 constexpr ORBIT_FACTORIES PoolOrbitFactories() {
   using IF = INTERPOLATOR<float>;
@@ -33,7 +33,7 @@ constexpr ORBIT_FACTORIES PoolOrbitFactories() {
           MET};
 }
 
-/// Factories of an interpolation with six pool orbits and three of record files.
+/// Factories of an interpolation with six pool orbits and three record file orbits.
 template <template <class> class INTERPOLATOR>
 constexpr ORBIT_FACTORIES PoolAndRecordOrbitFactories() {
   using I = INTERPOLATOR<double>;

@@ -29,7 +29,7 @@ ARRAY<S> POOL_ORBIT<T, S, I, P>::ReadEpochs(PARAMETER_POOL& pool) const {
       if constexpr (std::is_same_v<S, UNIVERSAL_TIME>) {
         return UNIVERSAL_TIME(text.c_str());
       } else {
-        // A wrong epoch must end the run; the time's own constructor would swallow it.
+        // A faulty epoch must end the run; the constructor would only log it.
         return MISSION_ELAPSED_TIME::Parse(text.c_str());
       }
     });
