@@ -80,7 +80,7 @@ void BISTATIC_SEARCH::Evaluate(double& velocity_squared, double& closest_time,
     for (;;) {
       GetPosition(transmit_orbit, receive_time - g, position);
       next = AddOneWayDelay(a, position, target, up, zenith_delay);
-      // A NaN never stops the search before its limit.
+      // With a NaN the search goes on to its limit.
       if (std::isgreater(accuracy, std::fabs(next / g - 1.0))) break;
       if (++k == STEP_LIMIT) break;
       g = next;

@@ -8,7 +8,7 @@ struct SEMI_AXES {
   double major;
   double minor;
 };
-/// By id, the guards included.
+/// Semi-axes (m) by id, including the guards.
 constexpr SEMI_AXES AXES[] = {{0, 0},
                               {6377340.189, 6356034.447},
                               {6377397.155, 6356078.965},

@@ -11,8 +11,8 @@ namespace varnoth {
 
 namespace {
 
-/// Throws the texts of the vector operations for what makes no frame: other than three elements, or
-/// a radial velocity.
+/// Throws the texts of the vector operations for vectors that give no frame: other than three
+/// elements, or a radial velocity.
 void RefuseWithoutFrame(const VECTOR<double>& sat_pos, const VECTOR<double>& sat_vel, double r) {
   VECTOR<double> cross = sat_pos;
   cross /= -r;
@@ -29,7 +29,7 @@ void geolocation(GEOLOCATION_WORK& work, const VECTOR<double>& sat_pos,
                  double los_velocity) {
   constexpr const char* SOLVER = "geolocation";
   const double r = Length(sat_pos);
-  const bool is_inside = std::isgreater(rpole, r);  // which goes ahead of a faulty vector
+  const bool is_inside = std::isgreater(rpole, r);  // reported before a faulty vector
   if (!is_inside) RefuseWithoutFrame(sat_pos, sat_vel, r);
   const ECHO echo{sat_pos.begin(), sat_vel.begin(), look_direction, height,
                   rpole,           requator,        fast_time,      los_velocity};

@@ -17,7 +17,7 @@ namespace {
 constexpr const char* NEW = "geolocation_new";
 constexpr const char* TEST = "geolocation_test";
 
-/// The line of a call that failed. Its height is the surface's where the search stood.
+/// The line of a failed call. Its height is that of the surface where the search ended.
 void LogFailedCall(const char* solver, const SURFACE_ECHO& echo, const GEOLOCATION_WORK& work) {
   LogCall({solver, echo.sat_pos, echo.sat_vel, echo.look_direction, work.surface, echo.ellipsoid[1],
            echo.ellipsoid[0], " slant_range ", echo.slant_range});
@@ -76,13 +76,13 @@ double ConstantHeight(void* context, double /*latitude*/, double /*longitude*/, 
   return *static_cast<const double*>(context);
 }
 
-/// Heading and incidence (degrees) behind a search, from the record and the target's angles.
+/// Heading and incidence (degrees) after a search, from the record and the target's angles.
 void SetTrackAngles(GEOLOCATION_WORK& work, const double sat_pos[3], double latitude,
                     double longitude, double& heading, double& incidence) {
   constexpr double NO_NUMBER = std::numeric_limits<double>::quiet_NaN();
   SATELLITE_TRACK track{};
   track.r = Length(sat_pos);
-  // Without a longitude of the satellite, which leaves no target either, there is no heading.
+  // Without a longitude of the satellite there is no heading, and no target either.
   if (!PlaceSatellite(track, sat_pos)) track.lambda = {NO_NUMBER, NO_NUMBER, NO_NUMBER};
   SetLocalAxes(work, track);
   heading = HeadingOf(DotProduct(work.north, work.x_axis), DotProduct(work.east, work.x_axis));
@@ -93,7 +93,7 @@ void SetTrackAngles(GEOLOCATION_WORK& work, const double sat_pos[3], double lati
   incidence = IncidenceOf(work, sat_pos);
 }
 
-/// Calls the low-level form of a search as `geolocation_fast` is called.
+/// Calls the low-level form of a search with the arguments of `geolocation_fast`.
 template <class FORM>
 void GeolocateAtHeight(FORM form, GEOLOCATION_WORK& work, const double sat_pos[3],
                        const double sat_vel[3], double earth_vect[3], double& heading,

@@ -2,8 +2,10 @@
 
 namespace varnoth {
 
-/// Work record of the geolocation solvers. The caller zeroes it once and never reads it; it is kept
-/// by the caller so that a call touches no allocator. All vectors are Earth-fixed but `offset`.
+/// Work record of the geolocation solvers. The caller keeps it, so that a call does not allocate,
+/// zeroes it once and never reads it. All vectors are Earth-fixed except `offset` and its copy.
+///
+///     GEOLOCATION_WORK work{};
 struct GEOLOCATION_WORK {
   double x_axis[3];          ///< unit along-track axis of the satellite frame
   double y_axis[3];          ///< unit cross-track axis
@@ -21,11 +23,11 @@ struct GEOLOCATION_WORK {
   double rotated_offset[3];  ///< rotation × offset, m
   double offset_copy[3];     ///< second copy of offset
 
-  // Of the solvers with a surface function, set by their caller.
-  void* context;            ///< handed on to the surface function
+  // For the solvers with a surface function; their caller sets these.
+  void* context;            ///< passed to the surface function
   double tolerance_factor;  ///< tolerance of a search in units of rounding; 0 takes the default
 
-  double surface;  ///< height that the surface function gave last, m; told in failures
+  double surface;  ///< last height from the surface function, m; reported in failures
 };
 
 }  // namespace varnoth

@@ -5,11 +5,11 @@
 
 namespace varnoth {
 
-/// An echo to be placed on the ground: who heard it, after what time, and on which figure.
+/// An echo to place on the ground: who received it, after what time, and on which figure.
 struct ECHO {
   const double* sat_pos;  ///< three coordinates, m, Earth-fixed
   const double* sat_vel;  ///< m/s; must not be radial
-  double look_direction;  ///< +1 or -1, factor on the cross-track component
+  double look_direction;  ///< +1 right, -1 left of the track; factor on the cross-track component
   double height;          ///< m, raises both radii by the same amount
   double rpole;           ///< radii of the ellipsoid, m
   double requator;
@@ -17,8 +17,8 @@ struct ECHO {
   double los_velocity = 0.0;  ///< m/s; 0 asks for the zero-Doppler point
 };
 
-/// Where an echo comes from. The numbers hold as far as the search came: all of them for FOUND,
-/// position, heading and residuals for NO_TARGET_ANGLE.
+/// Where an echo comes from. FOUND sets all numbers but `radius_change`; NO_TARGET_ANGLE sets
+/// position, heading, steps and residuals. What a search did not reach is 0.
 struct GROUND_POINT {
   double position[3] = {};  ///< m, Earth-fixed
   double heading = 0.0;   ///< of the track at the satellite, degrees from north over east, 0 to 360
@@ -29,26 +29,26 @@ struct GROUND_POINT {
   SOLVER_STATUS status = SOLVER_STATUS::FOUND;
   int steps = 0;
   double satellite_distance = 0.0;  ///< from the Earth's centre, m
-  double radius_change = 0.0;       ///< last change of the Earth radius at the target, m
-  double range_residual = 0.0;      ///< m
-  double doppler_residual = 0.0;    ///< m/s
+  double radius_change = 0.0;   ///< of the Earth radius at the target, m; for NO_CONVERGENCE alone
+  double range_residual = 0.0;  ///< m
+  double doppler_residual = 0.0;  ///< m/s
 };
 
-/// In which order the products of vectors are summed; the last digits differ.
+/// The order in which products of vectors are summed; the last digits differ.
 enum class SUMMATION { FORWARD, BACKWARD };
 
-/// Places an echo on the ground: the point of an ellipsoid raised by a height that lies at the
-/// slant range c · `fast_time` / 2 from the satellite, on the chosen side of the track, with a
+/// Places an echo on the ground: the point on an ellipsoid raised by a height that has the slant
+/// range c · `fast_time` / 2 from the satellite, lies on the chosen side of the track, and has the
 /// wanted line-of-sight velocity.
 ///
 /// Range and line-of-sight velocity give two components of the target's offset in a
 /// satellite-centred frame in closed form for a trial Earth radius at the target; the third comes
-/// from the range sphere; the trial radius is improved from the resulting geocentric latitude. This
-/// is a fixed-point iteration on one number, the Earth radius at the target, to 1e-9 m within
-/// twenty steps. The formulas stand in docs/geometry.md.
+/// from the range sphere; the resulting geocentric latitude improves the trial radius. This is a
+/// fixed-point iteration on one number, the Earth radius at the target, to 1e-9 m within twenty
+/// steps. docs/geometry.md has the formulas.
 ///
-/// Throws nothing, logs nothing, allocates nothing; `work` is scratch. Any number of threads may
-/// call it, each with a record of its own.
+/// Throws nothing, logs nothing, allocates nothing; failures are in the status. `work` is scratch.
+/// Any number of threads may call it, each with a record of its own.
 ///
 ///     GEOLOCATION_WORK work{};
 ///     const GROUND_POINT point = LocateEcho({position, velocity, 1.0, 0.0, b, a, 0.0056}, work);

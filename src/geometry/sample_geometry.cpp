@@ -31,7 +31,7 @@ double IncidenceAngle(const GROUND_POINT& point, const double satellite[3]) {
   return std::acos(DotProduct(normal, to_satellite) / Length(to_satellite)) * 180.0 / PI;
 }
 
-/// Two-way travel time of the echo that the slave hears, s.
+/// Two-way travel time of the echo that the slave receives, s.
 double BistaticDelay(const PAIR_CONSTANTS& pair, double line_time, const double target[3],
                      BISTATIC_SEARCH& search, double& closest_time) {
   double velocity_squared = 0.0;
@@ -49,14 +49,14 @@ double BistaticDelay(const PAIR_CONSTANTS& pair, double line_time, const double 
 /// A length (m) in cycles of a radar frequency (Hz).
 double Cycles(double length, double frequency) { return length / (C / frequency); }
 
-/// Path difference of a point in cycles, one way, with both satellites where they stand.
+/// One-way path difference of a point in cycles, with both satellites at fixed positions.
 double DualPassCycles(const PAIR_CONSTANTS& pair, const MASTER_LINE& line, const double slave[3],
                       const double point[3]) {
   return Cycles(Distance(line.position, point), pair.master_frequency) -
          Cycles(Distance(slave, point), pair.slave_frequency);
 }
 
-/// Path difference of a point in cycles, the slave's path by its travel time.
+/// Path difference of a point in cycles, with the slave's path from its travel time (s).
 double SinglePassCycles(const PAIR_CONSTANTS& pair, const MASTER_LINE& line, const double point[3],
                         double travel_time) {
   return Cycles(2.0 * Distance(line.position, point), pair.master_frequency) -
@@ -73,7 +73,7 @@ void SplitBaseline(SAMPLE_GEOMETRY& sample, const MASTER_LINE& line) {
   sample.along_track = DotProduct(b, line.velocity) / Length(line.velocity);
   sample.parallel = DotProduct(b, sight) / Length(sight);
   CrossProduct(across, line.velocity, sight);
-  // It points up or down with the side of the target.
+  // It points up or down, depending on the side of the target.
   const double part = DotProduct(b, across) / Length(across);
   sample.perpendicular = DotProduct(across, line.position) < 0.0 ? -part : part;
 }
@@ -136,7 +136,7 @@ void CompleteSample(SAMPLE_GEOMETRY& sample, const PAIR_CONSTANTS& pair, const M
   } else {
     const double cycles = DualPassCycles(pair, line, slave, target);
     sample.phase = 2.0 * cycles;
-    // The slave stays where it stands for the lower target.
+    // The slave stays at its position for the lower target.
     sample.phase_difference = 2.0 * (DualPassCycles(pair, line, slave, higher) - cycles);
   }
 

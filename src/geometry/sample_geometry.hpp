@@ -6,8 +6,8 @@
 
 namespace varnoth {
 
-/// What the geometry of a pair depends on, whatever the sample. Times are seconds on the scenes'
-/// common axis.
+/// What the geometry of a pair depends on, the same for all samples. Times are seconds on the
+/// common axis of the scenes.
 struct PAIR_CONSTANTS {
   const SCENE_ORBIT* master_orbit;
   const SCENE_ORBIT* slave_orbit;
@@ -17,9 +17,9 @@ struct PAIR_CONSTANTS {
   double master_frequency;  ///< of the radars, Hz
   double slave_frequency;
   double slave_start;      ///< where the search for the slave's time begins, s
-  bool is_single_pass;     ///< the slave hears the master's pulse
-  double slave_bandwidth;  ///< in azimuth, Hz; of single pass alone
-  /// Called for a search for the slave's time that does not end; may be null.
+  bool is_single_pass;     ///< the slave receives the master's pulse
+  double slave_bandwidth;  ///< in azimuth, Hz; for single pass alone
+  /// Called with a search for the slave's time that does not converge; may be null.
   TELL_SEARCH tell_search = nullptr;
 };
 
@@ -30,13 +30,13 @@ struct MASTER_LINE {
   double velocity[3];  ///< m/s
 };
 
-/// Everything that is known of a sample of the master at a height, on its target and on the target
-/// HEIGHT_STEP above it.
+/// Everything that is known of a sample of the master at a height, about its target and about the
+/// target HEIGHT_STEP above it. Vectors are Earth-fixed.
 struct SAMPLE_GEOMETRY {
-  GROUND_POINT target;  ///< its status is FOUND, or the rest means nothing
+  GROUND_POINT target;  ///< FOUND only if `higher` is, too; otherwise the rest means nothing
   GROUND_POINT higher;
   double slave_time = 0.0;          ///< the slave's zero-Doppler time, s
-  double bistatic_time = 0.0;       ///< of the slave's closest approach to the echo, s; single pass
+  double bistatic_time = 0.0;       ///< of the bistatic closest approach, s; single pass
   double slave_position[3] = {};    ///< at `slave_time`, m
   double master_range = 0.0;        ///< m
   double slave_range = 0.0;         ///< m
@@ -45,28 +45,29 @@ struct SAMPLE_GEOMETRY {
   double effective_baseline = 0.0;  ///< sqrt(B² - ΔR²), in single pass half of it; m
   double parallel = 0.0;     ///< of the baseline, along the line of sight, towards the target, m
   double along_track = 0.0;  ///< of the baseline, along the master's velocity, m
-  /// Of the baseline, across both; positive where the slave lies above the line of sight, m.
+  /// Of the baseline, across both; positive if the slave is above the line of sight, m.
   double perpendicular = 0.0;
   double master_look_angle = 0.0;  ///< degrees at the satellite from the nadir
   double slave_look_angle = 0.0;
   double slave_incidence = 0.0;   ///< degrees; the master's is the target's
   double delay = 0.0;             ///< of the bistatic echo, s; single pass
-  double phase = 0.0;             ///< master minus slave, cycles
-  double phase_difference = 0.0;  ///< of the higher target against the target, cycles
+  double phase = 0.0;             ///< master minus slave, cycles of the two-way paths
+  double phase_difference = 0.0;  ///< higher target minus target, cycles
   double metres_per_cycle = 0.0;
 };
 
-/// The second target's height over the first, m.
+/// Height of the second target above the first, m.
 inline constexpr double HEIGHT_STEP = 100.0;
-/// Metres per cycle of a sample whose baseline is too short to tell heights apart.
+/// Metres per cycle of a sample whose baseline, below 1 mm, is too short to tell heights apart.
 inline constexpr double NO_HEIGHT_CONVERSION = 999999999999999.0;
 
-/// The master at a time. Throws what the orbit throws.
+/// The master at a time (s). Throws what the orbit throws.
 MASTER_LINE LineAt(const SCENE_ORBIT& master_orbit, double time);
 
-/// The geometry of the sample at a line, a range time (two-way, s) and a height (m). Logs nothing;
-/// throws what the orbits throw. Any number of threads may call it on the same orbits, each with a
-/// search of its own, which serves single pass alone.
+/// The geometry of the sample at a line, a range time (two-way, s) and a height (m); the formulas
+/// are in docs/geometry.md. Logs nothing itself; throws what the orbits throw and, in single pass,
+/// what `search` throws. Any number of threads may call it on the same orbits, each with a search
+/// of its own, which only single pass uses.
 ///
 ///     BISTATIC_SEARCH search;
 ///     const MASTER_LINE line = LineAt(master_orbit, 1000.0);
@@ -75,17 +76,22 @@ MASTER_LINE LineAt(const SCENE_ORBIT& master_orbit, double time);
 SAMPLE_GEOMETRY SampleGeometry(const PAIR_CONSTANTS& pair, const MASTER_LINE& line,
                                double range_time, double height, BISTATIC_SEARCH& search);
 
-/// Its steps, for whoever tells of them one by one or needs some alone; they throw what the orbits
-/// throw. The echo that `LocateEcho` places, for `target` or `higher`; it points into `line`.
+// The steps of SampleGeometry, for callers that report each step or need only some. They throw what
+// SampleGeometry throws.
+
+/// The echo that `LocateEcho` places as `target`, or as `higher` for a height HEIGHT_STEP above. It
+/// points into `line`, which must outlive it.
 ECHO EchoOf(const PAIR_CONSTANTS& pair, const MASTER_LINE& line, double range_time, double height);
-/// From `target`: the slave's zero-Doppler time and its place then.
+/// From `target`: `slave_time` and `slave_position`.
 void PlaceSlave(SAMPLE_GEOMETRY& sample, const PAIR_CONSTANTS& pair);
-/// From both places: ranges, their difference, baseline and effective baseline.
+/// From `target`, `slave_position` and the line: ranges, their difference, baseline and effective
+/// baseline.
 void MeasureBaseline(SAMPLE_GEOMETRY& sample, const PAIR_CONSTANTS& pair, const MASTER_LINE& line);
-/// From `target`: `slave_time` and place, in single pass `bistatic_time` and `delay`.
+/// From `target`: `slave_time` and `slave_position`, or in single pass `bistatic_time` and `delay`.
 void FindSlave(SAMPLE_GEOMETRY& sample, const PAIR_CONSTANTS& pair, const MASTER_LINE& line,
                BISTATIC_SEARCH& search);
-/// All the rest but the baseline's parts `parallel`, `along_track` and `perpendicular`.
+/// After `FindSlave`, from `target` and `higher`: all the rest except the parts of the baseline,
+/// `parallel`, `along_track` and `perpendicular`.
 void CompleteSample(SAMPLE_GEOMETRY& sample, const PAIR_CONSTANTS& pair, const MASTER_LINE& line,
                     BISTATIC_SEARCH& search);
 

@@ -5,7 +5,7 @@
 
 namespace varnoth {
 
-/// Where a search for the time of closest approach ended.
+/// Where a search for the time of closest approach ended. Times are before the orbit's time offset.
 struct CLOSEST_APPROACH {
   double time;             ///< s
   double range;            ///< distance at the last evaluation, m
@@ -15,24 +15,27 @@ struct CLOSEST_APPROACH {
   double residual;         ///< (P(t) - target) · V(t) at the last evaluation, m²/s
 };
 
-/// The search of `CalcSlaveTime` without its line. Logs, throws and allocates nothing but what the
-/// orbit does.
+/// The search of `CalcSlaveTime` without its line, from the time `start` (s) on. Logs, throws and
+/// allocates nothing except what the orbit does.
+///
+///     const CLOSEST_APPROACH found = FindClosestApproach(orbit, target, 1000.0);
+///     if (found.status != SOLVER_STATUS::FOUND) TellOpenSearch(found);
 CLOSEST_APPROACH FindClosestApproach(const SCENE_ORBIT& orbit, const double target[3],
                                      double start);
 
-/// What is done with a search that did not end.
+/// Called with a search that does not converge.
 using TELL_SEARCH = void (*)(const CLOSEST_APPROACH&);
 
-/// Tells of it at WARNING.
+/// Logs a line about it at WARNING.
 void TellOpenSearch(const CLOSEST_APPROACH& search);
 
 /// Time (s, before the orbit's time offset) at which an orbit passes closest to a fixed point
-/// `target` (m, Earth-fixed): a Newton search on f(t) = (P(t) - target) · V(t) from `t` on, to
-/// |f| <= 1e-9 m²/s or a correction of 1e-9 s.
+/// `target` (m, Earth-fixed): a Newton search on f(t) = (P(t) - target) · V(t), with
+/// f' = A · (P - target) + V · V, from `t` on, to |f| <= 1e-9 m²/s or a correction of 1e-9 s.
 ///
-/// `range` (m) is the distance at the last evaluation, so it belongs to the time before the last
-/// correction. A search that has not ended after a hundred corrections is told at WARNING and
-/// returns what it has.
+/// `range` (m) is the distance at the last evaluation, which is before the last correction unless
+/// |f| ends the search. A search that is still open after a hundred corrections logs a line at
+/// WARNING and returns what it has. Throws what the orbit throws.
 double CalcSlaveTime(const SCENE_ORBIT& orbit, const double target[3], double& range, double t);
 
 }  // namespace varnoth

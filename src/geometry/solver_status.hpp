@@ -2,8 +2,8 @@
 
 namespace varnoth {
 
-/// How a solver's search ended. Solvers return it with the numbers that tell of it; whoever calls
-/// words the failure.
+/// How the search of a solver ended. Solvers return it with the numbers that describe the failure;
+/// the caller reports it.
 enum class SOLVER_STATUS {
   FOUND,
   INSIDE_THE_EARTH,    ///< the satellite is nearer to the centre than the pole

@@ -16,8 +16,8 @@ constexpr int MAX_FALSE_POSITIONS = 100;
 constexpr double ROOT_2 = 1.4142135623730951;
 constexpr double NO_STEP = 1e+42;
 
-/// What the searches share: the satellite's frame, and the way from a nadir component to a point
-/// with its geodetic coordinates and the surface below it.
+/// What the searches share: the frame of the satellite, and the steps from a nadir component to a
+/// point with its geodetic coordinates and the surface below it.
 struct SURFACE_SEARCH {
   const SURFACE_ECHO& echo;
   GEOLOCATION_WORK& work;
@@ -35,27 +35,27 @@ struct SURFACE_SEARCH {
   double dy = 0.0;
   double dz = 0.0;
   double axis_distance = 0.0;  ///< of the point, m
-  double phi = 0.0;            ///< geodetic latitude
-  double lambda = 0.0;         ///< longitude
+  double phi = 0.0;            ///< geodetic latitude, rad
+  double lambda = 0.0;         ///< longitude, rad
   double n = 0.0;              ///< a / n is the prime-vertical radius
 
-  /// Sets tolerance and frame. With a velocity along the radius there is none, and vx stays 0.
+  /// Sets tolerance and frame. A velocity along the radius gives no frame, and vx stays 0.
   void Begin();
-  /// Takes a nadir component, and in Doppler mode the along-track one with it. Gives the square
-  /// that is left of the range for the other components, m².
+  /// Sets the nadir component, and in Doppler mode the along-track one that follows from it. Gives
+  /// the part of the squared range that is left for the other components, m².
   double SetNadir(double nadir);
-  /// Splits that square along and across the track by their ratio.
+  /// Splits that part along and across the track by their ratio.
   void Split(double square);
-  /// From the offset to the point, its geodetic coordinates (Bowring 1976) and the surface's
-  /// height.
+  /// From the offset: the point, its geodetic coordinates (Bowring 1976) and the height of the
+  /// surface.
   void Place();
   SURFACE_POINT Ended(SURFACE_POINT found) const;
 };
 
 void SURFACE_SEARCH::Begin() {
   constexpr double EPSILON = std::numeric_limits<double>::epsilon();
-  // A height is a difference of distances from the centre, so that less than some roundings of
-  // these can't be asked for: at half a rounding one search in a hundred has no end.
+  // A height is a difference of distances from the centre, so its tolerance can not be below a few
+  // roundings of these: at half a rounding one search in a hundred does not end.
   constexpr double DEFAULT_FACTOR = 4.0;
   const double factor =
       std::isgreater(work.tolerance_factor, 0.0) ? work.tolerance_factor : DEFAULT_FACTOR;
@@ -107,8 +107,8 @@ SURFACE_POINT SURFACE_SEARCH::Ended(SURFACE_POINT found) const {
   return found;
 }
 
-/// Nadir component of the lowest point that has the range and the line-of-sight velocity. No
-/// direction has more of the velocity in it than the velocity's length.
+/// Nadir component of the lowest point that has the range and the line-of-sight velocity; none for
+/// a line-of-sight velocity above the speed.
 std::optional<double> LowestPoint(const SURFACE_SEARCH& search) {
   const double vx = search.vx;
   const double vz = search.vz;
@@ -119,12 +119,12 @@ std::optional<double> LowestPoint(const SURFACE_SEARCH& search) {
          (vx * vx + vz * vz);
 }
 
-/// Height of the point with the nadir component `dz` above the surface, m. At a start of a search
+/// Height above the surface of the point with the nadir component `dz`, m. At the start of a search
 /// by Doppler the offset has no cross-track component.
 std::optional<double> HeightError(SURFACE_SEARCH& search, double dz, bool is_start) {
   const double rest = search.SetNadir(dz);
-  // At the lowest point it is 0 but for rounding. Further off no point has the range and the
-  // velocity, which a velocity above the along-track speed can ask for.
+  // At the lowest point it is 0 except for rounding. Further below 0, no point has both range and
+  // velocity; a velocity above the along-track speed can lead here.
   constexpr double ROUNDING = 1e-9;
   const double range = search.echo.slant_range;
   if (std::isless(rest, -ROUNDING * range * range)) return {};
@@ -139,7 +139,7 @@ std::optional<double> HeightError(SURFACE_SEARCH& search, double dz, bool is_sta
 }
 
 /// Distance from the Earth's centre of the point of the surface that has the latitude and longitude
-/// of the point at the distance `rho` (m); none where that is out of the range's reach.
+/// of the point at the distance `rho` (m); none if the range does not reach that point.
 std::optional<double> NextDistance(SURFACE_SEARCH& search, double rho) {
   const double r = search.r;
   const double range = search.echo.slant_range;
@@ -212,7 +212,7 @@ SURFACE_POINT SearchByFixedPoint(const SURFACE_ECHO& echo, GEOLOCATION_WORK& wor
     return std::isgreater(std::fabs(change), search.tolerance);
   };
   double rho = search.r - echo.slant_range / ROOT_2;
-  double previous = rho - 42.0;  // anything that is not near rho
+  double previous = rho - 42.0;  // anything not near rho
   while (open(rho - previous)) {
     ++found.steps;
     if (search.vx == 0.0) return ended(SOLVER_STATUS::RADIAL_VELOCITY);

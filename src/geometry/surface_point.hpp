@@ -5,13 +5,13 @@
 
 namespace varnoth {
 
-/// Height of the surface (m, above the ellipsoid) at a geodetic latitude and longitude in radians,
-/// the longitude from -pi to pi. `n` is sqrt(1 - e² sin²(latitude)): the equatorial radius over `n`
-/// is the prime-vertical radius of curvature there. `context` is the work record's.
+/// A function that gives the height of the surface (m, above the ellipsoid) at a geodetic latitude
+/// and longitude in radians, the longitude from -pi to pi. `n` is sqrt(1 - e² sin²(latitude)): the
+/// equatorial radius divided by `n` is the prime-vertical radius of curvature there. `context` is
+/// that of the work record.
 using SURFACE_HEIGHT = double (*)(void* context, double latitude, double longitude, double n);
 
-/// An echo to be placed on a surface that is given by its height above an ellipsoid, a terrain
-/// model for instance.
+/// An echo to place on a surface given by its height above an ellipsoid, such as a terrain model.
 struct SURFACE_ECHO {
   const double* ellipsoid;  ///< equatorial radius a, polar radius b (m), a², b²
   SURFACE_HEIGHT surface_height;
@@ -24,7 +24,7 @@ struct SURFACE_ECHO {
   double slant_range;     ///< m
 };
 
-/// Where an echo comes from. Position, angles and height hold for FOUND alone.
+/// Where an echo comes from. Only FOUND sets the numbers from position to line-of-sight velocity.
 struct SURFACE_POINT {
   double position[3] = {};    ///< m, Earth-fixed
   double latitude = 0.0;      ///< degrees, geodetic, on the ellipsoid
@@ -35,11 +35,12 @@ struct SURFACE_POINT {
 
   SOLVER_STATUS status = SOLVER_STATUS::FOUND;
   int steps = 0;
+  // By the fixed-point search alone.
   double change = 0.0;           ///< of the target's distance from the centre, m, in the last step
   double previous_change = 0.0;  ///< and in the one before
 
-  /// A step of the fixed-point search that came back to where the search had been one step earlier,
-  /// and went on from the middle.
+  /// A step of the fixed-point search that returned to where the search was one step earlier, and
+  /// went on from the middle.
   struct SWING {
     int step;
     double change;  ///< m
@@ -49,26 +50,33 @@ struct SURFACE_POINT {
   int n_swings = 0;
 };
 
-/// Two searches for the point at `slant_range` from the satellite that lies on the surface.
+/// Two searches for the point of the surface at `slant_range` from the satellite.
+///
+///     GEOLOCATION_WORK work{};
+///     const SURFACE_POINT point = SearchByFixedPoint(
+///         {ellipsoid, terrain, position, velocity, true, 0.0, 0.0, 1.0, 850000.0}, work);
+///     if (point.status == SOLVER_STATUS::FOUND) std::printf("%f m\n", point.height);
 ///
 /// `SearchByFalsePosition` looks for the nadir component of the target's offset between the lowest
-/// point of the range sphere and the satellite's level. It keeps the target between two points, so
-/// that steep terrain seldom throws it off. In `doppler_mode` its points lie on the right, whatever
-/// `look_direction` is. `SearchByFixedPoint` improves the target's distance from the Earth's
-/// centre. It is quicker on gentle terrain, but has no end where the slope exceeds the tangent of
-/// the incidence angle.
+/// point of the range sphere and the level of the satellite. It keeps the target between two
+/// points, so that steep terrain seldom throws it off. In `doppler_mode` its points are on the
+/// right, whatever `look_direction` is. `SearchByFixedPoint` improves the target's distance from
+/// the Earth's centre. It is faster on gentle terrain, but does not converge where the slope
+/// exceeds the tangent of the incidence angle.
 ///
-/// The height is found to `work.tolerance_factor` · 2.2e-16 · (distance of the satellite from the
-/// centre); 0 takes a default of 6e-9 m. Bowring's closed form of the latitude adds 0.2 e⁶ h²/a to
-/// the place of a point at the height h, 0.7e-6 m at 8848 m. `SearchByFalsePosition` divides by the
-/// cosine of the latitude, which leaves 4e-6 m at 1 km from a pole.
+/// The height is accurate to `work.tolerance_factor` · 2.2e-16 · (distance of the satellite from
+/// the centre); 0 takes the default factor of 4, which gives 6e-9 m. Bowring's closed form of the
+/// latitude (1976) moves a point at the height h by 0.2 e⁶ h²/a, 0.7e-6 m at 8848 m.
+/// `SearchByFalsePosition` divides by the cosine of the latitude, which leaves 4e-6 m at 1 km from
+/// a pole.
 ///
-/// `status` tells that the velocity points along the radius (RADIAL_VELOCITY), that range sphere
-/// and surface do not meet, or that there was no end after 100 or 50 steps. Input or a surface's
-/// height that is not a number ends the search, and shows in the point. They log nothing, allocate
-/// nothing, and throw only what the surface function throws. `work` carries its `context`, is
-/// scratch for the rest, and keeps in `surface` the height that was given last. Any number of
-/// threads may search, each with a record of its own.
+/// `status` says that the velocity points along the radius (RADIAL_VELOCITY), that range sphere and
+/// surface do not meet (NO_INTERSECTION), or that the search did not end within 100 or 50 steps
+/// (NO_CONVERGENCE). Input or a height of the surface that is not a number ends the search and
+/// shows in the point. Both log nothing, allocate nothing, and throw only what the surface function
+/// throws. `work` provides `context` and `tolerance_factor`, keeps the last height of the surface
+/// in `surface`, and is scratch otherwise. Any number of threads may search, each with a record of
+/// its own.
 SURFACE_POINT SearchByFalsePosition(const SURFACE_ECHO& echo, GEOLOCATION_WORK& work);
 SURFACE_POINT SearchByFixedPoint(const SURFACE_ECHO& echo, GEOLOCATION_WORK& work);
 

@@ -4,7 +4,7 @@
 
 namespace varnoth {
 
-/// What a geolocation solver was called with, as its failures tell it.
+/// The arguments of a geolocation solver as its failures report them.
 struct GEOLOCATION_CALL {
   const char* solver;
   const double* sat_pos;
@@ -17,17 +17,17 @@ struct GEOLOCATION_CALL {
   double range;            ///< s or m, by its name
 };
 
-/// The lines that several solvers have in common, each with the solver's name in front. The call is
-/// one line at INFO, the others are at ALARM.
+/// The lines that several solvers share, each with the solver's name in front. The call is one line
+/// at INFO, the others are at ALARM.
 void LogCall(const GEOLOCATION_CALL& call);
 void LogNoIntersection(const char* solver);
 void LogStep(const char* solver, int step);
 void LogVerticalVelocity(const char* solver);
 
-/// Words what ended a search for a ground point and throws: ERROR_ARGUMENT (inside the Earth),
+/// Logs why a search for a ground point failed and throws: ERROR_ARGUMENT (inside the Earth),
 /// ERROR_UNHANDLED_CASE (no angle of the satellite), ERROR_DATA (no intersection), ERROR_ALGORITHM
-/// (no convergence, no angle of the target). The names are those of the target's first two
-/// coordinates in the call.
+/// (no convergence, no angle of the target). The names are those of the first two coordinates of
+/// the target in the call.
 [[noreturn]] void FailGeolocation(const char* solver, const ECHO& echo, const GROUND_POINT& point,
                                   const char* x_name, const char* y_name);
 

@@ -8,13 +8,13 @@
 #include "geometry/ground_point.hpp"
 #include "geometry/internal/plane_angle.hpp"
 
-/// The steps that geolocation solvers share; the formulas stand in docs/geometry.md. They are
-/// inline because they make up the inner loop of the scene sweep.
+/// The steps that geolocation solvers share; docs/geometry.md has the formulas. They are inline
+/// because they are the inner loop of the scene sweep.
 namespace varnoth {
 
 inline constexpr double DEGREES_PER_RADIAN = 57.29577951308232;
 
-/// Geocentric place of the satellite and motion of its track.
+/// Geocentric position of the satellite and motion along its track.
 struct SATELLITE_TRACK {
   double r;  ///< distance from the Earth's centre, m
   double sin_phi;
@@ -26,7 +26,7 @@ struct SATELLITE_TRACK {
   double vr;  ///< upward speed, m/s
 };
 
-/// Sets z_axis and cross; gives the length of cross, which is 0 for a velocity along the radius.
+/// Sets z_axis and cross; returns the length of cross, which is 0 for a velocity along the radius.
 inline double SetNadirAxis(GEOLOCATION_WORK& work, const double sat_pos[3], const double sat_vel[3],
                            double r) {
   for (int i = 0; i < 3; ++i) work.z_axis[i] = -sat_pos[i] / r;
@@ -34,7 +34,7 @@ inline double SetNadirAxis(GEOLOCATION_WORK& work, const double sat_pos[3], cons
   return Length(work.cross);
 }
 
-/// Sets y_axis, x_axis and the copies behind `SetNadirAxis`.
+/// Sets y_axis, x_axis and the copies, after `SetNadirAxis`.
 inline void SetTrackAxes(GEOLOCATION_WORK& work, double cross_length) {
   for (int i = 0; i < 3; ++i) work.y_axis[i] = work.cross[i] / cross_length;
   CrossProduct(work.x_axis, work.y_axis, work.z_axis);
@@ -63,7 +63,7 @@ inline void SetLocalAxes(GEOLOCATION_WORK& work, const SATELLITE_TRACK& track) {
 
 /// Heading of the track in degrees, 0 to 360.
 inline double HeadingOf(double nu, double eu) {
-  // On a track due north the product of two unit vectors may round to above 1.
+  // On a track due north the product of two unit vectors may round to more than 1.
   const double limit = std::copysign(1.0, nu);
   const double turn = std::acos(std::isgreater(std::fabs(nu), 1.0) ? limit : nu);
   return (std::isgreaterequal(eu, 0.0) ? turn : TWO_PI - turn) * DEGREES_PER_RADIAN;
@@ -72,21 +72,22 @@ inline double HeadingOf(double nu, double eu) {
 inline constexpr double OFFSET_TOLERANCE = 1e-9;  ///< m, and m/s for the Doppler residual
 inline constexpr int OFFSET_STEP_LIMIT = 21;
 
-/// What a target lies on: the raised ellipsoid and the sphere around the satellite.
+/// The surfaces on which a target lies: the raised ellipsoid and the sphere around the satellite.
 struct TARGET_SURFACES {
   double b;      ///< polar radius, m
   double e2;     ///< eccentricity squared
   double range;  ///< m
 };
 
-/// Finds the target's offset in the satellite frame by the fixed point on the Earth radius at the
-/// target. Fills steps and residuals of `point`; false, with its status, if there is none.
+/// Finds the offset of the target in the satellite frame (m) by a fixed-point iteration on the
+/// Earth radius at the target. Sets steps and residuals of `point`. Without an offset, sets its
+/// status and returns false.
 inline bool FindOffset(double offset[3], GROUND_POINT& point, const SATELLITE_TRACK& track,
                        const TARGET_SURFACES& surfaces, const ECHO& echo) {
   const double e2 = surfaces.e2;
   const double range = surfaces.range;
   const double los_velocity = echo.los_velocity;
-  // A residual that is not a number does not ask for a step, so that it can't keep the loop going.
+  // A residual that is not a number counts as settled, so that it can not keep the loop going.
   const auto open = [](double residual) { return std::isgreaterequal(residual, OFFSET_TOLERANCE); };
   const double r = track.r;
   double rho = surfaces.b / std::sqrt(1.0 - e2 * track.cos_phi * track.cos_phi);
@@ -168,7 +169,7 @@ inline void SetNormal(double normal[3], double phi, double sin_lambda, double co
   normal[2] = std::sin(phi);
 }
 
-/// Sets look and gives the incidence angle (degrees) from the record's target and normal.
+/// Sets look and returns the incidence angle (degrees), from target and normal of the record.
 inline double IncidenceOf(GEOLOCATION_WORK& work, const double sat_pos[3]) {
   Subtract(work.look, work.earth_vect, sat_pos);
   return std::acos(-DotProduct(work.normal, work.look) / Length(work.look)) * DEGREES_PER_RADIAN;

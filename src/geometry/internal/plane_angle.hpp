@@ -8,15 +8,15 @@ namespace varnoth {
 
 inline constexpr double TWO_PI = 6.283185307179586;
 
-/// Longitude of a point in the equatorial plane, 0 to 2 pi, with its sine and cosine.
+/// Longitude of a point in the equatorial plane, 0 to 2 pi rad, with its sine and cosine.
 struct PLANE_ANGLE {
   double angle;
   double sine;
   double cosine;
 };
 
-/// False, with `result` as it was, for coordinates that are not numbers. On the y axis sine and
-/// cosine are fixed values, so that no division by x = 0 takes place.
+/// Sets `result` to the longitude of a point; returns false, and leaves it, for coordinates that
+/// are not numbers. On the y axis sine and cosine are constants, to avoid a division by x = 0.
 inline bool AngleOf(double x, double y, PLANE_ANGLE& result) {
   if (x == 0.0) {
     if (std::isgreaterequal(y, 0.0)) {
