@@ -45,11 +45,11 @@ void geolocation_test(GEOLOCATION_WORK& work, const double ellipsoid[4],
                       double& squint, double earth_vect[3], double& latitude, double& longitude,
                       double& height_found, double look_direction, double slant_range);
 
-/// The same solvers with the arguments and results of `geolocation_fast`, but the failures above,
-/// in `doppler_mode`, on the surface at the constant `height` (m) above the ellipsoid of the two
-/// radii. This is the parallel surface, while `geolocation_fast` raises both radii: at a height h
-/// the two figures are up to h f²/8 apart (f: flattening; 1.4 mm at 1000 m), so the points differ.
-/// The latitude is that on the ellipsoid itself. `work` keeps its `context`.
+/// The same solvers with the arguments and results of `geolocation_fast`, but with the failures
+/// above, in `doppler_mode`, on the surface at the constant `height` (m) above the ellipsoid of the
+/// two radii. This is the parallel surface, while `geolocation_fast` raises both radii: at a height
+/// h the two figures are up to h f²/8 apart (f: flattening; 1.4 mm at 1000 m), so the points
+/// differ. The latitude is that on the ellipsoid itself. `work` keeps its `context`.
 void geolocation_new(GEOLOCATION_WORK& work, const double sat_pos[3], const double sat_vel[3],
                      double earth_vect[3], double& heading, double& latitude, double& longitude,
                      double& incidence, double look_direction, double height, double rpole,

@@ -49,7 +49,7 @@ struct SAMPLE_GEOMETRY {
   double perpendicular = 0.0;
   double master_look_angle = 0.0;  ///< degrees at the satellite from the nadir
   double slave_look_angle = 0.0;
-  double slave_incidence = 0.0;   ///< degrees; the master's is the target's
+  double slave_incidence = 0.0;   ///< degrees; that of the master is in `target`
   double delay = 0.0;             ///< of the bistatic echo, s; single pass
   double phase = 0.0;             ///< master minus slave, cycles of the two-way paths
   double phase_difference = 0.0;  ///< higher target minus target, cycles

@@ -5,7 +5,8 @@
 
 namespace varnoth {
 
-/// Where a search for the time of closest approach ended. Times are before the orbit's time offset.
+/// Where a search for the time of closest approach ended. `time` is on the axis of the scene, to
+/// which the orbit's time offset is added.
 struct CLOSEST_APPROACH {
   double time;             ///< s
   double range;            ///< distance at the last evaluation, m
@@ -29,7 +30,7 @@ using TELL_SEARCH = void (*)(const CLOSEST_APPROACH&);
 /// Logs a line about it at WARNING.
 void TellOpenSearch(const CLOSEST_APPROACH& search);
 
-/// Time (s, before the orbit's time offset) at which an orbit passes closest to a fixed point
+/// Time (s, on the axis of the scene) at which an orbit passes closest to a fixed point
 /// `target` (m, Earth-fixed): a Newton search on f(t) = (P(t) - target) · V(t), with
 /// f' = A · (P - target) + V · V, from `t` on, to |f| <= 1e-9 m²/s or a correction of 1e-9 s.
 ///

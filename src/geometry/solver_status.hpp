@@ -4,6 +4,8 @@ namespace varnoth {
 
 /// How the search of a solver ended. Solvers return it with the numbers that describe the failure;
 /// the caller reports it.
+///
+///     if (point.status != SOLVER_STATUS::FOUND) std::puts(StatusText(point.status));
 enum class SOLVER_STATUS {
   FOUND,
   INSIDE_THE_EARTH,    ///< the satellite is nearer to the centre than the pole

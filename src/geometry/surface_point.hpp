@@ -35,7 +35,7 @@ struct SURFACE_POINT {
 
   SOLVER_STATUS status = SOLVER_STATUS::FOUND;
   int steps = 0;
-  // By the fixed-point search alone.
+  // Only the fixed-point search sets the rest.
   double change = 0.0;           ///< of the target's distance from the centre, m, in the last step
   double previous_change = 0.0;  ///< and in the one before
 

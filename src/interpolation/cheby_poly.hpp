@@ -16,7 +16,7 @@ namespace varnoth {
 /// f - p = f^(k+1)(ξ) / (k+1)! · Π (x - z_j) (Davis, Interpolation and Approximation, 3.1). Outside
 /// the samples it extrapolates without a report, and the product grows like x^(k+1).
 ///
-/// Cost: n samples build in O(n k²), an evaluation takes O(k). The series may go after Create.
+/// Cost: n samples build in O(n k²), an evaluation takes O(k). The series need not outlive Create.
 template <class T>
 class CHEBY_POLY : public LEAST_SQUARES_FIT<T, CHEBY_POLY_FUNCTION<T>> {
  public:

@@ -16,8 +16,8 @@ namespace varnoth {
 ///     curve.CreateQuiet(series);  // an ARRAY<POINT<double>> from index 0, at a fixed step
 ///     const double y = curve.GetY(12.5);
 ///
-/// The series must start at index 0: intervals are counted from the first sample, but are indices
-/// of the series.
+/// The series must start at index 0: the intervals count from the first sample, but look up
+/// differences by index, so that another first index gives values of another interval.
 ///
 /// Error: with k the order, the value is that of the polynomial through the k + 2 samples x_j
 /// around the interval, so that f - p = f^(k+2)(ξ) / (k+2)! · Π (x - x_j). This holds for the
@@ -27,7 +27,7 @@ namespace varnoth {
 /// The derivatives at a sample divide by zero for an order of 2 or more, because the derivative of
 /// each product is computed as the product times the sum of the reciprocals of its factors.
 ///
-/// Cost: n samples build in O(n k), an evaluation takes O(k). The series may go after Create.
+/// Cost: n samples build in O(n k), an evaluation takes O(k). The series need not outlive Create.
 template <class T>
 class EVERETT : public INTERPOLATION<T, POINT<T>> {
  public:

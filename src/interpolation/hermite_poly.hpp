@@ -21,7 +21,7 @@ namespace varnoth {
 /// curve of this degree is useless there. A result that is not a number does so behind a line at
 /// WARNING.
 ///
-/// Cost: building takes O(n), an evaluation O(n⁴). The series may go after Create.
+/// Cost: building takes O(n), an evaluation O(n⁴). The series need not outlive Create.
 template <class T>
 class HERMITE_POLY : public INTERPOLATION<T, DPOINT<T>> {
  public:

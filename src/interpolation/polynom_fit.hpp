@@ -18,7 +18,7 @@ namespace varnoth {
 /// directions: put the origin near the samples, or use CHEBY_POLY. Outside the samples the fit
 /// extrapolates without a report, and the product grows like x^(k+1).
 ///
-/// Cost: n samples build in O(n k²), an evaluation takes O(k). The series may go after Create.
+/// Cost: n samples build in O(n k²), an evaluation takes O(k). The series need not outlive Create.
 template <class T>
 class POLYNOM_FIT : public LEAST_SQUARES_FIT<T, POLYNOM_FUNCTION<T>> {
  public:
