@@ -1,0 +1,122 @@
+"""Two runs that end on one pool at the same time: both leave their results and their rows."""
+
+import os
+import shutil
+import signal
+import subprocess
+import time
+from concurrent.futures import ThreadPoolExecutor
+from pathlib import Path
+
+import pytest
+
+from survive import masked
+from varnoth_run import BINARY, Pair, arguments, read_pool
+
+PAIRS = int(os.environ.get("TWO_WRITERS", "200"))
+DEGREES = {"a": {"FlatEarthPolyDegree": "2", "LocalHeight": "0"}, "b": {"FlatEarthPolyDegree": "5"}}
+
+
+def start(directory, name, *tracer, log_pool=None):
+    """A run under a name of its own; its screen goes nowhere."""
+    words = arguments(**DEGREES[name], pid=name, status=f"{name}.marks", log_pp=log_pool or f"{name}.log.pool")
+    return subprocess.Popen([*tracer, BINARY, *words], cwd=directory, stdin=subprocess.DEVNULL,
+                            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+
+
+def expect_success(directory, name, process):
+    assert process.wait(60) == 0
+    assert {p.name: p.read_text() for p in (directory / f"{name}.marks").iterdir()} == {f"OK.{name}": "0"}
+    assert f"software_names" in (directory / f"{name}.log.pool").read_text() or (directory / "log.pool").exists()
+
+
+def content(directory):
+    return masked((directory / "insar.pool").read_bytes())
+
+
+@pytest.fixture(scope="module")
+def begin(tmp_path_factory):
+    directory = Pair().write(tmp_path_factory.mktemp("begin"))
+    for name in DEGREES:
+        (directory / f"{name}.marks").mkdir()
+    return directory
+
+
+@pytest.fixture
+def fresh(begin, tmp_path):
+    return shutil.copytree(begin, tmp_path / "runs")
+
+
+@pytest.fixture(scope="module")
+def serial(begin, tmp_path_factory):
+    """The InSAR pool behind both runs, by their order."""
+    outcomes = {}
+    for order in ("ab", "ba"):
+        directory = shutil.copytree(begin, tmp_path_factory.mktemp("serial") / order)
+        for name in order:
+            expect_success(directory, name, start(directory, name))
+        outcomes[order] = content(directory)
+    assert outcomes["ab"] != outcomes["ba"]
+    return outcomes
+
+
+@pytest.mark.parametrize("log_pool", [None, "log.pool"])
+def test_pairs(begin, serial, tmp_path, log_pool):
+    def one(number):
+        directory = shutil.copytree(begin, tmp_path / str(number))
+        order = "ab" if number % 2 else "ba"
+        runs = [(name, start(directory, name, log_pool=log_pool)) for name in order]
+        for name, process in runs:
+            expect_success(directory, name, process)
+        if log_pool:
+            assert sorted(read_pool(directory / log_pool)["software_names"]) == ["a", "b"]
+        assert not list(directory.glob("pool_*"))
+        last = [order for order, pool in serial.items() if pool == content(directory)]
+        shutil.rmtree(directory)
+        return last
+    begun = time.monotonic()
+    with ThreadPoolExecutor(2) as pool:
+        seen = list(pool.map(one, range(PAIRS)))
+    print(f"two writers, log pool {log_pool or 'of each'}: {PAIRS} pairs in {time.monotonic() - begun:.0f} s,",
+          {order: seen.count([order]) for order in serial})
+    assert [] not in seen
+
+
+def hold(directory, file="insar.pool", **options):
+    """A run that stands still behind the cut of a pool, and its process."""
+    tracer = start(directory, "a", "strace", "-o", "trace", "-P", file, "-e", "inject=ftruncate:signal=STOP:when=1",
+                   **options)
+    children = Path(f"/proc/{tracer.pid}/task/{tracer.pid}/children")
+    until = time.monotonic() + 20
+    while not ((directory / file).exists() and "SIGSTOP" in (directory / "trace").read_text()
+               if (directory / "trace").exists() else False):
+        if tracer.poll() is not None:
+            pytest.skip("LEFT OUT: no right to trace a process")
+        assert time.monotonic() < until
+        time.sleep(0.01)
+    return tracer, int(children.read_text())
+
+
+@pytest.mark.parametrize("file", ["insar.pool", "log.pool"])
+@pytest.mark.parametrize("end", [signal.SIGCONT, signal.SIGKILL])
+def test_held_to_meet(fresh, serial, file, end):
+    holder, held = hold(fresh, file, log_pool="log.pool")
+    whole = fresh.joinpath(next(fresh.glob("pool_*"))).read_bytes()
+    other = start(fresh, "b", log_pool="log.pool")
+    time.sleep(0.5)
+    assert other.poll() is None and (fresh / file).stat().st_size == 0
+    os.kill(held, end)
+    if end == signal.SIGCONT:
+        expect_success(fresh, "a", holder)
+    else:
+        holder.wait(60)
+    status = other.wait(60)
+    print(file, end, status, len(whole), sorted(p.name for p in fresh.iterdir()), read_pool(fresh / "log.pool").get("software_names"),
+          {k: v == content(fresh) for k, v in serial.items()}, len(content(fresh)), len(read_pool(fresh/"insar.pool")))
+
+
+def test_file_system_without_locks(fresh):
+    run = start(fresh, "a", "strace", "-o", "trace", "-e", "inject=fcntl:error=ENOLCK")
+    expect_success(fresh, "a", run)
+    log = (fresh / "log.a").read_text(encoding="latin-1")
+    assert "WARN  : varnoth : can not lock parameter pool insar.pool" in log
