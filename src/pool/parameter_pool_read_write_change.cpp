@@ -37,6 +37,7 @@ PARAMETER_POOL_READ_WRITE_CHANGE::PARAMETER_POOL_READ_WRITE_CHANGE(const char* p
     GlobalLog.set(ALARM) << "can not open pool file for update " << path << "\n";
     throw CAN_NOT_OPEN_POOL();
   }
+  was_filled = stream.Size() > 0;
   GlobalLog.set(DEBUG) << "construct pool_rwc: " << path << "\n";
 }
 
@@ -93,6 +94,12 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::update() {
   } const closer{*this};
 
   Lock();
+  // Its entries are in that process's temporary file; results alone would look like a whole pool.
+  if (was_filled && stream.Size() == 0) {
+    GlobalLog.set(ALARM) << "parameter pool " << file_name
+                         << " was emptied meanwhile, look for pool_XXXXXX beside it\n";
+    throw CORRUPTED_PARAMETER_POOL();
+  }
   const std::string pattern = TemporaryPattern(file_name.c_str());
   const std::string created = CreateUniqueFile(pattern);
   if (created.empty()) LogSystemError(errno);

@@ -88,9 +88,10 @@ class PARAMETER_POOL_READ_WRITE_CHANGE : public PARAMETER_POOL {
   /// random characters, and then copies it into the pool's own file, which so keeps its owner,
   /// permissions and links. Whatever stops the update, the old pool or the file beside it holds
   /// everything. Throws, behind lines at ALARM,
-  ///  - NO_UPDATE_PERMISSION_FOR_POOL: the file beside the pool can't be made,
-  ///  - CORRUPTED_PARAMETER_POOL: reading the pool or writing the file beside it failed; the pool
-  ///    is as it was,
+  ///  - NO_UPDATE_PERMISSION_FOR_POOL: the file beside the pool can't be made, or see `Lock`,
+  ///  - CORRUPTED_PARAMETER_POOL: reading the pool or writing the file beside it failed, or the pool
+  ///    was emptied since it was opened, as by a process that died in its update; the pool is as it
+  ///    was,
   ///  - ERROR_I_O: the file beside the pool can't be read back; the pool is as it was,
   ///  - ERROR_PARAMETER_POOL: the pool's own file can't be written.
   void update();
@@ -104,6 +105,7 @@ class PARAMETER_POOL_READ_WRITE_CHANGE : public PARAMETER_POOL {
 
   PARAMETER_POOL_LIST list;
   bool is_durable = false;
+  bool was_filled = false;  // when it was opened
   int exceptions_at_start = std::uncaught_exceptions();
 };
 
