@@ -67,12 +67,12 @@ class Stage:
     def sweep(self, points, look):
         return sweep(self.start, self.root, points, look)
 
-    def traced(self, directory, *injection):
+    def traced(self, directory, *injection, words=WORDS):
         """The status of a run under strace and its calls, as name, arguments and result. The screen
         goes into a file."""
-        words = ["strace", "-o", "trace", *injection, BINARY, *self.WORDS]
+        command = ["strace", "-o", "trace", *injection, BINARY, *words]
         with (directory / "screen").open("wb") as screen:
-            status = subprocess.run(words, cwd=directory, stdin=subprocess.DEVNULL, timeout=20,
+            status = subprocess.run(command, cwd=directory, stdin=subprocess.DEVNULL, timeout=20,
                                     stdout=screen, stderr=subprocess.DEVNULL, check=False).returncode
         path = directory / "trace"
         trace = path.read_text(errors="replace").splitlines() if path.exists() else []

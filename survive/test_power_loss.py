@@ -36,35 +36,29 @@ def operations(stage, label, old_mark, *words):
         (directory / "OK.varnoth").write_text("0")
     paths = [directory / name for name in ("insar.pool", "log.pool", "OK.varnoth") if (directory / name).exists()]
     names = {path.name: number for number, path in enumerate(paths)}
-    files = [path.read_bytes() for path in paths]
-    live, found, numbers = dict(names), [], itertools.count(len(files))
-    stage_words, stage.WORDS = stage.WORDS, [*stage.WORDS, *words]
-    status, calls = stage.traced(directory, *RECORD)
-    stage.WORDS = stage_words
+    files, live, found = [path.read_bytes() for path in paths], dict(names), []
+    status, calls = stage.traced(directory, *RECORD, words=[*stage.WORDS, *words])
     assert status == 0
     for call, arguments, result in calls:
-        if result.startswith("-"):
-            continue
-        path = text(re.search(r'"(.*?)"' if call in ("openat", "unlink") else r"<(.*?)>", arguments)[1]).decode()
-        name = path.rsplit("/", 1)[-1]
+        quoted = call in ("openat", "unlink")
+        name = text(re.search('"(.*?)"' if quoted else "<(.*?)>", arguments)[1]).decode().rsplit("/", 1)[-1]
+        last = arguments.rsplit(", ", 1)[-1]
         if call == "fsync" and name == directory.name:
             found.append(("sync", DIRECTORY))
-        elif not re.match(r"(insar|log)\.pool$|pool_|(OK|ERROR)\.varnoth", name):
+        elif result.startswith("-") or not re.match(r"(insar|log)\.pool$|pool_|(OK|ERROR)\.varnoth", name):
             continue
-        elif call == "openat":
-            assert "O_TRUNC" not in arguments
-            if "O_CREAT" in arguments and name not in live:
-                live[name] = next(numbers)
-                found.append(("name", DIRECTORY, name, live[name]))
+        elif call == "openat" and "O_CREAT" in arguments and name not in live:
+            live[name] = len(files) + len(found)  # a number that no other file has
+            found.append(("name", DIRECTORY, name, live[name]))
         elif call == "unlink":
             del live[name]
             found.append(("name", DIRECTORY, name, None))
         elif call == "fsync":
             found.append(("sync", live[name]))
         elif call == "ftruncate":
-            found.append(("size", live[name], int(arguments.rsplit(", ", 1)[1])))
-        else:
-            at = int(arguments.rsplit(", ", 1)[1]) if call == "pwrite64" else 0
+            found.append(("size", live[name], int(last)))
+        elif call in ("write", "pwrite64"):
+            at = int(last) if call == "pwrite64" else 0  # marks are written at once
             found.append(("write", live[name], at, text(arguments.split('"')[1])))
     return files, names, found
 
@@ -72,20 +66,17 @@ def operations(stage, label, old_mark, *words):
 def apply(files, names, done):
     """The names and contents behind operations, each with the way in which it reached the disk."""
     names, files = dict(names), {number: bytearray(content) for number, content in enumerate(files)}
-    for (kind, number, *rest), way in done:
+    for (kind, number, first, *more), way in done:
+        data = files.setdefault(number, bytearray())
         if kind == "name" and way:
-            names[rest[0]] = rest[1]
-        elif kind != "name" and way:
-            data = files.setdefault(number, bytearray())
-            length = rest[0] if kind == "size" else rest[0] + len(rest[1])
-            if kind == "size":
-                del data[length:]
-            if way != 2:
-                data.extend(bytes(max(0, length - len(data))))
-            if kind == "write":  # whole, cut short at a sector or a page, or only the size
-                bytes_written = rest[1][:{1: None, 2: len(rest[1]) // 1024 * 512, 3: 4096, 4: 0}[way]]
-                data.extend(bytes(max(0, rest[0] + len(bytes_written) - len(data))))
-                data[rest[0]:rest[0] + len(bytes_written)] = bytes_written
+            names[first], = more
+        elif kind == "size" and way:
+            data[:] = data[:first].ljust(first, b"\0")
+        elif way:  # whole, cut short at a sector or a page, or only the size
+            taken = more[0][:{1: None, 2: len(more[0]) // 1024 * 512, 3: 4096, 4: 0}[way]]
+            end = first + len(taken if way == 2 else more[0])
+            data[:] = data.ljust(end, b"\0")
+            data[first:first + len(taken)] = taken
     return {name: (number, bytes(files.get(number, b""))) for name, number in names.items() if number is not None}
 
 

@@ -65,9 +65,7 @@ def serial(begin, tmp_path_factory):
 def test_pairs(begin, serial, tmp_path, log_pool):
     def one(number):
         directory = shutil.copytree(begin, tmp_path / str(number))
-        order = "ab" if number % 2 else "ba"
-        runs = [(name, start(directory, name, log_pool=log_pool)) for name in order]
-        for name, process in runs:
+        for name, process in [(name, start(directory, name, log_pool=log_pool)) for name in ("ab", "ba")[number % 2]]:
             expect_success(directory, name, process)
         if log_pool:
             assert sorted(read_pool(directory / log_pool)["software_names"]) == ["a", "b"]
