@@ -20,24 +20,19 @@ DIRECTORY = "directory"
 WAYS = {"name": 2, "size": 2, "write": 5}
 
 
-@pytest.fixture(scope="module")
-def stage(tmp_path_factory):
-    return Stage(tmp_path_factory.mktemp("power"))
-
-
 def text(escaped):
-    return bytes.fromhex("".join(re.findall(r"\\x(..)", escaped)))
+    return bytes.fromhex(escaped.replace("\\x", ""))
 
 
-def operations(stage, label, old_mark, *words):
+def operations(stage, mode, old_mark):
     """The files at the start by number, the names by which they go, and what a run does to them."""
-    directory = stage.fresh(label)
+    directory = stage.fresh(mode)
     if old_mark:
         (directory / "OK.varnoth").write_text("0")
     paths = [directory / name for name in ("insar.pool", "log.pool", "OK.varnoth") if (directory / name).exists()]
     names = {path.name: number for number, path in enumerate(paths)}
     files, live, found = [path.read_bytes() for path in paths], dict(names), []
-    status, calls = stage.traced(directory, *RECORD, words=[*stage.WORDS, *words])
+    status, calls = stage.traced(directory, *RECORD, words=[*stage.WORDS, "-DurableUpdate", mode])
     assert status == 0
     for call, arguments, result in calls:
         quoted = call in ("openat", "unlink")
@@ -47,12 +42,11 @@ def operations(stage, label, old_mark, *words):
             found.append(("sync", DIRECTORY))
         elif result.startswith("-") or not re.match(r"(insar|log)\.pool$|pool_|(OK|ERROR)\.varnoth", name):
             continue
-        elif call == "openat" and "O_CREAT" in arguments and name not in live:
-            live[name] = len(files) + len(found)  # a number that no other file has
+        elif call == "unlink" or call == "openat" and "O_CREAT" in arguments and name not in live:
+            live[name] = len(files) + len(found) if call == "openat" else None  # a number of its own
             found.append(("name", DIRECTORY, name, live[name]))
-        elif call == "unlink":
-            del live[name]
-            found.append(("name", DIRECTORY, name, None))
+            if call == "unlink":
+                del live[name]
         elif call == "fsync":
             found.append(("sync", live[name]))
         elif call == "ftruncate":
@@ -83,13 +77,9 @@ def apply(files, names, done):
 def crashes(found, draw):
     """Every point of a run with the ways of its operations."""
     for point in range(len(found) + 1):
-        settled, done, pending = set(), [], []
-        for operation in reversed(found[:point]):
-            if operation[0] == "sync":
-                settled.add(operation[1])
-            else:
-                done.insert(0, operation)
-                pending.insert(0, 1 if operation[1] in settled else WAYS[operation[0]])
+        synced = {operation[1]: i for i, operation in enumerate(found[:point]) if operation[0] == "sync"}
+        done = [(i, operation) for i, operation in enumerate(found[:point]) if operation[0] != "sync"]
+        pending = [1 if i < synced.get(operation[1], -1) else WAYS[operation[0]] for i, operation in done]
         if prod(pending) <= EXHAUSTIVE:
             choices = itertools.product(*(range(n) if n > 1 else (1,) for n in pending))
         else:
@@ -97,21 +87,18 @@ def crashes(found, draw):
                        for i, n in enumerate(pending) if n > 1 for way in range(n)]
             choices = singles + [[1 if n == 1 or draw.random() < share else draw.randrange(n) for n in pending]
                                  for share in (0.1, 0.5, 0.95) for _ in range(SAMPLES // 3)]
-        yield from (list(zip(done, ways)) for ways in choices)
+        yield from ([(operation, way) for (_, operation), way in zip(done, ways)] for ways in choices)
 
 
 def campaign(stage, files, names, found):
     """Counts what the states show."""
-    whole = lru_cache(None)(masked)
+    new = lru_cache(None)(lambda content, name: masked(content) == stage.after[name])
 
     def state(left, name):
         content = left[name][1]
-        if content == stage.before[name]:
-            return "old"
-        if whole(content) == stage.after[name]:
-            return "new"
-        beside = any(whole(c) == stage.after[name] for n, (_, c) in left.items() if n.startswith("pool_"))
-        return "kept" if beside else "lost"
+        if content == stage.before[name] or new(content, name):
+            return "old" if content == stage.before[name] else "new"
+        return "kept" if any(new(left[n][1], name) for n in left if n.startswith("pool_")) else "lost"
 
     seen = Counter()
     for done in crashes(found, random.Random(1)):
@@ -125,10 +112,10 @@ def campaign(stage, files, names, found):
 
 
 @pytest.mark.parametrize("old_mark", [False, True])
-def test_power_loss(stage, old_mark):
-    recorded = {mode: operations(stage, f"{mode}{old_mark}", old_mark, "-DurableUpdate", mode)
-                for mode in ("TRUE", "FALSE")}
-    for mode, (files, names, found) in recorded.items():
+def test_power_loss(tmp_path, old_mark):
+    stage = Stage(tmp_path)
+    for mode in ("TRUE", "FALSE"):
+        files, names, found = operations(stage, mode, old_mark)
         end = apply(files, names, [(operation, 1) for operation in found if operation[0] != "sync"])
         assert [masked(end[name][1]) for name in stage.UPDATED] == [stage.after[name] for name in stage.UPDATED]
         assert end["OK.varnoth"][1] == b"0"
