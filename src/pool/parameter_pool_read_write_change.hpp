@@ -89,7 +89,8 @@ class PARAMETER_POOL_READ_WRITE_CHANGE : public PARAMETER_POOL {
   /// permissions and links. Whatever stops the update, the old pool or the file beside it holds
   /// everything. Throws, behind lines at ALARM,
   ///  - NO_UPDATE_PERMISSION_FOR_POOL: the file beside the pool can't be made, or see `Lock`,
-  ///  - CORRUPTED_PARAMETER_POOL: reading the pool or writing the file beside it failed, or the pool
+  ///  - CORRUPTED_PARAMETER_POOL: reading the pool or writing the file beside it failed, or the
+  ///  pool
   ///    was emptied since it was opened, as by a process that died in its update; the pool is as it
   ///    was,
   ///  - ERROR_I_O: the file beside the pool can't be read back; the pool is as it was,
