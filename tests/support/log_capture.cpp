@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
+#include <iterator>
 
 #include "log/log.hpp"
 
@@ -19,9 +19,7 @@ TEMPORARY_DIRECTORY::~TEMPORARY_DIRECTORY() { std::filesystem::remove_all(direct
 
 std::string ReadFile(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
-  std::ostringstream content;
-  content << file.rdbuf();
-  return content.str();
+  return {std::istreambuf_iterator(file), {}};
 }
 
 void WriteFile(const std::string& path, const std::string& content) {
@@ -32,13 +30,9 @@ LoggedTest::LoggedTest() {
   GlobalLog.open_file(directory.Path("log").c_str(), "log", NO_LEVEL, TRACE);
 }
 
-std::string LoggedTest::Log() const {
-  GlobalLog.flush();
-  return ReadFile(directory.Path("log"));
-}
-
 std::string LoggedTest::Take(std::size_t head, std::size_t count) {
-  std::istringstream lines(Log());
+  GlobalLog.flush();
+  std::ifstream lines(directory.Path("log"));
   std::string texts;
   for (std::string line; std::getline(lines, line);) texts += line.erase(head, count) + "\n";
   std::filesystem::resize_file(directory.Path("log"), 0);

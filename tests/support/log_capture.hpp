@@ -11,8 +11,7 @@ class TEMPORARY_DIRECTORY {
  public:
   TEMPORARY_DIRECTORY();
   ~TEMPORARY_DIRECTORY();
-  TEMPORARY_DIRECTORY(const TEMPORARY_DIRECTORY&) = delete;
-  TEMPORARY_DIRECTORY& operator=(const TEMPORARY_DIRECTORY&) = delete;
+  TEMPORARY_DIRECTORY(TEMPORARY_DIRECTORY&&) = delete;
   std::string Path(const std::string& name) const { return directory + "/" + name; }
 
  private:
@@ -26,8 +25,6 @@ void WriteFile(const std::string& path, const std::string& content);
 class LoggedTest : public testing::Test {
  protected:
   LoggedTest();
-  /// All lines so far, each as "LABEL : log : text\n".
-  std::string Log() const;
   /// All lines so far without their heads, and the log then starts anew.
   std::string TakeLog() { return Take(0, 14); }
   /// The same, each as "ALARM text": the label has five characters, as in "WARN  text".
