@@ -1,5 +1,3 @@
-#include <array>
-
 #include "driver/flat_earth_statistics.hpp"
 #include "driver/look_direction.hpp"
 #include "orbit/circular_orbit.hpp"
@@ -33,18 +31,11 @@ TEST_F(LookDirectionTest, ScenesThatDifferTakeTheSideOfTheCentre) {
 }
 
 TEST(AverageLongitude, UnwrapsRelativeToTheFirst) {
-  struct {
-    const char* name;
-    std::array<float, 4> corners;
-    float mean;
-  } const rows[] = {{"the mean below 0", {0.5, 359.5, 0.5, 358.5}, 359.75},
-                    {"the mean above 360", {359, 1, 2, 0}, 0.5},
-                    {"half a circle down", {181, 1, 1, 1}, 46},
-                    {"half a circle up", {1, 181, 181, 181}, 136},
-                    {"the mean rounds to 360", {0, 0, 0, -1e-6F}, 0}};
-  for (const auto& [name, c, mean] : rows) {
-    EXPECT_EQ(average_longitude(c[0], c[1], c[2], c[3]), mean) << name;
-  }
+  EXPECT_EQ(average_longitude(0.5, 359.5, 0.5, 358.5), 359.75) << "downwards over 0";
+  EXPECT_EQ(average_longitude(359, 1, 2, 0), 0.5) << "upwards over 360";
+  EXPECT_EQ(average_longitude(181, 1, 1, 1), 46) << "half a circle below the first";
+  EXPECT_EQ(average_longitude(1, 181, 181, 181), 136) << "half a circle above the first";
+  EXPECT_EQ(average_longitude(0, 0, 0, -1e-6F), 0) << "rounded to 360";
 }
 
 }  // namespace

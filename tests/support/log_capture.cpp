@@ -9,10 +9,9 @@
 
 namespace varnoth::test {
 
-TEMPORARY_DIRECTORY::TEMPORARY_DIRECTORY() {
-  std::string name = std::filesystem::temp_directory_path() / "varnoth_test_XXXXXX";
-  if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary directory");
-  directory = name;
+TEMPORARY_DIRECTORY::TEMPORARY_DIRECTORY()
+    : directory(std::filesystem::temp_directory_path() / "varnoth_test_XXXXXX") {
+  if (mkdtemp(directory.data()) == nullptr) throw std::runtime_error("no temporary directory");
 }
 
 TEMPORARY_DIRECTORY::~TEMPORARY_DIRECTORY() { std::filesystem::remove_all(directory); }
