@@ -44,8 +44,7 @@ TEST_F(LogTest, ScreenAndFileHaveThresholdsOfTheirOwn) {
       testing::internal::GetCapturedStdout(),
       "INFO  : log : screen 1.23457e+06\n\033[1mEXCEP : log : both\n\033[0m\033[7mALARM : log : "
       "both\n\033[0m\033[4mWARN  : log : both\n\033[0m");
-  EXPECT_FALSE(GlobalLog.qa_warning_seen());
-  GlobalLog.set(QA_WARNING) << "seen all the same\n";
+  GlobalLog.printf_line(QA_WARNING, "seen all the same");
   EXPECT_TRUE(GlobalLog.qa_warning_seen());
   EXPECT_EQ(TakeLines(), "EXCEP both\nALARM both\nWARN  both\n");
   EXPECT_EQ(*std::next(GlobalLog.captured().rbegin(), 3), "screen 1234567.000000");
@@ -58,8 +57,7 @@ TEST(ExecutionTime, IsToldInItsUnits) {
   EXPECT_EQ(ExecutionTimeText(90061), "execution time: 1 day(s) 1 hour(s) 1 minute(s) 1 second(s)");
 }
 
-class LogTableTest : public LoggedTest {
- protected:
+struct LogTableTest : LoggedTest {
   /// What a table of mark-up looks like in the log; a "-" that begins a line is a rule.
   std::string Table(const std::string& markup) {
     LOG_TABLE table;

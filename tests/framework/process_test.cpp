@@ -3,7 +3,6 @@
 
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <sstream>
 
@@ -15,8 +14,7 @@
 namespace varnoth::test {
 namespace {
 
-class ControllerTest : public LoggedTest {
- protected:
+struct ControllerTest : LoggedTest {
   ControllerTest() { std::filesystem::create_directory(directory.Path("status")); }
   /// Sets the controller up in the test's directory with a configuration file and more arguments.
   void Init(const std::string& configuration = "", const std::vector<std::string>& more = {}) {
@@ -80,10 +78,8 @@ TEST_F(ControllerTest, EachMarkGoesBeforeTheOtherComes) {
 }
 
 int Overflow(int depth) {
-  if (depth < 0) return 0;
-  volatile char page[4096];
-  page[0] = static_cast<char>(depth);
-  return Overflow(depth + 1) + page[0];
+  volatile char page[4096] = {};
+  return depth < 0 ? 0 : Overflow(depth + 1) + page[0];
 }
 
 using ControllerDeathTest = ControllerTest;
@@ -124,8 +120,7 @@ TEST_F(ControllerDeathTest, AFaultOfTheHandlerEndsAtOnceBehindTheMark) {
   EXPECT_EQ(ReadFile(directory.Path("status/ERROR.step")), "1");
 }
 
-class SoftwareLogTest : public LoggedTest {
- protected:
+struct SoftwareLogTest : LoggedTest {
   /// A run of 90 s that ends now.
   SoftwareIdentity Run(const char* version) {
     SoftwareIdentity identity;

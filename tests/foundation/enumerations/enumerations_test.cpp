@@ -13,8 +13,7 @@ namespace {
 using namespace BASIC::TYPES;
 using namespace SAR;
 
-class EnumerationTest : public LoggedTest {
- protected:
+struct EnumerationTest : LoggedTest {
   /// Holds a class against its key word, its rows, each a text and its aliases, and their guards.
   template <class E>
   void Has(const std::string& key_word, const std::string& rows, const std::string& guard = "-") {
@@ -40,8 +39,8 @@ class EnumerationTest : public LoggedTest {
       }
     }
     EXPECT_THROW(++value, ERROR_ENUM_BASE_LIMIT_OF_ENUMERATION_EXPIRED) << key_word;
-    EXPECT_EQ(found_rows, "|" + guard + "|" + rows + "|" + guard);
-    EXPECT_EQ(ReadFile(path).substr(0, ReadFile(path).find(' ')), key_word);
+    const std::string found_key_word = ReadFile(path).substr(0, ReadFile(path).find(' '));
+    EXPECT_EQ(found_key_word + found_rows, key_word + "|" + guard + "|" + rows + "|" + guard);
   }
 
   const std::string path = directory.Path("pool");
@@ -52,10 +51,9 @@ TEST_F(EnumerationTest, TextsAliasesAndPoolsFollowTheTable) {
   Has<PolarizationType>("polarization_type", "V|H");
   Has<OrbitDirection>("orbit_direction",
                       "A=ascending=ASCENDING|D=descending=DESCENDING|U=undefined=UNDEFINED");
-  Has<AntennaLookDirection>(
-      "antenna_look_direction",
-      "L=left=elevationLeft=LEFT|"
-      "R=right=elevationRight=RIGHT|U=undefined=elevationUndefined=UNDEFINED");
+  Has<AntennaLookDirection>("antenna_look_direction",
+                            "L=left=elevationLeft=LEFT|R=right=elevationRight=RIGHT|"
+                            "U=undefined=elevationUndefined=UNDEFINED");
   Has<Edge>("edge", "TOP|RIGHT|BOTTOM|LEFT");
   Has<Azimuth>("azimuth", "start=early=first|center=mid|stop=late=last");
   Has<Range>("range", "near|mid|far");
