@@ -5,9 +5,7 @@
 namespace varnoth::test {
 namespace {
 
-using LogTest = LoggedTest;
-
-TEST_F(LogTest, EveryLevelHasItsLabelAndItsExactName) {
+TEST_F(LoggedTest, EveryLevelHasItsLabelAndItsExactName) {
   GlobalLog.set_file_level(0);
   for (const char* name : {"info", "TRACE", "DEBUG", "PARAMETER", "INFO", "QA_WARNING", "WARNING",
                            "EXCEPTION", "ALARM"}) {
@@ -17,7 +15,7 @@ TEST_F(LogTest, EveryLevelHasItsLabelAndItsExactName) {
             "LEV_? 9\nTRACE 1\nDEBUG 2\nPARAM 3\nINFO  4\nQA_WA 5\nWARN  6\nEXCEP 7\nALARM 8\n");
 }
 
-TEST_F(LogTest, LinesOfAnyLengthAreWholeAndNumbersHaveTheFormatOfTheirType) {
+TEST_F(LoggedTest, LinesOfAnyLengthAreWholeAndNumbersHaveTheFormatOfTheirType) {
   const std::string text(100000, 'x');
   GlobalLog.printf_line(INFO, "%s", text.c_str());
   EXPECT_EQ(TakeLog(), text + "\n");
@@ -29,7 +27,7 @@ TEST_F(LogTest, LinesOfAnyLengthAreWholeAndNumbersHaveTheFormatOfTheirType) {
   EXPECT_EQ(TakeLog(), "AB-5 65535 -7 4000000000 -8 8 9000000000 0.100000 1234567.000000 1E-10\n");
 }
 
-TEST_F(LogTest, ScreenAndFileHaveThresholdsOfTheirOwn) {
+TEST_F(LoggedTest, ScreenAndFileHaveThresholdsOfTheirOwn) {
   GlobalLog.set_file_level("WARNING");
   GlobalLog.set_screen_level(INFO);
   EXPECT_FALSE(GlobalLog.set_file_level("no level"));

@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 
 #include "log/log.hpp"
 
@@ -17,8 +17,7 @@ TEMPORARY_DIRECTORY::TEMPORARY_DIRECTORY()
 TEMPORARY_DIRECTORY::~TEMPORARY_DIRECTORY() { std::filesystem::remove_all(directory); }
 
 std::string ReadFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator(file), {}};
+  return (std::ostringstream() << std::ifstream(path, std::ios::binary).rdbuf()).str();
 }
 
 void WriteFile(const std::string& path, const std::string& content) {
@@ -29,9 +28,13 @@ LoggedTest::LoggedTest() {
   GlobalLog.open_file(directory.Path("log").c_str(), "log", NO_LEVEL, TRACE);
 }
 
-std::string LoggedTest::Take(std::size_t head, std::size_t count) {
+std::string LoggedTest::Log() const {
   GlobalLog.flush();
-  std::ifstream lines(directory.Path("log"));
+  return ReadFile(directory.Path("log"));
+}
+
+std::string LoggedTest::Take(std::size_t head, std::size_t count) {
+  std::istringstream lines(Log());
   std::string texts;
   for (std::string line; std::getline(lines, line);) texts += line.erase(head, count) + "\n";
   std::filesystem::resize_file(directory.Path("log"), 0);

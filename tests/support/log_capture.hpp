@@ -22,9 +22,10 @@ std::string ReadFile(const std::string& path);
 void WriteFile(const std::string& path, const std::string& content);
 
 /// A fixture that takes the log of a test from TRACE on, with nothing on the screen.
-class LoggedTest : public testing::Test {
- protected:
+struct LoggedTest : testing::Test {
   LoggedTest();
+  /// All lines so far, each as "LABEL : log : text\n".
+  std::string Log() const;
   /// All lines so far without their heads, and the log then starts anew.
   std::string TakeLog() { return Take(0, 14); }
   /// The same, each as "ALARM text": the label has five characters, as in "WARN  text".
