@@ -20,7 +20,7 @@ TEST_F(LookDirectionTest, ScenesThatDifferTakeTheSideOfTheCentre) {
   scene.master_first_rg_time = 3e-3;
   scene.master_last_rg_time = 7e-3;
   for (const auto& [longitude, side] : std::initializer_list<std::pair<std::string, double>>{
-           {"179", -1}, {"-179", 1}, {"181", 1}, {"1e30", -1}}) {  // the last: as far from both
+           {"179", -1}, {"539", -1}, {"-179", 1}, {"181", 1}, {"1e30", -1}}) {  // far from both
     scene.look_direction[MASTER] = longitude == "179" ? 1 : -1;
     scene.look_direction[SLAVE] = -scene.look_direction[MASTER];
     WriteFile(directory.Path("centre"),
