@@ -1,0 +1,113 @@
+"""What the pages on geometry and results say in numbers, against runs; and the scripts beside the pages."""
+
+import math
+import re
+import shutil
+import subprocess
+import sys
+
+import pytest
+
+import test_real_pair as real_pair
+from varnoth_run import BINARY, EXAMPLES, arguments, make, run
+
+DOCS = EXAMPLES.parent / "docs"
+sys.path.insert(0, str(DOCS))
+import costs  # noqa: E402 (stands beside the pages)
+
+PAGES = {path.stem: path.read_text() for path in DOCS.glob("*.md")}
+PRF, STEPS, MIDDLE = 486.48631029955294, 8050, 10179
+MIDTIME = 8409.449181 + STEPS / 2 / PRF
+IDLE = [("slave", "prf", 400), ("slave", "range_sampling_frequency", 5e7), ("slave", "az_bandwidth", 100),
+        ("master", "az_bandwidth", 100), ("insar", "slave_first_az_time", 8400), ("insar", "slave_first_rg_time", 4e-3)]
+
+
+def real(tmp_path, *changes):
+    """A run on the real pair with other texts behind some keys of its pools."""
+    directory = shutil.copytree(real_pair.DATA, tmp_path / f"run {len(list(tmp_path.iterdir()))}")
+    for name, key, value in changes:
+        path = directory / f"{name}.pool"
+        text, count = re.subn(rf"^({key} +\S+ +).*", rf"\g<1>{value}", path.read_text(), flags=re.MULTILINE)
+        assert count == 1
+        path.write_text(text)
+    return run(directory, arguments(lfl="TRACE", FlatEarthPolyDegree="10"))
+
+
+def cells(page, first):
+    """The numbers of the table row that starts with a text."""
+    row, = re.findall(rf"^\| {re.escape(first)} \| (.*) \|$", PAGES[page], re.MULTILINE)
+    return [float(cell) for cell in re.findall(r"-?\d+\.?\d*(?= \||$)", row)]
+
+
+def flat(pool, k):
+    return sum(c * MIDDLE**i for i, c in enumerate(pool[f"flat_phase_poly_{real_pair.LINES[k]}"]))
+
+
+@pytest.mark.parametrize("east, above", [(120, 40), (0, 200), (120, -200)])
+def test_parts_of_the_baseline(tmp_path, east, above):
+    pair = make.Example()
+    pair.orbits["slave"] = make.Circle(0.0, float(above), float(east))
+    pair.write(tmp_path)
+    pool = run(tmp_path).pool()
+    found = [pool[key] for key in ("eff_baseline", "height_conversion_factor", "varnoth_deltaR")]
+    found.insert(2, pool["flat_phase_poly_early_az"][0])
+    assert cells("geometry", f"{east} | {above}") == [round(x, 1) for x in found]
+
+
+def test_the_real_pair(tmp_path):
+    done = real(tmp_path)
+    pool, targets = done.pool(), real_pair.earth_vectors({0: done}, 0)
+    steps = [math.dist(targets[0][i], targets[1][i]) / STEPS for i in (0, 5, 10)]
+    assert cells("geometry", "azimuth, from target to target") == pytest.approx(
+        [pool["ssc_pixel_spacing_azimuth"], *steps], abs=7e-4)
+    found = {"range": pool["master_early_az_range_distance"][5], "eff_baseline": pool["eff_baseline"],
+             "incidence": pool["master_early_az_incidence_angle"][5], "heading": pool["heading_angle"],
+             "metres_per_cycle": pool["height_conversion_factor"], "spacing": steps[1]}
+    assert costs.PAIR | found == pytest.approx(costs.PAIR, abs=6e-3)
+    centre = real_pair.on_ellipsoid(pool["center_latitude"], pool["center_longitude"])
+    halfway = real(tmp_path, ("insar", "master_first_az_time", MIDTIME))
+    assert 1650 < math.dist(centre, real_pair.earth_vectors({0: halfway}, 0)[0][5]) < 1750
+
+
+@pytest.mark.parametrize("length", ["4", "8", "16.5", "25", "50"])
+def test_between_the_lines(tmp_path, length):
+    half = round(float(length) * PRF / 2)
+    ends, bent = (real(tmp_path, ("insar", "n_lines", 2 * half + 1), ("insar", "master_first_az_time", t)).pool()
+                  for t in (MIDTIME - half / PRF, MIDTIME))
+    missed = abs((flat(ends, 0) + flat(ends, 1)) / 2 - flat(bent, 0))
+    assert cells("geometry", length)[1] == pytest.approx(missed, abs=1.1e-3)
+    assert cells("geometry", length)[2] == pytest.approx(-missed * ends["height_conversion_factor"], abs=0.11)
+
+
+def test_what_no_run_notices(tmp_path):  # in dual pass
+    usual = real(tmp_path).pool()
+    for change in IDLE:
+        assert real(tmp_path, change).pool() | {change[1]: 0} == usual | {change[1]: 0}, change
+    wrong = real(tmp_path, *((name, "radar_frequency", "5.405D+09") for name in ("master", "slave")))
+    assert not wrong.told and wrong.pool()["height_conversion_factor"] < -9e10
+    moved = wrong.directory / "slave.pool"
+    for method, status in (("everett_8", 1), ("localpolynom_0_9", 0)):
+        text = (real_pair.DATA / "slave.pool").read_text().replace("20:33.206813", "20:33.206814")
+        moved.write_text(text.replace("everett_8", method))
+        assert run(wrong.directory).status == status
+
+
+def test_single_pass(tmp_path):
+    rows = []
+    for mode in ("dual_pass", "single_pass"):
+        make.Example(mode=mode, kind="utc").write(tmp_path / mode)  # the dates are twelve days apart
+        rows.append(run(tmp_path / mode))
+    assert not any(done.status or done.told for done in rows)
+    for name in ("`fringe_frequency_range`", "`height_conversion_factor` (m)", "`eff_baseline` (m)",
+                 "`varnoth_deltaR` (m)"):
+        found = [done.pool()[name.split("`")[1]] for done in rows]
+        assert cells("results", name)[:2] == pytest.approx(found, abs=1e-6, rel=5e-5)
+
+
+@pytest.mark.parametrize("page, script", [("limits", ["costs.py"]), ("results", ["flatten.py", BINARY])])
+def test_script(page, script):
+    out = subprocess.check_output([sys.executable, "-B", DOCS / script[0], *script[1:]], text=True)
+    assert not [line for line in out.splitlines() if line not in PAGES[page]]
+    for row in re.findall(r"^ *\d+\.5 .*", out, re.MULTILINE):
+        height, hill = map(float, row.split()[-2:])
+        assert abs(height - hill) < 0.65  # what a straight line between the lines misses, and two roundings
