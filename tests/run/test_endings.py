@@ -37,6 +37,10 @@ ENDINGS = {
         "WARN  : varnoth : Configuration file master.pool/none does not exist!\n"]),
     "height": ("sed -i /local_height/d insar.pool", {"LocalHeight": "12.34"}, {}, 0, ["..... 12.3\n"]),
     "height of no number": ("", {"LocalHeight": "no number"}, {}, 0, ["local height: ..... 0.0\n"]),
+    "durable by the configuration file": ("echo DurableUpdate TRUE > own", {"pcf": "own"}, {"DurableUpdate": "no"}, 0, [
+        "updates wait until the disk holds them\n"]),
+    "durable by a word that is none": ("", {}, {"DurableUpdate": "yes"}, 1, [
+        "value of parameter DurableUpdate is neither TRUE nor FALSE\n", FAILED]),
     "degree with a zero ahead": ("", {"FlatEarthPolyDegree": "010"}, {}, 0, ["poly degree: . 10\n"]),
     "degree with letters behind": ("", {"FlatEarthPolyDegree": "4abc"}, {}, 0, ["poly degree: . 4\n"]),
     "degree from a closed keyboard": ("", {"FlatEarthPolyDegree": None}, {}, 0, ["poly degree: . 0\n"]),
