@@ -6,6 +6,7 @@
 
 #include "foundation/matrix.hpp"
 #include "interpolation/numerics/lfit.hpp"
+#include "interpolation/numerics/nested_multiplication.hpp"
 #include "log/log.hpp"
 
 namespace varnoth {
@@ -30,13 +31,6 @@ ARRAY<double> Fit(const ARRAY<double>& spl, const ARRAY<double>& phase, int coun
   return polynomial;
 }
 
-double Evaluate(const ARRAY<double>& polynomial, double x) {
-  const double* const p = polynomial.begin();
-  double value = 0.0;
-  for (int i = polynomial.GetLength(); i-- > 0;) value = value * x + p[i];
-  return value;
-}
-
 }  // namespace
 
 FLAT_EARTH fit_flat_earth_polynomials(const SCENE& scene, const SWEEP& sweep, int degree) {
@@ -52,8 +46,9 @@ FLAT_EARTH fit_flat_earth_polynomials(const SCENE& scene, const SWEEP& sweep, in
       GlobalLog.printf_line(PARAMETER, "Poly coefficient : p%d = %lf", i, polynomial.begin()[i]);
     }
     for (int i = 0; i < SWEEP_SAMPLES; ++i) {
-      maximum_error = std::max(maximum_error,
-                               std::fabs(Evaluate(polynomial, spl[i]) - sweep.samples[k][i].phase));
+      maximum_error = std::max(
+          maximum_error,
+          std::fabs(NestedMultiplication<double>(polynomial, spl[i]) - sweep.samples[k][i].phase));
     }
   }
 

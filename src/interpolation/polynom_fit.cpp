@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "interpolation/numerics/nested_multiplication.hpp"
+
 namespace varnoth {
 
 template <class T>
@@ -19,11 +21,8 @@ void POLYNOM_FIT<T>::Build(const ARRAY<POINT<T>>& series, bool quiet) {
 
 template <class T>
 T POLYNOM_FIT<T>::GetY(T at) const {
-  const int n = this->Degree();
-  const T* const c = coefficients.begin();
-  T p = c[n + 1];
-  for (int j = n; j >= 1; --j) p = p * at + c[j];
-  return p;
+  const auto terms = static_cast<std::size_t>(this->Degree() + 1);
+  return NestedMultiplication<T>({coefficients.begin() + 1, terms}, at);
 }
 
 template <class T>
