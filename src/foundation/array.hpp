@@ -13,18 +13,25 @@
 
 namespace varnoth {
 
-/// What the sizing operations of ARRAY return.
+/// What the sizing operations of ARRAY return. ARRAY_BAD_RANGE stands for a negative count and for
+/// a last index that loops could not count past.
 enum ARRAY_RESULT : int { ARRAY_OK = 0, ARRAY_NO_MEMORY = 2, ARRAY_BAD_RANGE = 3 };
 
-/// An array with a free first index, which is part of its value: element i is addressed by i
-/// through `GetBase()`. Copies are deep. Element access is not checked.
+/// An array with a free first index, which is part of its value: `GetBase()[i]` is element i, with
+/// i from `GetFirstIndex()` to `GetLastIndex()`. Copies are deep. Element access is not checked.
 ///
-/// A copy that can not be made throws the text "ARRAY : can not copy array".
+///     ARRAY<double> height(1, 3);  // elements 1, 2, 3
+///     std::fill(height.begin(), height.end(), 0.0);
+///     height.GetBase()[3] = 120.0;
+///     height.NeedRange(RANGE<int>(1, 5));  // keeps the three; elements 4 and 5 are undefined
+///
+/// Throws the text "ARRAY : can not copy array" if it can't make a copy. What an element's own
+/// constructor throws passes through.
 template <class X>
 class ARRAY {
  public:
   ARRAY() = default;
-  /// `count` elements from index `first`; throws like a copy.
+  /// `count` elements from index `first`; those of plain types are undefined. Throws like a copy.
   ARRAY(int first, int count) {
     if (Make(RANGE<int>(first, count), false) != ARRAY_OK) throw "ARRAY : can not copy array";
   }
@@ -39,8 +46,8 @@ class ARRAY {
     return *this;
   }
 
-  /// A list of up to 21 texts from index 0. Null texts at the end don't count, others are empty.
-  /// Throws ERROR_NO_MEMORY.
+  /// A list of 1 to 21 texts from index 0. Null texts at the end don't count; other null texts are
+  /// empty. Throws ERROR_NO_MEMORY.
   template <class... TEXTS>
   requires(std::is_same_v<X, STRING> && sizeof...(TEXTS) > 0 &&
            (std::is_convertible_v<TEXTS, const char*> && ...)) explicit ARRAY(TEXTS... texts)
@@ -60,10 +67,10 @@ class ARRAY {
     data = nullptr;
     raw = false;
   }
-  /// Takes memory for the range and constructs its elements; the former content is released. A
-  /// negative count, and a range beyond the last int, leave the array as it was.
+  /// Allocates the range, constructs its elements and releases the former content. Returns
+  /// ARRAY_OK; ARRAY_NO_MEMORY and ARRAY_BAD_RANGE leave the array as it was.
   virtual int Create(const RANGE<int>& wanted) { return Make(wanted, false); }
-  /// The same without constructing the elements; they will not be destroyed either.
+  /// The same, but neither constructs the elements nor destroys them later.
   virtual int CreateRaw(const RANGE<int>& wanted) { return Make(wanted, true); }
   /// Releases the elements and the memory.
   virtual void Delete() {
@@ -74,9 +81,9 @@ class ARRAY {
   virtual int GetFirstIndex() const { return range.First(); }
   virtual int GetLastIndex() const { return range.Last(); }
   virtual RANGE<int> GetRange() const { return range; }
-  /// Pointer p such that p[index] is the array's first element; null without elements.
+  /// Pointer p such that p[index] is the array's first element; null for an empty array.
   virtual X* GetElementBase(int index) const { return data != nullptr ? data - index : nullptr; }
-  /// Pointer p such that p[i] is element i of the array; null without elements.
+  /// Pointer p such that p[i] is element i of the array; null for an empty array.
   virtual X* GetBase() const { return GetElementBase(range.First()); }
   /// The elements in their order, whatever the first index is: `for (X& x : array)`.
   X* begin() { return data; }
@@ -84,8 +91,8 @@ class ARRAY {
   const X* begin() const { return data; }
   const X* end() const { return data + range.Count(); }
   std::size_t size() const { return static_cast<std::size_t>(range.Count()); }
-  /// Changes the range; elements keep their positions (not their indices) as far as both counts go.
-  /// The same range is no work at all.
+  /// Changes the range. Elements keep their positions, not their indices; a smaller count drops the
+  /// last ones. Costs nothing if the range is the same. Returns what `Create` returns.
   virtual int Resize(const RANGE<int>& wanted) {
     if (wanted == range) return ARRAY_OK;
     if (!IsValid(wanted)) return ARRAY_BAD_RANGE;
@@ -98,7 +105,7 @@ class ARRAY {
     std::swap(raw, resized.raw);
     return ARRAY_OK;
   }
-  /// `Resize` that throws ERROR_NO_MEMORY, or another failure, where the range is not to be had.
+  /// `Resize` that throws ERROR_NO_MEMORY, or another given failure, if it fails.
   template <class FAILURE = ERROR_NO_MEMORY>
   void NeedRange(const RANGE<int>& wanted, FAILURE failure = {}) {
     if (Resize(wanted) != ARRAY_OK) throw failure;
@@ -110,7 +117,7 @@ class ARRAY {
   bool raw = false;
 
  private:
-  /// Whether a count is one and the last index fits its type, so that loops may count up to it.
+  /// Whether the count isn't negative and the last index leaves room for a loop to count past it.
   static bool IsValid(const RANGE<int>& wanted) {
     const long long last = static_cast<long long>(wanted.First()) + wanted.Count() - 1;
     return wanted.Count() >= 0 && last < INT_MAX && last >= INT_MIN;
@@ -152,7 +159,10 @@ class ARRAY {
 /// Logs at ALARM and throws ERROR_NOT_IMPLEMENTED.
 [[noreturn]] void FailSubArrayAssignment();
 
-/// A view on a part of an ARRAY; it owns no elements.
+/// A view of a part of an ARRAY; it owns no elements and must not outlive the array's memory.
+///
+///     SUB_ARRAY<double> tail;
+///     tail.Attach(height, RANGE<int>(0, 2), 1);  // tail's element 0 is height's second one
 template <class X>
 class SUB_ARRAY : public ARRAY<X> {
  public:
@@ -162,18 +172,19 @@ class SUB_ARRAY : public ARRAY<X> {
     this->data = other.data;
     this->range = other.range;
   }
-  /// Not to be called, since it could mean the view or its elements: logs at ALARM and throws
+  /// Never call it: it could mean the view or its elements. Logs at ALARM and throws
   /// ERROR_NOT_IMPLEMENTED. Use `Attach`.
   SUB_ARRAY& operator=(const SUB_ARRAY& /*other*/) { FailSubArrayAssignment(); }
   ~SUB_ARRAY() override { this->data = nullptr; }
 
-  /// A view makes no elements: both give ARRAY_BAD_RANGE and leave it as it was.
+  /// A view makes no elements: both return ARRAY_BAD_RANGE and change nothing.
   int Create(const RANGE<int>& /*wanted*/) override { return ARRAY_BAD_RANGE; }
   int CreateRaw(const RANGE<int>& /*wanted*/) override { return ARRAY_BAD_RANGE; }
   /// Drops the view.
   void Delete() override { this->Reset(); }
-  /// Takes the range for the elements from the view's first one on; allocates nothing. The caller
-  /// sees to it that the viewed array holds that many.
+  /// Gives the range to the elements from the view's first one on; allocates nothing. The caller
+  /// makes sure that the viewed array holds that many. Returns ARRAY_BAD_RANGE for a negative
+  /// count.
   int Resize(const RANGE<int>& wanted) override {
     if (wanted.Count() < 0) return ARRAY_BAD_RANGE;
     this->range = wanted;
@@ -181,7 +192,8 @@ class SUB_ARRAY : public ARRAY<X> {
   }
   /// Changes the first index and keeps the count.
   virtual void SetFirstIndex(int index) { this->range.first = index; }
-  /// Views `array` from its element at position `offset` on, with the given range.
+  /// Views `array` under the given range, from the element at position `offset` on; position 0 is
+  /// the first element.
   virtual void Attach(const ARRAY<X>& array, const RANGE<int>& wanted, int offset) {
     X* first = array.GetElementBase(0);
     this->data = first != nullptr ? first + offset : nullptr;

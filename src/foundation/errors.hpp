@@ -2,18 +2,23 @@
 
 namespace varnoth {
 
-/// Root of the system's failures. An object carries no data: the class tells the kind of failure,
-/// and the code that throws has written the particulars (key, file, value) to the log before.
+/// Root of the system's failures. The class is the kind of failure. The code that throws first
+/// writes the details (key, file, value) to the log; ERROR_NO_MEMORY comes without a line.
 ///
-/// A plain `const char*` text is thrown beside this tree where an invariant of a low-level class
-/// breaks.
+///     try {
+///       pool.Read("prf", prf);
+///     } catch (const ERROR_EXCEPTION& error) {
+///       std::puts(error.what());
+///     }
+///
+/// Low-level classes throw a plain `const char*` text, outside this tree, if an invariant breaks.
 class ERROR_EXCEPTION {
  public:
   ERROR_EXCEPTION() = default;
   ERROR_EXCEPTION(const ERROR_EXCEPTION&) = default;
   ERROR_EXCEPTION& operator=(const ERROR_EXCEPTION&) = default;
   virtual ~ERROR_EXCEPTION() = default;
-  /// The fixed text of the most derived class; never fails.
+  /// The text of the most derived class; never fails.
   virtual const char* what() const noexcept { return "error occurred"; }
 };
 

@@ -6,34 +6,43 @@
 
 namespace varnoth {
 
-/// A matrix with free first row and column indices, one row-major block. Copies are deep.
+/// A matrix with free first row and column indices, in one row-major block. Copies are deep.
+///
+///     MATRIX<double> covariance(RANGE<int>(1, 3), RANGE<int>(1, 3));
+///     std::fill(covariance.begin(), covariance.end(), 0.0);
+///     double* const* rows = covariance.Rows();
+///     rows[1][3] = 0.5;  // row 1, column 3
 ///
 /// An element access costs two plain indexing steps: `Rows()[r][c]` with the matrix's own indices.
-/// `Rows(first_column)` gives a view with another column base; the table of row pointers of each
-/// base that was asked for is kept.
+/// `Rows(first_column)` gives a view with another column base. The matrix keeps a table of row
+/// pointers for each base; the first call with a base builds the table, on a const matrix too, so
+/// threads must not share that call.
 template <class T>
 class MATRIX {
  public:
   MATRIX() = default;
-  /// Throws ERROR_NO_MEMORY if the matrix can not be made.
+  /// Elements of plain types are undefined. Throws ERROR_NO_MEMORY if `Create` returns false.
   MATRIX(const RANGE<int>& row_range, const RANGE<int>& column_range);
+  /// Copying throws the text "ARRAY : can not copy array", assignment ERROR_NO_MEMORY, if memory
+  /// runs out.
   MATRIX(const MATRIX& other);
   MATRIX& operator=(const MATRIX& other);
   virtual ~MATRIX() = default;
-  /// Forgets ranges and block without freeing them.
+  /// Forgets ranges and block without freeing the block.
   virtual void Reset();
 
-  /// Releases the former content and takes memory for rows × columns elements. False for a negative
-  /// count or where the memory is not to be had; the matrix is then empty.
+  /// Releases the former content and allocates rows × columns elements. False for a negative count,
+  /// for more elements than an int counts, and if memory runs out; the matrix is then empty.
   bool Create(const RANGE<int>& row_range, const RANGE<int>& column_range);
-  /// The same, and no work at all for the ranges that it has. Throws ERROR_NO_MEMORY for false.
+  /// The same, but does nothing if the matrix has these ranges already. Throws ERROR_NO_MEMORY
+  /// where `Create` returns false.
   void NeedRanges(const RANGE<int>& row_range, const RANGE<int>& column_range);
   /// Releases everything.
   void Delete();
 
   const RANGE<int>& GetRowRange() const { return rows; }
   const RANGE<int>& GetColumnRange() const { return columns; }
-  /// First element of the block; null for a matrix of no rows or no columns.
+  /// First element of the block; null without rows or columns.
   T* GetBlock() { return block.begin(); }
   const T* GetBlock() const { return block.begin(); }
   /// The elements row by row.
@@ -42,8 +51,8 @@ class MATRIX {
   const T* begin() const { return block.begin(); }
   const T* end() const { return block.end(); }
   std::size_t size() const { return block.size(); }
-  /// Row pointers p such that p[r][c] is the element of row r and column c; null for a matrix of no
-  /// rows or no columns. Throws ERROR_NO_MEMORY.
+  /// Row pointers p such that p[r][c] is the element of row r and column c; null without rows or
+  /// columns. Throws ERROR_NO_MEMORY.
   T* const* Rows() { return RowPointers(columns.First()); }
   const T* const* Rows() const { return RowPointers(columns.First()); }
   /// The same with columns counted from `first_column`.
@@ -66,7 +75,8 @@ class MATRIX {
   mutable ARRAY<POINTER_VECTOR_LINK_T> row_tables;
 };
 
-/// Logs the upper left part of the matrix, at most `limit` rows and columns of it.
+/// Logs the title, the size and the upper left part of the matrix, at most `limit` rows and
+/// columns, at a log level.
 void Print(const MATRIX<int>& matrix, int level, const char* title, int limit);
 
 }  // namespace varnoth

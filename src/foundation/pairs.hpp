@@ -29,7 +29,7 @@ class TUPLE<STRING> {
   STRING second;
 };
 
-/// A sample: abscissa and ordinate.
+/// A sample, abscissa and ordinate: `POINT<double>(0.5, 7071000.0)`.
 template <class T>
 class POINT : public TUPLE<T> {
  public:
@@ -64,7 +64,8 @@ class INDEX {
   B second{};
 };
 
-/// A first index and a count.
+/// A first index and a count: `RANGE<int>(1, 3)` stands for 1, 2, 3. `Last()` of an empty range is
+/// one less than `First()`.
 template <class T>
 class RANGE : public INDEX<T, T> {
  public:

@@ -6,14 +6,19 @@
 
 namespace varnoth {
 
-/// A text value with exact allocation and deep copy. The text is never a null pointer; a null text
-/// given to an operation counts as the empty text. A failed allocation throws ERROR_NO_MEMORY.
+/// A text value with exact allocation and deep copy. The text is never a null pointer; a null
+/// argument counts as the empty text. Throws ERROR_NO_MEMORY if an allocation fails.
+///
+///     const STRING mark = STRING("OK.") + "varnoth";
+///     if (mark == "OK.varnoth") std::puts(mark.c_str());
 class STRING {
  public:
   STRING() : STRING("") {}
   STRING(const char* source);  // NOLINT(google-explicit-constructor): a text is a STRING
+  /// The `length` characters from `source` on; a null source needs length 0.
   STRING(const char* source, std::size_t length);
   STRING(const STRING& other) : STRING(other.c_str(), other.Length()) {}
+  /// Assignment takes the text up to its terminator.
   STRING& operator=(const STRING& other);
   STRING& operator=(const char* source);
   ~STRING() = default;
@@ -25,10 +30,10 @@ class STRING {
   STRING& operator+=(const STRING& other);
   friend STRING operator+(STRING left, const STRING& right) { return left += right; }
 
-  /// Comparison of the texts up to their terminators.
+  /// Compares the texts up to their terminators.
   friend bool operator==(const STRING& left, const STRING& right) { return left.Equals(right); }
 
-  /// Character at a position, 0 up to and including Length() (the terminator). Throws
+  /// Character at a position from 0 to Length(), which is the terminator's. Throws
   /// std::out_of_range ("subscript greater than string length") beyond it.
   char& operator[](std::size_t index);
   char operator[](std::size_t index) const;

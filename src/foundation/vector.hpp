@@ -14,8 +14,15 @@ struct VECTOR_3D {
   T z{};
 };
 
-/// An ARRAY of numbers (or texts) with element-wise operators, which go by position, not by index.
-/// Operands of different lengths throw a text that names the operator.
+/// An ARRAY of numbers (or texts) with element-wise operators. They pair elements by position, not
+/// by index; the result has the range of the left operand. Operands of different lengths throw a
+/// text that names the operator.
+///
+///     VECTOR<double> sum(0, 3);
+///     VECTOR<double> step(1, 3);
+///     std::fill(sum.begin(), sum.end(), 1.0);
+///     std::fill(step.begin(), step.end(), 0.5);
+///     sum += step;  // 1.5 each
 template <class T>
 class VECTOR : public ARRAY<T> {
  public:
@@ -57,7 +64,7 @@ class VECTOR : public ARRAY<T> {
   }
 };
 
-/// Euclidean length; the squares are summed x, y, z.
+/// Euclidean length, in the unit of the components; sums the squares in the order x, y, z.
 inline double Length(const double v[3]) {
   return std::sqrt(v[0] * v[0] + v[1] * v[1] + v[2] * v[2]);
 }
@@ -78,14 +85,14 @@ T DotProduct(const VECTOR<T>& a, const VECTOR<T>& b) {
   return sum;
 }
 
-/// Euclidean length; the squares are summed from the last element to the first.
+/// Euclidean length; sums the squares from the last element to the first.
 template <class T>
 T Length(const VECTOR<T>& v) {
   return std::sqrt(DotProduct(v, v));
 }
 
-/// `result` = a × b by position, in the range of `a`. Throws a text if `a` or `b` has not three
-/// elements, or if `result` can not take the range.
+/// `result` = a × b by position, in the range of `a`; `result` may be `a` or `b`. Throws a text if
+/// `a` or `b` does not have three elements, or if `result` can't take the range.
 template <class T>
 void CrossProduct(VECTOR<T>& result, const VECTOR<T>& a, const VECTOR<T>& b) {
   if (a.GetLength() != 3) throw "CrossProduct: vector a has not dimension of 3";
@@ -98,7 +105,8 @@ void CrossProduct(VECTOR<T>& result, const VECTOR<T>& a, const VECTOR<T>& b) {
   std::copy_n(product, 3, result.begin());
 }
 
-/// Plain three-vectors, as the inner loops use them.
+/// Operations on plain three-vectors for the inner loops. The result of `CrossProduct` must not be
+/// an operand; that of `Subtract`, a - b, may be one.
 inline double DotProduct(const double a[3], const double b[3]) {
   return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
 }
