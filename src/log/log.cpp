@@ -23,7 +23,7 @@ namespace {
 constexpr const char* STYLE_RESET = "\033[0m";
 constexpr const char* ASTERISKS = "***********************************************************";
 
-/// The present form of a time in local time, as in "Tue Nov 24 21:06:38 2026".
+/// A time as local time, such as "Tue Nov 24 21:06:38 2026".
 std::string TimeText(std::time_t time) {
   std::tm local{};
   localtime_r(&time, &local);
@@ -38,15 +38,15 @@ std::string HostName() {
   return name;
 }
 
-/// Where a starter closed standard input, output or error, the next file that the process opens
-/// would take its place, and the screen's lines would go into a pool.
+/// Fills the places of standard input, output and error that the starter closed. Otherwise the next
+/// file that the process opens takes such a place, and the screen's lines go into a pool.
 void OccupyStandardDescriptors() {
   for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (fcntl(descriptor, F_GETFD) < 0) ::open("/dev/null", O_RDWR);
   }
 }
 
-/// Whether two paths lead to one file.
+/// Whether two paths lead to the same file.
 bool IsSameFile(const char* one, const char* other) {
   struct stat of_one {};
   struct stat of_other {};
@@ -54,7 +54,7 @@ bool IsSameFile(const char* one, const char* other) {
          of_one.st_dev == of_other.st_dev && of_one.st_ino == of_other.st_ino;
 }
 
-/// Whether everything that a file has from here on could be read and written.
+/// Appends the rest of a file; false if it can't be read or written completely.
 bool AppendContent(int from, TEXT_SINK& to) {
   char block[8192];
   ssize_t count = 0;
@@ -98,7 +98,7 @@ LOG::~LOG() {
 LOG& LOG::set(int level) {
   if (level == QA_WARNING) qa_flag = true;
   current_level = level;
-  // The first piece takes the head to the screen with it.
+  // The first piece flushes the head to the screen.
   for (LOG_OUTLET* outlet : {&outlets.screen, &outlets.file}) {
     if (outlet->Shows(level)) outlets.AppendHead(outlet->sink, level);
   }
@@ -226,8 +226,8 @@ bool LOG::open_file(const char* path, const char* prefix_word, int screen_level,
 void LOG::change_file(const char* path) {
   const std::lock_guard lock(mutex);
   const bool had_file = outlets.file.sink.IsOpen();
-  if (had_file && IsSameFile(file_path.c_str(), path)) return;  // it would be copied into itself
-  const UNINTERRUPTED whole;  // a signal's lines would have no file
+  if (had_file && IsSameFile(file_path.c_str(), path)) return;  // don't copy a file into itself
+  const UNINTERRUPTED whole;  // in between, a signal's lines have no file
   const std::string old_path = file_path;
   CloseFile();
   if (!OpenForAppending(path)) {
@@ -316,7 +316,7 @@ std::string ExecutionTimeText(long seconds) {
   add(seconds / 3600 % 24, " hour(s)");
   add(seconds / 60 % 60, " minute(s)");
   add(seconds % 60, " second(s)");
-  // A clock that was set back gives no time either.
+  // A clock that was set back gives a negative time.
   if (seconds <= 0) text += " less than 1 second";
   return text;
 }

@@ -12,10 +12,11 @@
 
 namespace varnoth {
 
-/// Level of a long name ("TRACE" … "ALARM", exact), or NO_LEVEL for any other text.
+/// Level of a long name, "TRACE" to "ALARM" in exact spelling; NO_LEVEL for any other text.
 LOG_LEVEL LogLevelFromName(const char* name);
 
-/// "execution time:" and how many days, hours, minutes and seconds that is.
+/// A time in words: "execution time: 1 minute(s) 5 second(s)" for 65, with days and hours where
+/// they are not 0. Zero and less give "execution time: less than 1 second".
 std::string ExecutionTimeText(long seconds);
 
 /// What `LOG::banner` prints about the program.
@@ -29,30 +30,34 @@ struct BANNER_INFO {
 };
 
 /// The process-wide logger. Every message goes to the screen (standard output) and to a log file,
-/// each with a lowest level of its own. A line reads
+/// each with a threshold of its own, the lowest level that it shows. Use the instance `GlobalLog`.
+/// A message consists of pieces after `set`, the last of which ends in "\n", or is one
+/// `printf_line`:
 ///
-///     ALARM : varnoth : text
+///     GlobalLog.set(ALARM) << "can not open " << path << "\n";
+///     GlobalLog.printf_line(INFO, "baseline: %.2f m", baseline);
 ///
-/// A message is either built of pieces behind `set`, whose last piece ends in "\n", or written
-/// whole by `printf_line`. Use the instance `GlobalLog`.
+/// The lines read "ALARM : varnoth : can not open pool" and "INFO  : varnoth : baseline: 120.50 m".
 ///
-/// The pieces take no lock; everything else is guarded by one mutex. A fatal signal finds what was
-/// written so far in the outlets, and ends a line that it broke.
+/// One mutex guards `printf_line`, `change_file`, the thresholds and the banners. Pieces and all
+/// other operations take no lock: no other thread may use the log meanwhile. A fatal signal finds
+/// what the log has written so far in the outlets, and ends an open line.
 class LOG {
  public:
-  /// Starts on a temporary file "log." and six random characters in /tmp, else /var/tmp, else the
-  /// current directory, with the word "global" and both thresholds at DEBUG. If none of them takes
-  /// the file, the log has only the screen.
+  /// Starts on a temporary file, named "log." and six random characters, with the word "global" and
+  /// both thresholds at DEBUG. The directory is that of the variable TMPDIR, else /tmp, else
+  /// /var/tmp, else the current one. If none of them takes the file, the log has only the screen.
   LOG();
   ~LOG();
   LOG(const LOG&) = delete;
   LOG& operator=(const LOG&) = delete;
 
-  /// Starts a message: writes the line's head.
+  /// Starts a message: writes the line's head where the level reaches the threshold.
   LOG& set(int level);
 
-  /// Adds a piece to the message under way. Floating values differ between file and screen: the
-  /// file has printf's "%f" ("%LG" for long double), the screen six significant digits.
+  /// Adds a piece to the current message and flushes it to the screen; a null text shows as
+  /// "(null)". Floating-point values differ: the file has printf's "%f" ("%LG" for long double),
+  /// the screen six significant digits.
   LOG& operator<<(const char* text) { return Text(text != nullptr ? text : "(null)"); }
   /// A text value, such as std::string.
   template <class TEXT>
@@ -71,52 +76,58 @@ class LOG {
   LOG& operator<<(double value) { return Piece("%f", "%g", value); }
   LOG& operator<<(long double value) { return Piece("%LG", "%Lg", value); }
 
-  /// Writes a whole message with a line end and flushes it. On the screen WARNING is underlined,
-  /// EXCEPTION bold and ALARM inverse.
+  /// Writes a whole message of any length, adds the line end and flushes both sides. On the screen
+  /// WARNING is underlined, EXCEPTION bold and ALARM inverse.
   void printf_line(int level, const char* format, ...) __attribute__((format(printf, 3, 4)));
 
-  /// Names the program: default log file name (may be empty), word of the line heads, thresholds.
+  /// Sets the program's default log file name (may be empty), the word of the line heads and the
+  /// thresholds.
   void configure(const char* name, const char* prefix_word, int screen_level, int file_level);
 
-  /// Closes what is open and opens `path` for appending. On failure tells so on the screen and
-  /// gives false; the log then has only the screen.
+  /// Closes the current file and opens `path` for appending. On failure says so on the screen and
+  /// returns false; the log then has only the screen.
   bool open_file(const char* path, const char* prefix_word, int screen_level, int file_level);
 
-  /// Moves the log to its final file: what stood in the old file is appended to `path` and the old
-  /// file removed. Ends the process with exit status 255 if `path` can't be opened.
+  /// Moves the log to its final file: appends the old file to `path` and removes the old file. An
+  /// old file that can't be copied stays, and the screen says so. Does nothing if both are the same
+  /// file. Ends the process with exit status 255 if `path` can't be opened.
   void change_file(const char* path);
 
+  /// Set a threshold; NO_LEVEL shows nothing.
   void set_screen_level(int level);
   void set_file_level(int level);
-  /// True if the name is one of the eight long names; otherwise the threshold stays.
+  /// The same by name: true for one of the eight long names; otherwise the threshold stays.
   bool set_screen_level(const char* name);
   bool set_file_level(const char* name);
 
-  /// Whether a message of level QA_WARNING was begun since the last `open_file`.
+  /// Whether a message of level QA_WARNING was begun since the last `open_file`, shown or not.
   bool qa_warning_seen() const { return qa_flag; }
   const std::string& get_configured_name() const { return configured_name; }
   const std::string& get_file_path() const { return file_path; }
 
-  /// Program, build, start time, host and configuration at level INFO; the full version at DEBUG.
+  /// Program, build, present time, host, starter (variable PROC_NAME) and configuration file at
+  /// level INFO; the full version at DEBUG.
   void banner(const BANNER_INFO& info);
-  /// A shorter head for a part of a run.
+  /// A shorter head for a part of a run: title, present time and host at level INFO.
   void start_banner(const char* title);
-  /// Execution time since the log was created, and the end time.
+  /// Execution time since the log was created or last had `open_file`, and the end time, at level
+  /// INFO. A message in pieces keeps its level.
   void end_banner();
 
-  /// Hands what the file side has buffered to the system. False if there is no file, or if anything
-  /// since its opening could not be written into it.
+  /// Hands the file's buffer to the system. False if there is no file, or if any write since its
+  /// opening failed.
   bool flush();
 
   /// Where the lines go, for the handler of fatal signals.
   LOG_OUTLETS& Outlets() { return outlets; }
 
-  /// Keeps the text of messages that reach the screen, without the heads, in `captured()`.
+  /// Keeps the text of messages that reach the screen, without heads and line ends, in
+  /// `captured()`. Of a `printf_line` it keeps the first 1029 characters.
   void set_capture(bool on) { capture = on; }
   bool is_capturing() const { return capture; }
   const std::list<std::string>& captured() const { return captured_lines; }
   const std::string& last_captured_line() const { return last_line; }
-  /// Adds text to the captured lines.
+  /// Adds text to the captured lines; a text that ends in "\n" completes a line.
   void Capture(std::string_view text);
 
  private:
@@ -137,13 +148,13 @@ class LOG {
   void SetPrefix(const char* word);
   void WriteStartLine();
   bool OpenForAppending(const char* path);
-  /// A file that lacks lines is told of on the screen.
+  /// Says on the screen if the file lacks lines.
   void CloseFile();
-  /// What can only be told on the screen.
+  /// Writes a line that only the screen can take.
   void ScreenFailure(const char* text, const std::string& name);
 
   LOG_OUTLETS outlets;
-  int lowest_level = DEBUG;  ///< the lower one of the thresholds: below it nothing is formatted
+  int lowest_level = DEBUG;  ///< the lower threshold; the log formats nothing below it
   int current_level = TRACE;
   std::string prefix;
   std::string configured_name;
