@@ -16,7 +16,7 @@ namespace varnoth {
 
 namespace {
 
-/// A stream's cookie is its descriptor itself.
+/// A stream's cookie is the descriptor itself.
 int Number(void* cookie) { return static_cast<int>(std::bit_cast<std::intptr_t>(cookie)); }
 
 ssize_t ReadCookie(void* cookie, char* buffer, std::size_t size) {
@@ -50,7 +50,7 @@ OWNED_FILE OpenStream(const char* path, int flags) {
 }
 
 bool SyncName(const char* path) {
-  std::string copy = path;  // which dirname changes
+  std::string copy = path;  // dirname changes its argument
   const int directory = OpenAtOnce(dirname(copy.data()), O_RDONLY | O_DIRECTORY);
   if (directory < 0) return false;
   const bool is_synced = Restarted([&] { return ::fsync(directory); }) == 0;

@@ -4,13 +4,16 @@
 
 namespace varnoth {
 
-/// Opens a C stream by the flags of open(2), a new file with mode 0666; null, with errno set, if it
-/// can't be opened. Calls on it that a signal interrupts go on. A pipe to write into that nobody
-/// reads is refused instead of waited for.
+/// Opens a C stream by the flags of open(2), for reading (O_RDONLY) or for writing alone; creates a
+/// file with mode 0666. Returns null, with errno set, on failure. The stream restarts calls that a
+/// signal interrupts. Refuses to write into a pipe that nobody reads, instead of waiting.
+///
+///     const OWNED_FILE file = OpenStream("orbit.txt", O_RDONLY);
+///     if (file == nullptr) std::perror("orbit.txt");
 OWNED_FILE OpenStream(const char* path, int flags);
 
-/// Waits until the disk holds the names in a file's directory: what was made there stays after a
-/// power cut, what was removed stays away. False, with errno set, on failure.
+/// Waits until the disk holds the names in the directory of `path`: after a power cut, created
+/// files are still there and removed ones don't come back. False, with errno set, on failure.
 bool SyncName(const char* path);
 
 }  // namespace varnoth

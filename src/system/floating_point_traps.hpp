@@ -4,17 +4,20 @@
 
 namespace varnoth {
 
-/// Makes invalid operations, divisions by zero and overflows of floating point arithmetic raise the
-/// signal SIGFPE. A processor without traps (64-bit ARM) only keeps flags of them.
+/// Makes invalid operations, divisions by zero and overflows of floating-point arithmetic raise the
+/// signal SIGFPE. A processor without traps (64-bit ARM) only sets its flags.
 void enable_fp_traps();
 
-/// On such a processor, raises SIGFPE if one of these has happened since the traps were enabled;
-/// elsewhere does nothing. A program calls it where its results would go on otherwise.
+/// On such a processor, raises SIGFPE if one of these flags is set; elsewhere does nothing. A
+/// program calls it before its results go further.
 void raise_missed_trap();
 
-/// Holds the floating point traps of its scope. The C library's conversions of text such as 1E999
-/// raise the overflow exception before any range check sees the value; within this scope they give
-/// an infinity instead of a signal.
+/// Holds off the floating-point traps in its scope, and drops the flags that its scope sets. The C
+/// library's conversion of a text such as 1E999 raises the overflow exception before a range check
+/// can see the value; in this scope it returns an infinity and raises no signal.
+///
+///     const HELD_TRAPS held;
+///     height = std::strtod(text, nullptr);
 class HELD_TRAPS {
  public:
   HELD_TRAPS() { std::feholdexcept(&environment); }

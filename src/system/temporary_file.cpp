@@ -20,7 +20,7 @@ std::string CreateIn(std::string directory, const char* prefix) {
 std::string CreateUniqueFile(const std::string& pattern) {
   std::string path;
   const int descriptor = Restarted([&] {
-    path = pattern;  // a failed try leaves other characters
+    path = pattern;  // a failed try may leave other characters
     return mkstemp(path.data());
   });
   if (descriptor < 0) return {};

@@ -4,17 +4,17 @@
 
 namespace varnoth {
 
-/// Creates an empty file, mode 0600, that nobody else had before, from a path that ends in six "X",
-/// which become random characters. Returns the path, or an empty text on failure; errno then tells
-/// why.
+/// Creates an empty file with mode 0600 under a name that no file has. `pattern` is a path that
+/// ends in six "X", which become random characters. Returns the path, or an empty text, with errno
+/// set, on failure.
+///
+///     const std::string path = CreateUniqueFile("insar.pool.XXXXXX");
 std::string CreateUniqueFile(const std::string& pattern);
 
-/// Creates an empty file with a new name in a temporary directory.
-///
-/// The variable TMPDIR, where it names a usable directory, goes before `directory`. The name is the
-/// directory, "/", `prefix` and six random characters.
-///
-/// Returns the path, or an empty text if neither directory takes the file; errno then tells why.
+/// Creates an empty file with a new name, mode 0600, in a temporary directory: the one that the
+/// variable TMPDIR names or, if that takes no file, `directory`. The path is the directory, "/",
+/// `prefix` and six random characters. Returns the path, or an empty text, with errno set, on
+/// failure.
 std::string CreateTemporaryFile(const char* directory, const char* prefix);
 
 }  // namespace varnoth

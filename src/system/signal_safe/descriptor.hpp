@@ -10,16 +10,23 @@
 
 namespace varnoth {
 
-/// Opens a file by the flags of open(2), a new one with mode 0666, so that calls on the descriptor
-/// wait as usual; -1, with errno set, if it can't be opened. The opening itself waits for nobody: a
-/// pipe to write into that nobody reads is refused.
+/// Opens a file by the flags of open(2), and creates one with mode 0666; -1, with errno set, on
+/// failure. The opening itself never waits: it refuses to write into a pipe that nobody reads.
+/// Calls on the descriptor wait as usual. A new program that replaces the process does not get the
+/// descriptor.
+///
+///     const int descriptor = OpenDescriptor("insar.pool", O_WRONLY | O_CREAT);
+///     std::size_t written = 0;
+///     if (!WriteAll(descriptor, text, size, written)) std::perror("insar.pool");
 int OpenDescriptor(const char* path, int flags);
 
-/// The same, and calls on the descriptor don't wait either. No difference to an ordinary file.
+/// The same, but calls on the descriptor don't wait either. For an ordinary file it makes no
+/// difference.
 int OpenAtOnce(const char* path, int flags);
 
-/// Writes all bytes by `write(bytes, size)`, a call like write(2), through interruptions; false,
-/// with errno set, if the file takes fewer. `written` tells how many it took.
+/// Writes all bytes by `write(bytes, size)`, a call like write(2), and restarts it if a signal
+/// interrupts it; false, with errno set, if the file takes fewer. `written` is the number of bytes
+/// that it took.
 template <class WRITE>
 bool WriteAllBy(WRITE write, const char* bytes, std::size_t size, std::size_t& written) {
   for (written = 0; written < size;) {
@@ -31,21 +38,20 @@ bool WriteAllBy(WRITE write, const char* bytes, std::size_t size, std::size_t& w
   return true;
 }
 
-/// Writes all bytes, through interruptions; false, with errno set, if the file takes fewer.
-/// `written` tells how many it took.
+/// The same by write(2).
 bool WriteAll(int descriptor, const char* bytes, std::size_t size, std::size_t& written);
 
-/// Whether a write of a line would not wait now.
+/// Whether the descriptor takes a line now, without waiting.
 bool TakesBytes(int descriptor);
 
-/// Closes; false, with errno set, on failure. The descriptor is gone whatever close says, so an
-/// interrupted one is neither repeated nor a failure.
+/// Closes; false, with errno set, on failure. The descriptor is gone in any case, so an interrupted
+/// close is no failure and is not repeated.
 bool CloseDescriptor(int descriptor);
 
-/// Makes a small file that nobody shares and whose whole content is `text`; false, with errno set,
-/// if it can't be made. What stands under the name as a link, a second name of another file, a
-/// pipe or a device is taken away first, so that nothing behind it is written. An ordinary file is
-/// kept, and on the way never empty.
+/// Makes a small file that no other name shares, with `text` as its whole content; false, with
+/// errno set, on failure. First removes a link, a second name of another file, a pipe or a device
+/// of that name, so that nothing behind it changes. Overwrites an ordinary file in place; the file
+/// is never empty meanwhile.
 bool ReplaceFile(const char* path, std::string_view text);
 
 }  // namespace varnoth

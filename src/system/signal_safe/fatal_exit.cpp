@@ -15,7 +15,7 @@ namespace varnoth {
 
 namespace {
 
-// The words are what supervisors look for; they stay even where today's system means another thing.
+// Supervisors look for these words; they stay even where today's systems mean another thing.
 constexpr const char* TEXTS[31] = {
     "hangup",
     "interrupt (rubout)",
@@ -50,7 +50,7 @@ constexpr const char* TEXTS[31] = {
     "bad argument to system call",
 };
 
-/// Text of a signal number; empty for one without a text.
+/// Text of a signal number; empty if it has none.
 const char* SignalText(int number) {
   const char* const text = number >= 1 && number <= 31 ? TEXTS[number - 1] : nullptr;
   return text != nullptr ? text : "";
@@ -62,7 +62,7 @@ constinit std::atomic<bool> is_entered = false;
 constinit int signal_number = 0;
 constinit MARK_FAULTS mark_faults;
 
-/// A line that is composed without memory of its own; what does not fit is cut.
+/// A line, composed in a fixed buffer; it drops what does not fit.
 class LINE {
  public:
   LINE(std::initializer_list<std::string_view> pieces) {
@@ -82,7 +82,7 @@ class LINE {
 
 void Tell(LOG_OUTLET& outlet, int level, const LINE& line) {
   if (!outlet.Shows(level)) return;
-  outlet.sink.EndLine();  // the signal may have come in the middle of one
+  outlet.sink.EndLine();  // the signal may have come in the middle of a line
   plan.log->AppendHead(outlet.sink, level);
   outlet.sink.Append(line.Text());
 }
@@ -102,7 +102,7 @@ void TellAll(LOG_OUTLET& outlet) {
 }
 
 [[noreturn]] void End() {
-  // The file first: the screen may be the slower one.
+  // The file first: the screen may be slower.
   for (LOG_OUTLET* outlet : {&plan.log->file, &plan.log->screen}) {
     if (!outlet->sink.IsOpen() || !outlet->sink.TakesBytes()) continue;
     if (!is_ending_well) TellAll(*outlet);
@@ -112,7 +112,7 @@ void TellAll(LOG_OUTLET& outlet) {
   _exit(plan.has_controller ? 1 : 255);
 }
 
-/// By the default action of the alarm, whatever else hangs.
+/// Lets the default action of the alarm end the process, whatever hangs.
 void EndWithinASecond() {
   struct sigaction action {};
   action.sa_handler = SIG_DFL;
@@ -124,7 +124,7 @@ void EndWithinASecond() {
   alarm(1);
 }
 
-/// Lets no further signal but the alarm in when the handler has returned.
+/// Blocks every signal but the alarm for the time after the handler returns.
 void HoldSignals(ucontext_t& interrupted) {
   for (int number = 1; number <= 31; ++number) {
     if (number != SIGALRM) sigaddset(&interrupted.uc_sigmask, number);
@@ -144,7 +144,7 @@ void HandleFatalSignal(int number, siginfo_t* /*information*/, void* context) {
   if (is_entered.exchange(true)) _exit(is_ending_well ? 0 : 1);
   EndWithinASecond();
   signal_number = number;
-  // Ahead of the lines, which may not come to their end.
+  // Before the lines: writing them may hang.
   if (!is_ending_well) mark_faults = ChangeMarks(plan.ok_mark, plan.error_mark, 1);
   if (!UNINTERRUPTED::IsUnderWay()) End();
   UNINTERRUPTED::AtItsEnd(End);

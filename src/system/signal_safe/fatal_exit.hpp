@@ -7,30 +7,36 @@
 
 namespace varnoth {
 
-/// What the handler of a fatal signal has to know. Copies, none of them on the heap, which may be
-/// in disorder when they are needed.
+/// What the handler of a fatal signal needs. All are copies outside the heap, which may be corrupt
+/// by then.
+///
+///     FATAL_EXIT_PLAN plan{.log = &GlobalLog.Outlets(), .has_controller = true};
+///     std::strcpy(plan.error_mark, "ERROR.varnoth");
+///     PlanFatalExit(plan);
 struct FATAL_EXIT_PLAN {
-  LOG_OUTLETS* log = nullptr;
-  bool has_controller = false;
-  bool is_supervised = false;
-  char program[PATH_LIMIT + 1] = {};
-  char ok_mark[PATH_LIMIT + 1] = {};
-  char error_mark[PATH_LIMIT + 1] = {};
+  LOG_OUTLETS* log = nullptr;            ///< must be set before a handler is installed
+  bool has_controller = false;           ///< exit status 1 instead of 255
+  bool is_supervised = false;            ///< writes the supervisor's line too
+  char program[PATH_LIMIT + 1] = {};     ///< its name in the supervisor's line
+  char ok_mark[PATH_LIMIT + 1] = {};     ///< path to remove; empty for none
+  char error_mark[PATH_LIMIT + 1] = {};  ///< path to write; empty for none
 };
 
-/// Takes the plan over.
+/// Copies the plan for the handler; no signal sees half of it.
 void PlanFatalExit(const FATAL_EXIT_PLAN& plan);
 
-/// From here on the run counts as done: a signal ends it with status 0 and leaves the marks alone.
+/// Makes the run count as done: from here on a fatal signal ends it with status 0, and changes no
+/// mark and writes no line.
 void EndWell();
 
-/// The handler of fatal signals, to be installed with SA_SIGINFO, all signals blocked. Sets the
-/// failure mark, tells the signal in the log and on the screen, and ends the process with status 1,
-/// without a controller 255.
+/// The handler of fatal signals; install it with SA_SIGINFO and all signals blocked. Sets the
+/// failure mark, writes the signal's text to the log and the screen, and ends the process with
+/// status 1, or 255 without a controller. If the signal interrupts an UNINTERRUPTED stretch, the
+/// lines and the end wait for its end.
 ///
-/// From its first instruction to the end it makes only async-signal-safe calls: no allocation, no
-/// stdio, no lock, no exit handlers. An alarm ends what hangs within a second. A signal that comes
-/// in addition, a fault of the handler's own included, ends the process at once.
+/// It makes only async-signal-safe calls: no allocation, no stdio, no lock, no exit handlers. If
+/// something hangs, an alarm ends the process within a second. A fault of the handler itself ends
+/// the process at once, and so does a further signal that reaches the handler.
 void HandleFatalSignal(int number, siginfo_t* information, void* context);
 
 }  // namespace varnoth

@@ -4,7 +4,7 @@
 
 namespace varnoth {
 
-/// Severity of a log message; the numbers are those that callers and thresholds use.
+/// Severity of a log message. Callers and thresholds use the numbers.
 enum LOG_LEVEL : int {
   TRACE = 1,
   DEBUG = 2,
@@ -17,14 +17,14 @@ enum LOG_LEVEL : int {
   NO_LEVEL = 9,  ///< above all levels: a threshold that shows nothing
 };
 
-/// What a level is called and how it shows.
+/// Names and style of a level.
 struct LEVEL_ROW {
-  const char* label;  ///< five characters, as a line shows it
-  const char* name;   ///< long name, as thresholds are given
-  const char* screen_style;
+  const char* label;         ///< five characters, for the head of a line
+  const char* name;          ///< long name, for thresholds; null in row 0
+  const char* screen_style;  ///< escape sequence; empty for plain text
 };
 
-/// By level; row 0 is for numbers that are no level.
+/// The rows by level; row 0 stands for numbers that are no level.
 inline constexpr LEVEL_ROW LEVELS[] = {
     {"LEV_?", nullptr, ""},          {"TRACE", "TRACE", ""},
     {"DEBUG", "DEBUG", ""},          {"PARAM", "PARAMETER", ""},
@@ -33,6 +33,7 @@ inline constexpr LEVEL_ROW LEVELS[] = {
     {"ALARM", "ALARM", "\033[7m"},
 };
 
+/// The row of a level: `RowOf(ALARM).label`; row 0 for any other number.
 constexpr const LEVEL_ROW& RowOf(int level) {
   return LEVELS[level >= TRACE && level <= ALARM ? level : 0];
 }
@@ -45,14 +46,19 @@ struct LOG_OUTLET {
   bool Shows(int level) const { return sink.IsOpen() && level >= lowest_level; }
 };
 
-/// Where the log's lines go, and the word of their heads. Outlives the log, so that a signal at
-/// the very end finds it.
+/// Where the log's lines go, and the word of their heads. Needs no destruction, so that a signal
+/// at the very end still finds it.
+///
+///     LOG_OUTLETS& outlets = GlobalLog.Outlets();
+///     outlets.AppendHead(outlets.screen.sink, INFO);
+///     outlets.screen.sink.Append("done\n");
+///     outlets.screen.sink.Flush();
 struct LOG_OUTLETS {
   LOG_OUTLET screen{.sink = TEXT_SINK(1)};
   LOG_OUTLET file;
   const char* prefix = "";
 
-  /// Begins a line: label, word.
+  /// Begins a line: "LABEL : word : ".
   void AppendHead(TEXT_SINK& sink, int level) const;
 };
 

@@ -4,7 +4,10 @@
 
 namespace varnoth {
 
-/// Repeats a system call that a signal interrupted.
+/// Makes a system call, and repeats it as long as a signal interrupts it (a negative result with
+/// errno EINTR). Returns the last result.
+///
+///     const ssize_t count = Restarted([&] { return ::read(descriptor, block, sizeof block); });
 template <class CALL>
 auto Restarted(CALL call) {
   auto result = call();

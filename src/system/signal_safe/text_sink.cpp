@@ -37,7 +37,7 @@ void TEXT_SINK::Add(std::string_view text, bool line_starts) {
   if (text.size() > SIZE - filled) Flush();
   const bool fits = text.size() <= SIZE;
   if (fits) std::memcpy(bytes + filled, text.data(), text.size());
-  // A handler finds all of the text, or nothing of it.
+  // A handler finds all of the text or none of it.
   const UNINTERRUPTED whole(descriptor);
   fits ? void(filled += text.size()) : Write(text);
   at_line_start = line_starts;
@@ -45,7 +45,7 @@ void TEXT_SINK::Add(std::string_view text, bool line_starts) {
 
 bool TEXT_SINK::Flush() {
   if (filled > 0) {
-    // Neither lost nor written twice.
+    // A handler must neither lose the buffer nor write it twice.
     const UNINTERRUPTED whole(descriptor);
     Write({bytes, filled});
     filled = 0;

@@ -5,31 +5,36 @@
 
 namespace varnoth {
 
-/// An open file or the screen, with a fixed buffer ahead of it. A signal handler may write into a
-/// sink that it interrupted: what had been appended completely is in the buffer and goes ahead of
-/// its own text.
+/// An open file or the screen, behind a fixed buffer of 8192 bytes. A signal handler may write into
+/// a sink that it interrupted: the buffer holds the complete texts appended so far, and they go out
+/// before the handler's own.
+///
+///     TEXT_SINK screen(1);
+///     screen.Append("done\n");
+///     if (!screen.Flush()) return false;
 class TEXT_SINK {
  public:
-  /// Without a file.
+  /// A sink without a file.
   constexpr TEXT_SINK() = default;
   constexpr explicit TEXT_SINK(int open_descriptor) : descriptor(open_descriptor) {}
 
   bool IsOpen() const { return descriptor >= 0; }
-  /// Takes an open descriptor; what was open is not closed.
+  /// Takes an open descriptor and empties the buffer; does not close the former descriptor.
   void Open(int open_descriptor);
-  /// Flushes and closes; false if anything since the opening could not be written.
+  /// Flushes and closes; false if the close or any write since the opening failed.
   bool Close();
 
-  /// Adds text to the buffer, and writes what does not fit.
+  /// Adds text to the buffer; first flushes a buffer without room for it. Writes a text that is
+  /// longer than the buffer directly.
   void Append(std::string_view text);
-  /// Adds what takes no place on a line, such as an escape sequence.
+  /// Adds text that takes no room on a line, such as an escape sequence.
   void AppendUnseen(std::string_view text);
-  /// Ends a line that has been begun.
+  /// Ends the current line if it has text.
   void EndLine();
-  /// Writes the buffer; false if anything since the opening could not be written.
+  /// Writes the buffer; false if any write since the opening failed.
   bool Flush();
 
-  /// Whether a flush would not wait now.
+  /// Whether a flush can go ahead now, without waiting.
   bool TakesBytes() const;
 
  private:
