@@ -22,7 +22,7 @@ namespace {
 
 constexpr int DEFAULT_INPUT_SECONDS = 120;
 
-/// A name of the run within the limit that all its file names have.
+/// The text, if it is within the limit of all file names of a run.
 STRING Bounded(const char* what, const STRING& text) {
   if (text.Length() > PATH_LIMIT) {
     GlobalLog.set(ALARM) << what << " is longer than " << PATH_LIMIT << " characters: " << text
@@ -37,12 +37,12 @@ void TellOfFaults(const MARK_FAULTS& faults, const STRING& old_mark, const STRIN
   if (faults.is_left) GlobalLog.set(WARNING) << "Can not remove file " << old_mark << "!\n";
 }
 
-/// A name in a fixed buffer; within the limit already.
+/// Copies a name into a fixed buffer; the name is within the limit already.
 void Copy(const STRING& name, char (&buffer)[PATH_LIMIT + 1]) {
   std::memcpy(buffer, name.c_str(), name.Length() + 1);
 }
 
-/// Reads on to the next line whose first word is the key, and takes its second word.
+/// Reads on to the next line whose first word is the key, and returns its second word in `value`.
 bool ReadOnTo(const char* key, std::FILE* file, STRING& value) {
   char line[1024];
   char name[sizeof line];
@@ -58,7 +58,7 @@ bool ReadOnTo(const char* key, std::FILE* file, STRING& value) {
   return false;
 }
 
-/// One word from standard input, bounded: a longer one is refused by whoever takes the value.
+/// One word from standard input, up to a limit; the code that uses the value refuses longer ones.
 std::string ReadWord() {
   constexpr std::size_t WORD_LIMIT = 4096;
   std::string word;
@@ -75,7 +75,7 @@ std::string ReadWord() {
 void CONTROLLER_IFC::init(int count, char** arguments, bool supervise) {
   supervised = supervise;
   {
-    // A death in between could not be marked: the marks have no names yet.
+    // A signal in between could set no mark: the marks have no names yet.
     const HELD_SIGNALS held;
     install_signal_handlers(this);
     argc = count;
@@ -86,7 +86,7 @@ void CONTROLLER_IFC::init(int count, char** arguments, bool supervise) {
   const int reason = config_file == nullptr ? errno : 0;
   MoveLog();
   if (config_file == nullptr) {
-    // Without the keys of a file that is there the run would go on with other values.
+    // Without the keys of an existing file the run would go on with other values.
     if (reason != ENOENT && reason != ENOTDIR) FailOnConfigFile(reason);
     GlobalLog.set(WARNING) << "Configuration file " << config_file_name << " does not exist!\n";
   }
@@ -121,7 +121,7 @@ void CONTROLLER_IFC::ReadNames() {
   config_file_name = Bounded("name of the configuration file", config_file_name);
 }
 
-// As soon as a name is known, so that a later one that is refused still ends in a failure mark.
+// Called as soon as a name is known, so that a refusal of a later name still sets a failure mark.
 void CONTROLLER_IFC::FormMarks() {
   const STRING stop = Bounded("path of the STOP file", status_path + "STOP." + binary_name);
   const STRING error = Bounded("path of the failure mark", status_path + "ERROR." + binary_name);
@@ -191,8 +191,8 @@ bool CONTROLLER_IFC::FindInArguments(const char* key, STRING& value) const {
   return true;
 }
 
-// A sequential reader: the search goes on where the last one left the file, so that lookups in the
-// file's own order take one pass in all.
+// A search starts where the last one stopped, so that lookups in the file's own order take one pass
+// in all.
 bool CONTROLLER_IFC::FindInConfigFile(const char* key, STRING& value) {
   if (config_file == nullptr) return false;
   for (int rewinds = 0; rewinds < 2; ++rewinds) {
@@ -225,7 +225,7 @@ void CONTROLLER_IFC::AskKeyboard(const char* key, STRING& value) {
   long seconds = wanted != nullptr ? std::strtol(wanted, nullptr, 10) : DEFAULT_INPUT_SECONDS;
   if (seconds < 0 || seconds > 0x7FFFFFFF) seconds = DEFAULT_INPUT_SECONDS;
   GlobalLog.set(DEBUG) << "waiting " << seconds << " seconds for input\n";
-  GlobalLog.flush();  // a time-out ends the process without the chance to
+  GlobalLog.flush();  // a time-out ends the process without a flush
   alarm(static_cast<unsigned>(seconds));
   std::printf("%s := ", key);
   std::fflush(stdout);
@@ -305,7 +305,7 @@ void CONTROLLER_IFC::SyncMarks() const {
 
 void CONTROLLER_IFC::exit_ok() {
   {
-    // No signal that comes behind the success mark may take it away.
+    // A signal after the success mark must not remove it.
     const UNINTERRUPTED whole;
     EndWell();
     mark_ok();

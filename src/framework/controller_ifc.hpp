@@ -6,15 +6,23 @@
 
 namespace varnoth {
 
-/// The process's contact with whatever started it, a supervisor or a person at a terminal: it finds
-/// the configuration, places the status files that tell how the run ended, obeys a STOP file, and
-/// ends the process on its regular paths. The main function owns the one object.
+/// The process's contact with its starter, a supervisor or a person at a terminal. It finds the
+/// configuration, writes the status files that show how the run ended, obeys a STOP file, and ends
+/// the process on its regular paths. The main function owns the one object:
 ///
-/// A parameter is looked for in the argument list ("-key value", the last pair wins), in the
-/// configuration file, in the environment and, if it is mandatory, at the keyboard.
+///     CONTROLLER_IFC controller;
+///     controller.init(argc, argv, true);
+///     STRING pool;
+///     controller.get_parameter("ParameterPool", pool);
+///     controller.exit_ok();
 ///
-/// From `init` until the regular end the failure mark stands, so that a run that dies in any way is
-/// reported as failed.
+/// A lookup searches the argument list ("-key value", the last pair wins), then the configuration
+/// file (a line per key: key, blank, value), then the environment, and for a mandatory parameter
+/// asks at the keyboard. A value from the file or the keyboard is one word. Every lookup throws
+/// ERROR_CAN_NOT_READ_FILE, behind a line at ALARM, if it can't read the file.
+///
+/// The failure mark stands from `init` until the regular end, so that a run that dies in any way
+/// counts as failed. A mark that can't be written or removed leaves a line at WARNING, no more.
 class CONTROLLER_IFC {
  public:
   CONTROLLER_IFC() = default;
@@ -23,26 +31,28 @@ class CONTROLLER_IFC {
 
   /// Sets the process up: signal handlers, names, configuration file, log file and levels, marks.
   /// With `supervise` the fatal-signal handler also writes the supervisor's line. The arguments
-  /// must outlive the object.
+  /// must outlive the object. A missing configuration file leaves a line at WARNING.
   ///
-  /// Ends the process with status 2 if the STOP file is there, and with 255 if the log file can't
-  /// be opened. Throws, behind a line at ALARM, ERROR_ARGUMENT for a path of more than 255
-  /// characters, and ERROR_CAN_NOT_READ_FILE for a configuration file that is there but can't be
-  /// read, as every later look into it does.
+  /// Ends the process with status 2 if the STOP file exists, and with 255 if the log file can't be
+  /// opened. Throws, behind a line at ALARM, ERROR_ARGUMENT for a name or path of more than 255
+  /// characters, and ERROR_CAN_NOT_READ_FILE for an existing configuration file that can't be
+  /// read.
   void init(int count, char** arguments, bool supervise);
 
-  /// Finds a mandatory parameter, at last at the keyboard, and returns true. With the keyboard
-  /// closed the value stays as it was. A time-out ends the process by the alarm signal.
+  /// Finds a mandatory parameter, or asks for it at the keyboard; returns true. If the keyboard is
+  /// closed, the value stays as it was. No answer within SECONDS_ON_PARAMETER_INPUT seconds (an
+  /// environment variable; 120 without it, 0 waits for ever) ends the process by the alarm signal.
   bool get_parameter(const char* key, STRING& value);
-  /// Finds an optional parameter; false, and the value unchanged, if there is none.
+  /// Finds an optional parameter; false, with the value unchanged, if there is none.
   bool find_parameter(const char* key, STRING& value);
-  /// Whether a parameter is there.
+  /// Whether `find_parameter` finds a value.
   bool has_parameter(const char* key);
-  /// Finds an optional parameter without a line in the log, and without a change of where the next
+  /// `find_parameter` that logs no line but a failure's, and does not move the place where the next
   /// search in the configuration file begins.
   bool find_quietly(const char* key, STRING& value) const;
 
-  /// Name under which status and default files are formed; "unknown" before `init`.
+  /// Name in the names of status and default files. Before `init` "unknown", with two lines at
+  /// WARNING.
   const STRING& get_binary_name();
   /// Last component of the program's path.
   const STRING& get_base_name() const { return base_name; }
@@ -52,20 +62,23 @@ class CONTROLLER_IFC {
   [[noreturn]] void exit_ok();
   /// Sets the failure mark and ends the process with status 1.
   [[noreturn]] void exit_error();
-  /// The same without ending the process; gives that status.
+  /// Set the mark and close the configuration file, but do not end the process; return the status.
   int mark_ok();
   int mark_error();
+  /// Removes the success mark and writes the failure mark.
   void set_failure_mark();
-  /// From now on a change of the marks waits until the disk holds it, as those that stand do when
-  /// this returns.
+  /// Waits until the disk holds the marks, now and after each later change. A failure leaves a line
+  /// at WARNING.
   void SetDurable();
+  /// Removes the failure mark.
   void remove_error_file();
-  /// Safe on a closed file.
+  /// Later lookups skip the configuration file. Safe on a closed file.
   void close_config() { config_file.reset(); }
 
+  /// Makes the fatal-signal handler write the supervisor's line too.
   void set_supervised();
   bool is_supervised() const { return supervised; }
-  /// What a fatal signal has to know of the run, as far as it is known.
+  /// What the fatal-signal handler needs, as far as it is known.
   FATAL_EXIT_PLAN fatal_exit_plan() const;
 
  private:
@@ -86,7 +99,7 @@ class CONTROLLER_IFC {
   char** argv = nullptr;
   STRING binary_name;
   STRING base_name;
-  STRING status_path;  ///< with a "/" at its end, or empty
+  STRING status_path;  ///< ends in "/", or is empty
   OWNED_FILE config_file;
   STRING ok_file;
   STRING stop_file;

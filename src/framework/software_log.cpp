@@ -8,8 +8,8 @@ namespace varnoth {
 
 namespace {
 
-/// A column of the table, in the order in which a log pool takes them. The one that holds no texts
-/// is `execution_times`.
+/// A column of the table, in the order of a log pool. The column without texts is
+/// `execution_times`.
 struct COLUMN {
   const char* name;
   VECTOR<STRING> SoftwareLog::*texts = nullptr;
@@ -24,7 +24,7 @@ constexpr COLUMN COLUMNS[] = {
     {"end_times", &SoftwareLog::end_times, &SoftwareIdentity::end_time},
 };
 
-/// Key of a column; no prefix stands ahead of the software keys of a log pool.
+/// Key of a column; the software keys of a log pool have no prefix.
 STRING ColumnKey(const char* column) { return join_key({"", "software", column}); }
 
 }  // namespace
@@ -56,7 +56,7 @@ void SoftwareLog::add(const SoftwareIdentity& identity) {
 }
 
 void SoftwareLog::update_pool(PARAMETER_POOL_READ_WRITE_CHANGE& pool, SoftwareIdentity& identity) {
-  pool.Lock();  // from the reading of the rows to their writing
+  pool.Lock();  // so that no other step changes the rows between reading and writing
   if (pool.find_key(ColumnKey("names").c_str())) {
     for (const COLUMN& column : COLUMNS) {
       if (column.texts != nullptr) {

@@ -13,7 +13,7 @@ namespace {
 constexpr int CAUGHT[] = {SIGHUP, SIGINT,  SIGQUIT, SIGILL,  SIGABRT, SIGABRT, SIGFPE,
                           SIGBUS, SIGSEGV, SIGSYS,  SIGTERM, SIGURG,  SIGXCPU, SIGXFSZ};
 
-/// A stack that has overflown takes no handler.
+/// The handler needs a stack of its own: after an overflow the usual one has no room.
 constexpr std::size_t STACK_SIZE = 65536;
 alignas(16) char alternate_stack[STACK_SIZE];
 
@@ -35,8 +35,8 @@ void install_signal_handlers(const CONTROLLER_IFC* controller) {
   struct sigaction action {};
   action.sa_sigaction = HandleFatalSignal;
   action.sa_flags = SA_RESTART | SA_ONSTACK | SA_SIGINFO;
-  // One death at a time: what else arrives must not tell of itself in the middle of a line. A fault
-  // of the handler's own ends the process at once.
+  // One signal at a time: a second one must not write into the middle of a line. A fault of the
+  // handler itself ends the process at once.
   sigfillset(&action.sa_mask);
   for (const int number : CAUGHT) sigaction(number, &action, nullptr);
 }

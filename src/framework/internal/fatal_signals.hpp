@@ -6,17 +6,20 @@ namespace varnoth {
 
 class CONTROLLER_IFC;
 
-/// Turns each fatal signal into the failure path of a run: the log tells the signal, the supervisor
-/// gets its marked line, the failure mark stands, and the process ends with status 1. Caught are
-/// hangup, interrupt, quit, illegal instruction, abort, floating point exception, bus error,
-/// segmentation violation, bad system call, termination, urgent socket condition, CPU and file size
-/// limits; everything else keeps its default action.
+/// Turns each fatal signal into the failure path of a run: the log gets the signal's text and, if
+/// the run is supervised, the supervisor's line; the failure mark stands; the process ends with
+/// status 1. Without a controller the status is 255 and there is no mark.
 ///
-/// The handler makes only async-signal-safe calls, on a stack of its own; see `HandleFatalSignal`.
-/// Without a controller the status is 255 and there is no mark.
+/// Catches hangup, interrupt, quit, illegal instruction, abort, floating-point exception, bus
+/// error, segmentation violation, bad system call, termination, urgent socket condition, CPU and
+/// file size limits; all other signals keep their default action. The handler makes only
+/// async-signal-safe calls, on a stack of its own; see `HandleFatalSignal`.
 void install_signal_handlers(const CONTROLLER_IFC* controller);
 
-/// Holds all signals of its scope; they arrive at its end.
+/// Holds back all signals in its scope; they arrive at its end.
+///
+///     const HELD_SIGNALS held;
+///     install_signal_handlers(&controller);
 class HELD_SIGNALS {
  public:
   HELD_SIGNALS();
