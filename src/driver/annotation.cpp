@@ -3,7 +3,7 @@
 namespace varnoth {
 
 void annotate_results(const RESULTS& results, PARAMETER_POOL_READ_WRITE_CHANGE& insar_pool) {
-  // The degree sign is the one byte of Latin-1.
+  // The degree sign is a single byte, as in Latin-1.
   constexpr const char* LOOK = "Look angle [\xB0] (calibration purposes)";
   constexpr const char* INCIDENCE = "Incidence angle [\xB0] (calibration purposes)";
   constexpr const char* DISTANCE = "Range distance [m] (calibration purposes)";
@@ -13,7 +13,7 @@ void annotate_results(const RESULTS& results, PARAMETER_POOL_READ_WRITE_CHANGE& 
   const auto write_with = [&](const char* comment, const char* key, const auto& value) {
     insar_pool.Change(key, value, ARRAY<STRING>(comment));
   };
-  /// The values of the first line and then those of the last one.
+  /// Writes the values of the first line, then those of the last one.
   const auto write_lines = [&](const char* comment, const char* early_key, const char* late_key,
                                const std::array<VECTOR<double>, 2>& values) {
     write_with(comment, early_key, values[FIRST_LINE]);

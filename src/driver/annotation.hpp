@@ -5,9 +5,10 @@
 
 namespace varnoth {
 
-/// Writes the thirty-nine results into the InSAR pool object, in their fixed order; the pool's file
-/// changes with the pool's update. A run over a pool that holds results of an earlier one replaces
-/// them in place. Throws what the pool throws.
+/// Writes the thirty-nine results into the InSAR pool object, in a fixed order; the pool's file
+/// changes with the pool's update. Replaces the results of an earlier run in place. Throws what the
+/// pool throws, and ERROR_ARGUMENT, behind a line at ALARM, for a look direction that is neither
+/// -1.0 nor 1.0.
 void annotate_results(const RESULTS& results, PARAMETER_POOL_READ_WRITE_CHANGE& insar_pool);
 
 }  // namespace varnoth

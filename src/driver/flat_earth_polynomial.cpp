@@ -17,7 +17,7 @@ namespace {
 /// The abscissae are raw samples, neither scaled nor centred.
 ARRAY<double> Fit(const ARRAY<double>& spl, const ARRAY<double>& phase, int count) {
   ARRAY<double> polynomial(0, count);
-  // The largest ahead of the others: a degree out of reach fails before any memory is written.
+  // The largest allocation first: an excessive degree fails before the program touches any memory.
   MATRIX<double> covariance(RANGE<int>(1, count), RANGE<int>(1, count));
   // The kernel takes one-based arrays.
   ARRAY<double> sigma(1, SWEEP_SAMPLES);
@@ -57,7 +57,7 @@ FLAT_EARTH fit_flat_earth_polynomials(const SCENE& scene, const SWEEP& sweep, in
   flat_earth.fringe_frequency_range = ((first[FAR_SAMPLE].phase + last[FAR_SAMPLE].phase) -
                                        (first[NEAR_SAMPLE].phase + last[NEAR_SAMPLE].phase)) /
                                       (2.0 * (spl[FAR_SAMPLE] - spl[NEAR_SAMPLE]));
-  // Over the number of lines, not of line steps.
+  // Divide by the number of lines, not of line steps.
   flat_earth.fringe_frequency_azimuth =
       (last[MID_SAMPLE].phase - first[MID_SAMPLE].phase) / scene.n_lines;
   flat_earth.equator_crossing_direction =

@@ -5,10 +5,13 @@
 
 namespace varnoth {
 
-/// Fits per line a polynomial of the given degree to the phase over range (cycles over raw master
-/// range samples), and gives it with its misfit, the fringe frequencies and the pass direction;
-/// logs them. A degree that can't be fitted ends the process through the kernel of the fit, or
-/// throws the text "ARRAY : can not copy array" where it is below -1.
+/// Fits a polynomial of the given degree to the phase along each line, in cycles over master range
+/// samples (neither scaled nor centred), by least squares. Returns the polynomials, the fringe
+/// frequencies and the pass direction; logs them with the largest misfit (cycles and m).
+///
+/// A degree of -1, or one that gives a singular system, ends the process by `nrerror`. Throws the
+/// text "ARRAY : can not copy array" for a degree below -1, and that text or ERROR_NO_MEMORY for
+/// one whose fit takes too much memory.
 FLAT_EARTH fit_flat_earth_polynomials(const SCENE& scene, const SWEEP& sweep, int degree);
 
 }  // namespace varnoth

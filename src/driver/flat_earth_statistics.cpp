@@ -11,8 +11,8 @@ namespace {
 
 constexpr double SAMPLE_COUNT = 2 * SWEEP_SAMPLES;
 
-/// Effective baseline (m) that the mean metres per cycle belongs to: sin(incidence) · R ·
-/// (-lambda/2) over the metres per cycle, at mid range.
+/// Effective baseline (m) that matches the mean metres per cycle: sin(incidence) · R · (-lambda/2)
+/// over the metres per cycle, at mid range; half of it in single pass.
 double PredictedBaseline(const SCENE& scene, float mid_incidence, double metres_per_cycle) {
   const double mid_range_time =
       (scene.master_last_rg_time - scene.master_first_rg_time) * 0.5 + scene.master_first_rg_time;
@@ -26,7 +26,7 @@ double PredictedBaseline(const SCENE& scene, float mid_incidence, double metres_
 /// Means over all samples.
 struct MEANS {
   double metres_per_cycle = 0.0;
-  double eff_baseline = 0.0;  ///< with the sign that metres per cycle have not
+  double eff_baseline = 0.0;  ///< its sign is opposite to that of metres per cycle
   double delta_r = 0.0;
 };
 
@@ -36,14 +36,14 @@ MEANS MeansOf(const SWEEP& sweep) {
     for (const SAMPLE_GEOMETRY& sample : line) {
       sums.eff_baseline += sample.effective_baseline;
       sums.delta_r += sample.range_difference;
-      // One sample that tells no heights is to show in the mean, whatever stood there.
+      // A sample without a height conversion discards the sum so far, so that the mean shows it.
       const bool tells_none = sample.metres_per_cycle == NO_HEIGHT_CONVERSION;
       sums.metres_per_cycle = (tells_none ? 0.0 : sums.metres_per_cycle) + sample.metres_per_cycle;
     }
   }
   MEANS means{sums.metres_per_cycle / SAMPLE_COUNT, sums.eff_baseline / SAMPLE_COUNT,
               sums.delta_r / SAMPLE_COUNT};
-  // The roots of the sweep have no sign.
+  // The sweep takes its baselines from roots, which have no sign.
   if (means.metres_per_cycle > 0.0) means.eff_baseline = -means.eff_baseline;
   return means;
 }

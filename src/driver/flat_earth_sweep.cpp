@@ -11,7 +11,7 @@ namespace varnoth {
 
 namespace {
 
-/// A sample of the sweep, with the lines that tell of it.
+/// Works out a sample of the sweep and logs its lines.
 SAMPLE_GEOMETRY SweepSample(const SCENE& scene, const PAIR_CONSTANTS& pair, const MASTER_LINE& line,
                             double range_time, BISTATIC_B& bistatic) {
   SAMPLE_GEOMETRY sample;

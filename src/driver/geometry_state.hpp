@@ -10,14 +10,14 @@
 
 namespace varnoth {
 
-/// Places of the two acquisitions in arrays of two.
+/// Indices of the two acquisitions in arrays of two: `scene.prf[SLAVE]`.
 enum ROLE : int { MASTER = 0, SLAVE = 1 };
-/// Places of the two azimuth positions, the first and the last line of the master.
+/// Indices of the two azimuth positions, the first and the last line of the master.
 enum AZIMUTH_POSITION : int { FIRST_LINE = 0, LAST_LINE = 1 };
 
-/// What a run reads of its pair. Nothing changes it once it is read, and no calculation reads a
-/// pool. Times are seconds on the axis of the scene parameters, angles degrees, lengths metres, if
-/// nothing else is said.
+/// What a run reads about its pair, with the end times and radii that follow from it. No
+/// calculation changes it or reads a pool. Unless noted otherwise, times are in seconds on the axis
+/// of the scene parameters, angles in degrees, lengths in metres.
 struct SCENE {
   SCENE_ORBIT master_orbit;
   SCENE_ORBIT slave_orbit;
@@ -32,7 +32,7 @@ struct SCENE {
   double slave_last_rg_time = 0.0;
   int n_lines = 0;  ///< of both acquisitions
   int n_samples = 0;
-  int look_direction[2] = {};               ///< as stated: -1 left, +1 right
+  int look_direction[2] = {};               ///< as the scenes state it: -1 left, +1 right
   double radar_frequency[2] = {};           ///< Hz
   double range_sampling_frequency[2] = {};  ///< Hz
   double prf[2] = {};                       ///< lines per second
@@ -40,7 +40,7 @@ struct SCENE {
   VECTOR<double> ellipsoid_parameters;      ///< elements 7 and 8: equatorial and polar radius
   OBSERVATION_MODE observation_mode;
   STRING orbit_interpolation;
-  double local_height = 0.0;  ///< above the ellipsoid, of every geolocation
+  double local_height = 0.0;  ///< above the ellipsoid, for every geolocation
   double requator = 0.0;
   double rpole = 0.0;
 
@@ -63,27 +63,27 @@ struct CORNERS {
   float late_az_far_rg_latitude = 0.0F;
 };
 
-/// Single numbers that stand for the scene as a whole.
+/// Single numbers for the scene as a whole.
 struct STATISTICS {
   float scene_center_longitude = 0.0F;  ///< mean of the four corners
   float scene_center_latitude = 0.0F;
   float ssc_pixel_spacing_ground_range = 0.0F;
   float ssc_pixel_spacing_azimuth = 0.0F;
   double height_conversion_factor = 0.0;  ///< mean, metres per cycle
-  double eff_baseline = 0.0;              ///< that belongs to it
-  double delta_r = 0.0;                   ///< mean
+  double eff_baseline = 0.0;              ///< effective baseline that matches this mean
+  double delta_r = 0.0;                   ///< mean range difference
 };
 
-/// What describes the phase over the scene.
+/// The phase over the scene.
 struct FLAT_EARTH {
   std::array<ARRAY<double>, 2>
       flat_phase_poly;                    ///< cycles over master range samples, constant term first
   STRING equator_crossing_direction;      ///< "ascending" or "descending"
-  double fringe_frequency_azimuth = 0.0;  ///< cycles per line, whatever its comment says
+  double fringe_frequency_azimuth = 0.0;  ///< cycles per line, despite its comment in the pool
   double fringe_frequency_range = 0.0;    ///< cycles per sample
 };
 
-/// Per azimuth position the eleven values of the sweep.
+/// The eleven values of the sweep for each azimuth position.
 struct LINE_VALUES {
   std::array<VECTOR<double>, 2> phase_to_height_conv;  ///< metres per cycle
   std::array<VECTOR<double>, 2> master_incidence_angle;
@@ -94,7 +94,7 @@ struct LINE_VALUES {
   std::array<VECTOR<double>, 2> slave_range_distance;
 };
 
-/// What a run works out.
+/// The results of a run.
 struct RESULTS {
   double sensor_look_direction = 0.0;  ///< -1.0 or +1.0
   CORNERS corners;
@@ -103,7 +103,7 @@ struct RESULTS {
   LINE_VALUES line_values;
 };
 
-/// Everything that a run knows of its pair.
+/// Everything that a run knows about its pair.
 struct GEOMETRY_STATE {
   SCENE scene;
   RESULTS results;

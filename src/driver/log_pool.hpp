@@ -7,11 +7,17 @@
 
 namespace varnoth {
 
-/// The pool that takes the software information: the InSAR pool itself where both have the same
-/// name, else a pool of its own. Its file changes by `Finish` alone: a run that fails before leaves
-/// a separate log pool as it was.
+/// The pool that takes the software information: the InSAR pool itself if both have the same name,
+/// otherwise a separate one. Only `Finish` changes the file of a separate log pool; a run that
+/// fails earlier leaves it as it was.
+///
+///     LOG_POOL log_pool(insar_pool, "insar.pool", "log.pool");
+///     information.update_pool(log_pool.Pool(), identity);
+///     log_pool.Finish();
 class LOG_POOL {
  public:
+  /// Opens a separate pool if the names differ; throws what that throws. The InSAR pool must
+  /// outlive the object.
   LOG_POOL(PARAMETER_POOL_READ_WRITE_CHANGE& insar_pool, const STRING& insar_name,
            const STRING& name)
       : separate(name == insar_name

@@ -14,16 +14,15 @@ namespace {
 constexpr double LEFT = -1.0;
 constexpr double RIGHT = 1.0;
 
-/// Degrees by way of a float of radians: the rounding takes part in the comparison of the two
-/// sides.
+/// Degrees, rounded as a float of radians; the comparison of the two sides includes this rounding.
 double RoundedDegrees(float degrees) {
   const double doubled = degrees + degrees;
   const auto radians = static_cast<float>(doubled * PI / 360.0);
   return static_cast<double>(radians) * 180.0 / PI;
 }
 
-/// Plain distance in degrees, without a weight on the longitude, between the mid point of the scene
-/// on one side of the track and the centre that the master states.
+/// Plain distance in degrees, without a weight on the longitude, between the scene's mid point on
+/// one side of the track and the centre in the master pool.
 double DistanceFromCenter(const SCENE& scene, const MASTER_LINE& line, double side,
                           const SCENE_CENTERS& centers) {
   const double range_time = 0.5 * (scene.master_first_rg_time + scene.master_last_rg_time);

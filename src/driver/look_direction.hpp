@@ -5,10 +5,11 @@
 
 namespace varnoth {
 
-/// Gives the look direction of the run, -1.0 or +1.0. Where the two scenes agree it is theirs.
-/// Where they differ, neither is trusted: the scene's mid point is placed on both sides of the
-/// track, and the side that lands nearer to the centre that the master pool states is taken (left
-/// if both are as near). Throws what the geolocation and the pools throw.
+/// Returns the look direction of the run, -1.0 (left) or +1.0 (right), and logs it. If the two
+/// scenes agree, it is theirs. If they differ, it trusts neither: it places the scene's mid point
+/// on both sides of the track and takes the side that lands nearer to the centre in the master
+/// pool, or left if both are equally near. Throws what the geolocation, the orbit and the pools
+/// throw.
 double settle_look_direction(const SCENE& scene, PARAMETER_POOL& master_pool,
                              PARAMETER_POOL& slave_pool);
 

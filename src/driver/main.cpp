@@ -21,7 +21,7 @@ namespace varnoth {
 
 namespace {
 
-/// What the process sets up before anything else runs: arithmetic that traps, and the log's name.
+/// What the process sets up before anything else runs: floating-point traps and the log's prefix.
 struct STATIC_SETUP {
   STATIC_SETUP() {
     enable_fp_traps();
@@ -45,7 +45,7 @@ void read_orbit(const char* name, SCENE_ORBIT& orbit, PARAMETER_POOL& pool) {
 }
 
 /// One run, from the configuration to the results in the pools. `results_stand` becomes true when
-/// nothing but the release of what the run used is left.
+/// only the release of the run's objects is left.
 void run(CONTROLLER_IFC& controller, SoftwareIdentity& identity, SoftwareLog& information,
          bool& results_stand) {
   SCENE& scene = geometry_state.scene;
@@ -106,7 +106,7 @@ int main(int argc, char** argv) {
   using namespace varnoth;
   CONTROLLER_IFC controller;
   SoftwareIdentity identity;
-  identity.title = TITLE;  // a failure of the set-up already tells it
+  identity.title = TITLE;  // for the line of a failure during set-up
   SoftwareLog information;
   bool results_stand = false;
   bool all_went_well = false;
@@ -115,7 +115,7 @@ int main(int argc, char** argv) {
     try {
       run(controller, identity, information, results_stand);
     } catch (...) {
-      raise_missed_trap();  // which the failure may come of
+      raise_missed_trap();  // it may have caused the failure
       throw;
     }
     all_went_well = true;
@@ -131,8 +131,8 @@ int main(int argc, char** argv) {
   } catch (...) {
     GlobalLog.set(ALARM) << "program aborted due to FATAL ERROR\n";
   }
-  // An InSAR pool that could not be updated is told of in the log alone, so a log that could not
-  // take the lines makes it a failure.
+  // Only the log says that the InSAR pool could not be updated. If the log could not take the lines
+  // either, the run has failed.
   if (!results_stand || (!all_went_well && !GlobalLog.flush())) {
     GlobalLog.set(ALARM) << "ZOD_MSG|ERROR|" << identity.title << " terminated with error!\n";
     controller.exit_error();

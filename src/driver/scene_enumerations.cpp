@@ -59,7 +59,7 @@ const char* look_direction_text(double value) {
   for (const LOOK_DIRECTION& row : LOOK_DIRECTIONS) {
     if (row.value == value) return row.text;
   }
-  // What no int holds, a NaN too, is shown as 0.
+  // A value that no int holds, such as a NaN, shows as 0.
   const bool shown = std::islessequal(std::fabs(value), 2147483647.0);
   GlobalLog.printf_line(ALARM, "can not convert >>%d<< to look direction",
                         shown ? static_cast<int>(value) : 0);

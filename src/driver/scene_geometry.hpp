@@ -5,11 +5,13 @@
 
 namespace varnoth {
 
-/// What the library's geometry of a sample takes from the scene, looking to a side: -1 left, +1
-/// right.
+/// The scene's part of what the library's geometry of a sample needs, for a look direction: -1
+/// left, +1 right. Points into the scene, which must outlive it.
+///
+///     const PAIR_CONSTANTS pair = ConstantsOf(scene, 1.0);
 PAIR_CONSTANTS ConstantsOf(const SCENE& scene, double look_direction);
 
-/// The point that an echo comes from, with the solver's lines. Throws what geolocation_fast throws.
+/// The point that an echo comes from; logs the solver's lines. Throws what geolocation_fast throws.
 GROUND_POINT Locate(const ECHO& echo);
 
 }  // namespace varnoth

@@ -5,9 +5,14 @@
 
 namespace varnoth {
 
-/// Copies what the run needs of its scenes from the three pools. Throws what the
-/// pools throw, and ERROR_ARGUMENT for a look direction or an observation mode that is none. Blanks
-/// in the text of a look direction do no harm.
+/// Copies what the run needs of its scenes from the three pools. Ignores blanks in the text of a
+/// look direction. Throws what the pools throw; ERROR_ARGUMENT, behind a line at ALARM, for an
+/// invalid look direction or observation mode; and std::out_of_range for a pool without a file
+/// name.
+///
+///     read_scene_parameters(scene, master_pool, slave_pool, insar_pool);
+///     take_ellipsoid_radii(scene);
+///     work_out_end_times(scene);
 void read_scene_parameters(SCENE& scene, PARAMETER_POOL& master_pool, PARAMETER_POOL& slave_pool,
                            PARAMETER_POOL& insar_pool);
 
@@ -16,12 +21,14 @@ struct SCENE_CENTERS {
   float center_longitude[2] = {};
   float center_latitude[2] = {};
 };
+/// Reads the centres. Throws what the pools throw, and std::out_of_range for a pool without a file
+/// name.
 SCENE_CENTERS read_scene_centers(PARAMETER_POOL& master_pool, PARAMETER_POOL& slave_pool);
-/// Takes the two radii out of the ellipsoid parameters. Throws ERROR_DATA, behind a line at ALARM,
-/// if there are too few.
+/// Takes the two radii (m) from the ellipsoid parameters. Throws ERROR_DATA, behind a line at
+/// ALARM, if there are fewer than nine parameters.
 void take_ellipsoid_radii(SCENE& scene);
 
-/// Works out the times of the last line and the last sample.
+/// Computes the times (s) of the last line and the last sample of both acquisitions.
 void work_out_end_times(SCENE& scene);
 
 }  // namespace varnoth
