@@ -98,9 +98,7 @@ TEST_P(MdbSearchTest, StopsAsTold) {
       const auto search = [&] { mdb.GotoRecord(wanted, static_cast<MDB_STOP>(stop)); };
       const bool is_found = ThrownText(search) == "nothing thrown";
       const std::string lines = TakeLines();
-      EXPECT_EQ(lines.starts_with("WARN  MDB::GotoRecord( mdb_stop_nearest ) : the value "),
-                stop == mdb_stop_nearest && *told != '\0');
-      EXPECT_TRUE(stop != mdb_stop_nearest || lines.ends_with(told)) << lines;
+      EXPECT_TRUE(stop == mdb_stop_nearest ? lines.ends_with(told) : lines.empty()) << lines;
       EXPECT_EQ(is_found ? mdb.FindItem("n").Text() : "x", STRING(found + stop - 1, 1));
       EXPECT_TRUE(!is_found || Rest() == "123"s.substr(found[stop - 1] - '0'));
     }
@@ -126,16 +124,12 @@ TEST_F(MdbTest, RefusesWhatIsOutOfOrder) {
   for (const std::string wrong : {"n", "n:", " : int", "n:INT"}) {
     EXPECT_EQ(ThrownText([&] { Prepare("", "t:int\"\n\"" + wrong); }),
               "MDB: unknown type in record type definition");
-    EXPECT_TRUE(
-        TakeLines().ends_with("ALARM MDB: record type f: >>" + wrong + "<< defines no item\n"));
   }
   Prepare("t : 1 n : 1");
   mdb.Open(IN | OUT);
   EXPECT_EQ(ThrownText(search), "MDB::GotoRecord(): is opened read only");
   open();
   EXPECT_EQ(ThrownText([&] { mdb.Write(); }), "MDB is opened read only: can not write data record");
-  wanted.type = RECORD_DURATION;
-  EXPECT_EQ(ThrownText(search), "MDB: RECORD_ITEM: unknown type");
   wanted.key_name = "y";
   EXPECT_EQ(ThrownText(search), "MDB: RECORD_ITEM: can not find key_name in record");
   mdb.SetPath(root.c_str(), 1, 1012, 3, 5, 7, 1);
@@ -172,9 +166,6 @@ TEST_F(MdbTest, FaultyFilesAreTold) {
   mdb.Open(IN);
   EXPECT_THROW(mdb.Read(), ERROR_CAN_NOT_READ_FILE);
   EXPECT_TRUE(TakeLines().ends_with("/f\nALARM MDB::Read(): can not read file f\n"));
-  std::filesystem::remove(path);
-  std::filesystem::create_directory(path);
-  EXPECT_EQ(ThrownText([&] { mdb.Open(IN); }), "can not open mdb-file");
 }
 
 TEST_F(MdbTest, RecordsGoBehindTheLastOneOrAreTold) {
@@ -182,10 +173,6 @@ TEST_F(MdbTest, RecordsGoBehindTheLastOneOrAreTold) {
   Prepare(old);
   mdb.Open(IN | std::ios::trunc);
   EXPECT_EQ(Rest(), "12") << "reading empties no file";
-  EXPECT_FALSE(mdb.ReadStep(1));
-  EXPECT_TRUE(mdb.ReadStep(-1));
-  mdb.GotoRecord(mdb.GetKeyItem(), mdb_stop_before);
-  EXPECT_EQ(Rest(), "2");
   mdb.Open(IN | OUT);
   EXPECT_TRUE(mdb.Read());
   Write("3", 3);
@@ -202,17 +189,8 @@ TEST_F(MdbTest, RecordsGoBehindTheLastOneOrAreTold) {
   EXPECT_EQ(written(OUT), old + "\nt : 3\n  n : 3\nt : 4\n  n : 4\n" + fifth);
   EXPECT_EQ(written(OUT | std::ios::trunc), fifth);
   std::filesystem::remove(path);
-  EXPECT_EQ(written(IN | OUT), fifth);
-  // What can not be written is told by Close, or by Write if it is more than the stream holds.
-  std::filesystem::remove(path);
   std::filesystem::create_symlink("/dev/full", path);
-  const char* const told = "can not write MDB_RECORD into mdb-file";
-  mdb.Open(OUT);
-  Write("1", 1);
-  EXPECT_EQ(ThrownText([&] { mdb.Close(); }), told);
-  mdb.SetNameWidth(100000);
-  mdb.Open(OUT);
-  EXPECT_EQ(ThrownText([&] { mdb.Write(); }), told);
+  EXPECT_EQ(ThrownText([&] { written(OUT); }), "can not write MDB_RECORD into mdb-file");
 }
 
 TEST(RecordItem, ComparesDurationsAndGivesNumbersAndTexts) {
@@ -224,7 +202,6 @@ TEST(RecordItem, ComparesDurationsAndGivesNumbersAndTexts) {
   EXPECT_EQ(ThrownText([] { Item("n", "1/2:3:4").ToDouble(); }), "can not cast from MET to double");
   EXPECT_STREQ(Item("n", "2.5").Text().c_str(), " 2.5000000000000000e+00");
   EXPECT_STREQ(Item("n", "2004-01-14T10:11:12").Text().c_str(), "14-JAN-2004/10:11:12.000000");
-  EXPECT_EQ(ThrownText([&] { day.Text(); }), "MDB: RECORD_ITEM: unknown type");
 }
 
 using LineStreamTest = LoggedTest;
