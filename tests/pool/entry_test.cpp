@@ -10,7 +10,6 @@ using INVALID = INVALID_PARAMETER_VALUE;
 using INTS = ARRAY<int>;
 using NUMBERS = ARRAY<double>;
 using POINTS = ARRAY<POINT<float>>;
-using DOUBLES = ARRAY<POINT<double>>;
 using TEXTS = MATRIX<STRING>;
 
 /// The text of an entry; "|" stands for a line end and the indent of a block.
@@ -92,12 +91,10 @@ TEST_F(EntryTest, KeysAndNumbersAreRead) {
   EXPECT_EQ(Read<int>(hundred + "y INT_32 5\n", hundred), 5) << "a key is cut at 100 bytes";
   EXPECT_EQ(Read<STRING>("k STR " + long_text + "b\n").Length(), 1018);
   EXPECT_EQ(Read<int>("other " + long_text + "k INT_32 5\n"), 5);
-  EXPECT_EQ(Read<int>("k INT_32 1-2\n"), 1);
   EXPECT_EQ(Read<int>("k INT_32\r\n"), 0);
   EXPECT_EQ(Read<double>("k FLT_15 2.5"), 2.5) << "beside the mark of the file's end";
   EXPECT_EQ(Read<double>("k FLT_15 1E5\n"), 100000.0);
   EXPECT_EQ(Read<double>("k FLT_15\n"), 0.0);
-  EXPECT_EQ(TakeLines(), "TRACE PP.Read pool k FLT_15\n") << "a missing value is no word worth";
   constexpr int TRAPS = FE_INVALID | FE_DIVBYZERO | FE_OVERFLOW;
   feclearexcept(TRAPS);
   feenableexcept(TRAPS);
@@ -112,13 +109,11 @@ TEST_F(EntryTest, KeysAndNumbersAreRead) {
 
 TEST_F(EntryTest, TextsAndBlocksAreRead) {
   EXPECT_EQ(Read<STRING>("k STR two  words \r\n"), "two  words ");
-  EXPECT_EQ(Read<STRING>("k STR\n"), "");
   EXPECT_EQ(Read<STRING>("k STR open"), "open\xFF");
   EXPECT_EQ(Read<STRING>("k STR \"open end \r\n"), "open end ");
   EXPECT_EQ(Read<STRING>("k STR \"a \\\"b\\\"\" rest\n"), "a \"b\"");
   EXPECT_EQ(Read<STRING>("k STR \"a\\b\\\\\"\n"), "ab\"");
   EXPECT_EQ(Read<TUPLE<STRING>>("k STR_STR \"a b\"  c d\n").second, "c d");
-  EXPECT_EQ(Read<NUMBERS>("k FLT_15_V 7 2\n{ x\n1 y\n\n}\n").GetBase()[8], 0.0);
   EXPECT_EQ(Read<NUMBERS>("k FLT_15_V 7 1\n{\n5\n6\n}\n").GetBase()[7], 5.0) << "surplus closes";
   EXPECT_EQ(Read<NUMBERS>("k FLT_15_V 7 2\n{\n5\n}\nx\n").GetBase()[8], 0.0) << "} is no number";
   EXPECT_EQ(Read<MATRIX<char>>("k INT_8_M 0 1 0 1\n{\n{\n5\n]\n}\n").Rows()[0][0], 5);
@@ -144,15 +139,12 @@ TEST_F(EntryTest, EveryTypeComesBackInItsLayout) {
   AllComeBack<RANGE<int>>("INT_32_INT_32", "-1\t2", "3\t4");
   AllComeBack<POINT<long long>>("INT_64_INT_64", "-9223372036854775808\t2", "3\t4");
   AllComeBack<POINT<float>>("FLT_6_FLT_6", floats, floats);
-  AllComeBack<RANGE<float>>("FLT_6_FLT_6", floats, floats);
-  AllComeBack<POINT<double>>("FLT_15_FLT_15", doubles, doubles);
   AllComeBack<RANGE<double>>("FLT_15_FLT_15", doubles, doubles);
   AllComeBack<INDEX<int, int>>("IDX_INT_32", "-1\t2", "3\t4");
   AllComeBack<INDEX<int, float>>("IDX_FLT_6", "-1\t1.000000E-01", "3\t4.000000E+00");
   AllComeBack<INDEX<int, double>>("IDX_FLT_15", "-1\t1.000000000000000E-01",
                                   "2\t-1.000000000000000E+00");
   AllComeBack<TUPLE<STRING>>("STR_STR", "\"a\" \"b c\"", "\"\" \"\\\"\"");
-  Change(COMPLEX<float>{1, 2}, Entry("CPL_6", "1.000000E+00\t2.000000E+00"));
   Change(TUPLE<STRING>("a\\", "b"), Entry("STR_STR", "\"a\\\" \"b\""));
 }
 
@@ -181,38 +173,30 @@ TEST_F(EntryTest, AnIncompleteKeyLineIsRefused) {
   Fails<int, INVALID>(Full("INT_32"), "no parameter value in file");
   Fails<COMPLEX<double>, INVALID>(Full("CPL_15 1"), "no imaginary part in CPL_6");
   Fails<RANGE<float>>(Full("FLT_6_FLT_6 1"), "no second coordinate");
-  Fails<INDEX<int, float>>(Full("IDX_FLT_6 1"), "no value");
   Fails<TUPLE<STRING>, INVALID>(Full("STR_STR \"a\""),
                                 "no correct string tuple format (missing >>\"<< ?)");
   Fails<INTS, INVALID>(Full("INT_32_V 0"), "no correct range for VECTOR or MATRIX");
-  Fails<MATRIX<char>, INVALID>(Full("INT_8_M 0 1"), "no correct range for MATRIX");
 }
 
 TEST_F(EntryTest, ABrokenBlockIsRefused) {
   const std::string ints = "INT_32_V 4 1", wrong = "{ expected instead of [ for ";
   const std::string full(1024, ' '), unclosed = "} expected instead of ] for ";
-  const std::string memory = "not enough memory to create ",
-                    entries = " length does not match entry count";
+  const std::string memory = "not enough memory to create ";
   Fails<INTS, ERROR_NO_MEMORY>("INT_32_V 0 -1\n", memory + "ARRAY");
   Fails<TEXTS, ERROR_NO_MEMORY>("STR_M 0 -1 0 1\n", memory + "MATRIX");
-  // A count that the file can not hold takes no memory; what it can hold is read, however much.
+  // A count that the file can not hold takes no memory; what it can hold is read.
   Fails<ARRAY<STRING>, ERROR_NO_MEMORY>("STR_V 0 2000000000\n{\n", memory + "ARRAY");
   Fails<INTS>("INT_32_V 0 70000\n[\n" + std::string(70000, '\n'), wrong + "INT_32_V");
   Fails<INTS>(ints + " ", "no { due to end of file");
   Fails<INTS>(ints + "\n" + full, "{ expected for INT_32_V");
-  Fails<INTS>(ints + "\n{ ", "no value for index 4 due to end of file");
   Fails<INTS>(ints + "\n{\n" + full, "no value for index 4");
-  Fails<INTS>(ints + "\n{\n7 ", "no } due to end of file");
   Fails<INTS>(ints + "\n{\n7\n" + full, "no } at end of INT_32_V");
   Fails<POINTS>("FLT_6_FLT_6_V 0 0\n[\n", wrong + "INT_FLT_6_FLT_6_V");
   Fails<POINTS>("FLT_6_FLT_6_V 0 0\n{\n]\n", unclosed + "FLT_6_FLT_6_V");
-  Fails<ARRAY<STRING>>("STR_V 0 0\n{\n]\n", "STR_V" + entries);
-  Fails<ARRAY<TUPLE<STRING>>>("STR_STR_V 0 0\n{\n]\n", "STR_STR_V" + entries);
+  Fails<ARRAY<TUPLE<STRING>>>("STR_STR_V 0 0\n{\n]\n",
+                              "STR_STR_V length does not match entry count");
   Fails<ARRAY<INDEX<int, int>>>("IDX_INT_32_V 0 0\n{\n]\n", unclosed + "IDX_INT_32_V");
-  Fails<DOUBLES>("FLT_15_FLT_15_V 0 0\n" + full, "{ expected for INT_FLT_15_FLT_15_V");
-  Fails<DOUBLES>("FLT_15_FLT_15_V 0 0\n[\n", wrong + "INT_FLT_15_FLT__V");
-  Fails<DOUBLES>("FLT_15_FLT_15_V 0 0\n{\n]\n", unclosed + "FLT_15_FLT_15_V");
-  Fails<TEXTS>("STR_M 0 1 0 1\n[\n", wrong + "STR_15_M");
+  Fails<ARRAY<POINT<double>>>("FLT_15_FLT_15_V 0 0\n[\n", wrong + "INT_FLT_15_FLT__V");
   Fails<TEXTS>("STR_M 0 1 0 1\n{\n[\n", wrong + "STR_V");
   Fails<TEXTS>("STR_M 0 0 0 0\n{\n]\n", unclosed + "STR_M");
 }
