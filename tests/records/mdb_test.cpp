@@ -130,6 +130,8 @@ TEST_F(MdbTest, RefusesWhatIsOutOfOrder) {
   EXPECT_EQ(ThrownText(search), "MDB::GotoRecord(): is opened read only");
   open();
   EXPECT_EQ(ThrownText([&] { mdb.Write(); }), "MDB is opened read only: can not write data record");
+  wanted.type = RECORD_DURATION;
+  EXPECT_EQ(ThrownText(search), "MDB: RECORD_ITEM: unknown type");
   wanted.key_name = "y";
   EXPECT_EQ(ThrownText(search), "MDB: RECORD_ITEM: can not find key_name in record");
   mdb.SetPath(root.c_str(), 1, 1012, 3, 5, 7, 1);
@@ -173,6 +175,8 @@ TEST_F(MdbTest, RecordsGoBehindTheLastOneOrAreTold) {
   Prepare(old);
   mdb.Open(IN | std::ios::trunc);
   EXPECT_EQ(Rest(), "12") << "reading empties no file";
+  mdb.GotoRecord(mdb.GetKeyItem(), mdb_stop_before);
+  EXPECT_EQ(Rest(), "2");
   mdb.Open(IN | OUT);
   EXPECT_TRUE(mdb.Read());
   Write("3", 3);
