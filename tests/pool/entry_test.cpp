@@ -192,6 +192,7 @@ TEST_F(EntryTest, ABrokenBlockIsRefused) {
   Fails<ARRAY<TUPLE<STRING>>>("STR_STR_V 0 0\n{\n]\n",
                               "STR_STR_V length does not match entry count");
   Fails<ARRAY<INDEX<int, int>>>("IDX_INT_32_V 0 0\n{\n]\n", unclosed + "IDX_INT_32_V");
+  Fails<ARRAY<POINT<double>>>("FLT_15_FLT_15_V 0 0\n" + full, "{ expected for INT_FLT_15_FLT_15_V");
   Fails<ARRAY<POINT<double>>>("FLT_15_FLT_15_V 0 0\n[\n", wrong + "INT_FLT_15_FLT__V");
   Fails<MATRIX<STRING>>("STR_M 0 0 0 0\n{\n]\n", unclosed + "STR_M");
 }
