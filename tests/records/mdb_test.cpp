@@ -192,7 +192,9 @@ TEST_F(MdbTest, RecordsGoBehindTheLastOneOrAreTold) {
   EXPECT_EQ(written(OUT | std::ios::trunc), fifth);
   std::filesystem::remove(path);
   std::filesystem::create_symlink("/dev/full", path);
-  EXPECT_EQ(ThrownText([&] { written(OUT); }), "can not write MDB_RECORD into mdb-file");
+  mdb.Open(OUT);
+  Write("1", 1);
+  EXPECT_EQ(ThrownText([&] { mdb.Close(); }), "can not write MDB_RECORD into mdb-file");
 }
 
 TEST(RecordItem, ComparesDurationsAndGivesNumbersAndTexts) {
@@ -204,7 +206,6 @@ TEST(RecordItem, ComparesDurationsAndGivesNumbersAndTexts) {
   EXPECT_EQ(less.ToDouble() + Item("n", "-5").ToDouble() + Item("n", "+2.5").ToDouble(), -1.0);
   EXPECT_EQ(ThrownText([] { Item("n", "1/2:3:4").ToDouble(); }), "can not cast from MET to double");
   EXPECT_STREQ(Item("n", "2.5").Text().c_str(), " 2.5000000000000000e+00");
-  EXPECT_STREQ(Item("n", "2004-01-14T10:11:12").Text().c_str(), "14-JAN-2004/10:11:12.000000");
 }
 
 using LineStreamTest = LoggedTest;
