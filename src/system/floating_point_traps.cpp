@@ -11,7 +11,10 @@ bool traps_are_missing = false;
 
 }  // namespace
 
-void enable_fp_traps() { traps_are_missing = feenableexcept(TRAPPED) == -1; }
+void enable_fp_traps() {
+  std::feclearexcept(TRAPPED);
+  traps_are_missing = feenableexcept(TRAPPED) == -1;
+}
 
 void raise_missed_trap() {
   if (traps_are_missing && std::fetestexcept(TRAPPED) != 0) std::raise(SIGFPE);
