@@ -210,10 +210,7 @@ TEST_F(LoggedTest, AFailureIsToldInOrderAndLeavesTheOutputsAlone) {
              "7000000.000000 sat_vel (0.000000,3000.000000,4000.000000)=5000.000000.\n");
   expect(FALSE_POSITION, level, 0, "geolocation_new: No intersection with earth (initial value).",
          "ALARM geolocation_new: No intersection of earth ellipsoid");
-  expect(FIXED_POINT, level, 0, "geolocation_test: No intersection with earth (negative radiant).",
-         "ALARM geolocation_test: No intersection of earth ellipsoid");
   expect(FALSE_POSITION, rising, 0, "geolocation_new: Vertical velocity not allowed (v_tan=0)!");
-  expect(FIXED_POINT, rising, 0, "geolocation_test: Vertical velocity not allowed (v_tan=0)!");
   expect(SLOW, rising, 0, "VECTOR operator /= : division by 0.0");
   // Of a very flat body; what a search without end has come to is anybody's guess.
   level.range = 6926524;
@@ -221,29 +218,6 @@ TEST_F(LoggedTest, AFailureIsToldInOrderAndLeavesTheOutputsAlone) {
   level.range = 9e5;
   level.los_velocity = 5001;  // faster than the satellite
   expect(FALSE_POSITION, level, 0, "geolocation_new: No intersection with earth (initial value).");
-}
-
-TEST_F(LoggedTest, WithoutAnOffsetAcrossTheTrackTheSquintIsHugeAndSigned) {
-  const SURFACE_HEIGHT level = [](void*, double, double, double) { return 0.0; };
-  for (const double sign : {-1.0, 1.0}) {
-    FOUND found;
-    found.Search(FIXED_POINT, level, {{7e6, 0, 0}, {0, 3e3, 4e3}, 0, 9e5, 200 * sign}, true);
-    EXPECT_EQ(found.squint, sign * 1e42);
-  }
-}
-
-TEST_F(LoggedTest, ASearchThatSwingsGoesOnFromTheMiddle) {
-  const SURFACE_HEIGHT swinging = [](void* calls, double, double, double) {
-    const int call = ++*static_cast<int*>(calls);
-    return call < 21 && call % 2 == 0 ? 1e3 : 0.0;
-  };
-  FOUND found;
-  found.Search(FIXED_POINT, swinging, {{7e6, 0, 0}, {0, 3e3, 4e3}, 0, 9e5, 200}, true);
-  EXPECT_GT(found.calls, 20);
-  const std::string log = TakeLines();
-  EXPECT_TRUE(
-      log.starts_with("INFO  geolocation_test: Alternating points detected in interation 4"));
-  EXPECT_EQ(log.find("interation 5 "), log.npos) << "the middle is no end of the swing";
 }
 
 }  // namespace
