@@ -1,10 +1,10 @@
 #include <memory>
 
-#include "enumerations/azimuths.hpp"
 #include "enumerations/basic_enumerations.hpp"
 #include "enumerations/image_direction.hpp"
 #include "enumerations/tx_rx_type.hpp"
 #include "geometry/ellipsoid_type.hpp"
+#include "pool/parameter_pool_read_write_change.hpp"
 #include "support/log_capture.hpp"
 
 namespace varnoth::test {
@@ -105,7 +105,7 @@ TEST_F(EnumerationTest, AMissTellsKeyClassAndLegalValuesAndChangesNothing) {
   EXPECT_EQ(projection.text, "ground range");
 }
 
-TEST_F(EnumerationTest, PairsAndRecordsAreMadeOfTheirParts) {
+TEST_F(EnumerationTest, PairsAndFiguresAreMadeOfTheirParts) {
   const TxRxType pair(PolarizationType("V"), PolarizationType("H"));
   EXPECT_EQ(pair.text + pair.transmit.text + pair.receive.text, "VHVH");
   const ImageDirection direction(Edge("TOP"), Edge("RIGHT"));  // near range, start azimuth
@@ -113,16 +113,6 @@ TEST_F(EnumerationTest, PairsAndRecordsAreMadeOfTheirParts) {
                 direction.EdgeOf(Azimuth("start")).text + direction.EdgeOf(Azimuth("stop")).text,
             "TOPBOTTOMRIGHTLEFT");
   EXPECT_NE(ThrownText([] { ImageDirection(Edge("TOP"), Edge("BOTTOM")); }), "nothing thrown");
-  WriteFile(
-      path,
-      "a_b_duration FLT_15 2.000003\na_b_start_time STR \"2004-01-14T10:11:15\"\n"
-      "a_b_center_time STR \"2004-01-14T10:11:16\"\na_b_stop_time STR \"2004-01-14T10:11:17\"\n");
-  PARAMETER_POOL pool(path.c_str());
-  Azimuths azimuths;
-  azimuths.ReadFromPool(pool, {"a", "", "b"}, false);
-  EXPECT_EQ(azimuths[Azimuth("start")], UNIVERSAL_TIME("2004-01-14T10:11:15"));
-  EXPECT_EQ(azimuths[Azimuth("center")], UNIVERSAL_TIME("2004-01-14T10:11:16"));
-  EXPECT_EQ(azimuths.duration, DURATION(0, 2000, 3));
   EllipsoidType<double> figure("-");
   EXPECT_EQ(figure.id, 0) << "this lookup begins at the first guard";
   figure = "wgs84";
