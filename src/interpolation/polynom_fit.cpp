@@ -21,7 +21,7 @@ void POLYNOM_FIT<T>::Build(const ARRAY<POINT<T>>& series, bool quiet) {
 
 template <class T>
 T POLYNOM_FIT<T>::GetY(T at) const {
-  const auto terms = static_cast<std::size_t>(this->Degree() + 1);
+  const auto terms = static_cast<std::size_t>(this->Degree()) + 1;
   return NestedMultiplication<T>({coefficients.begin() + 1, terms}, at);
 }
 

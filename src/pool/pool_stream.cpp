@@ -133,7 +133,8 @@ bool POOL_STREAM::Sync() {
 
 bool POOL_STREAM::SetLock(LOCK lock, double seconds) {
   struct flock whole_file {};
-  whole_file.l_type = lock == LOCK::NONE ? F_UNLCK : lock == LOCK::SHARED ? F_RDLCK : F_WRLCK;
+  constexpr short TYPES[] = {F_UNLCK, F_RDLCK, F_WRLCK};
+  whole_file.l_type = TYPES[static_cast<int>(lock)];
   whole_file.l_whence = SEEK_SET;
   // Asked for again and again, since a call that waits has no time limit.
   constexpr double PAUSE = 0.001;
