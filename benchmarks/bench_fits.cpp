@@ -36,7 +36,7 @@ void NormalEquations(benchmark::State& state) {
   const ARRAY<double> a(1, parameters);
   ARRAY<int> ia(1, parameters);
   for (int j = 1; j <= parameters; ++j) ia.GetBase()[j] = 1;
-  const MATRIX<double> covariances(RANGE<int>(1, parameters), RANGE<int>(1, parameters));
+  MATRIX<double> covariances(RANGE<int>(1, parameters), RANGE<int>(1, parameters));
   for (auto _ : state) {
     double chi_square = 0.0;
     lfit(data.x.GetBase(), data.y.GetBase(), data.sigma.GetBase(), count, a.GetBase(), ia.GetBase(),
