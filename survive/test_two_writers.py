@@ -11,7 +11,7 @@ from pathlib import Path
 import pytest
 
 from survive import masked
-from varnoth_run import BINARY, Pair, arguments, read_pool
+from varnoth_run import BINARY, Pair, Run, arguments
 
 PAIRS = int(os.environ.get("TWO_WRITERS", "200"))
 DEGREES = {"a": {"FlatEarthPolyDegree": "2", "LocalHeight": "0"}, "b": {"FlatEarthPolyDegree": "5"}}
@@ -27,6 +27,10 @@ def start(directory, name, *tracer, log_pool=None):
 def expect_success(directory, name, process):
     assert process.wait(60) == 0
     assert {p.name: p.read_text() for p in (directory / f"{name}.marks").iterdir()} == {f"OK.{name}": "0"}
+
+
+def read_pool(path):
+    return Run(path.parent, 0, "", "").pool(path.name)
 
 
 def content(directory):
