@@ -104,6 +104,8 @@ class PASS {
   /// How many states the search asks for: it tells so by an orbit that counts them.
   int CountStates() {
     struct COUNTER : ORBIT_BASE {
+      using ORBIT_BASE::GetPosition, ORBIT_BASE::GetVelocity, ORBIT_BASE::GetAcceleration;
+      using ORBIT_BASE::operator=;
       explicit COUNTER(ORBIT_BASE& counted) : orbit(counted) {}
       void GetPosition(const double& t, double* out) const override {
         ++count;
