@@ -23,11 +23,13 @@ double TimeOf(const SCENE_ORBIT& orbit, int index) {
   return time + narrow;
 }
 
-/// Whether an orbit is one that a satellite might fly and that any method may be asked of: no
-/// arithmetic on it may overflow or meet a division by zero.
+/// Whether an orbit is one that a satellite might fly and that any method may be asked of between
+/// its samples: no arithmetic on it may overflow or meet a division by zero. Its times are small
+/// enough for float to tell a tenth of a step.
 bool IsReasonable(const SCENE_ORBIT& orbit) {
   const int count = orbit.core->GetSampleCount();
   if (count < 3 || orbit.core->GetCoordinateCount() != 3 || orbit.poly_fit_order > 6) return false;
+  if (!std::isless(std::fabs(TimeOf(orbit, 0)), 1e5)) return false;
   for (int i = 0; i < count; ++i) {
     double position[3] = {};
     float narrow[3] = {};
@@ -81,9 +83,11 @@ void FuzzOrbits(const std::string& input) {
     copy = orbit;
   }
   const double first = TimeOf(copy, 0);
+  const double step = TimeOf(copy, 1) - first;
   const double last = TimeOf(copy, copy.core->GetSampleCount() - 1);
+  // Off the samples and their continuation, where Everett's derivatives divide by zero.
   for (const double time :
-       {first + 0.3 * (TimeOf(copy, 1) - first), last - 0.01, is_hermite ? last : 1e5}) {
+       {first + 0.3 * step, last - 0.1 * step, is_hermite ? last : first + 1000.3 * step}) {
     double state[9] = {};
     const bool is_given = Accepts([&] {
       copy.core->GetPosition(time, state);

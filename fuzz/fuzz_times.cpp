@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <functional>
+#include <iterator>
 #include <sstream>
 
 #include "fuzz_target.hpp"
@@ -61,6 +63,7 @@ void FuzzLeapSeconds(const std::string& input) {
       std::string line;
       if (std::getline(lines, line)) time = UNIVERSAL_TIME(line.c_str());
     }
+    std::sort(std::begin(times), std::end(times));
     const auto between = [&times](std::size_t a, std::size_t b) {
       return LeapSecondsBetween(times[a].Split(), times[b].Split());
     };
