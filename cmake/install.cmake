@@ -8,7 +8,7 @@ install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION ${CMAKE_INSTALL
 install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program
         FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN "*.py" PATTERN "man" EXCLUDE)
 install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program USE_SOURCE_PERMISSIONS
-        PATTERN "__pycache__" EXCLUDE PATTERN ".snakemake" EXCLUDE)
+        PATTERN "__pycache__" EXCLUDE PATTERN ".snakemake" EXCLUDE PATTERN "test_*.py" EXCLUDE)
 install(FILES packaging/varnoth.bash-completion RENAME varnoth
         DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT program)
 

@@ -1,18 +1,13 @@
-"""Every example shows what stands beside it, and the manual page what happens; made-up pools and pictures are
-what their makers write, and the completion knows the page's options."""
+"""Every example shows what stands beside it, made-up pools and pictures are what their makers write, and the
+scripts tell wrong words."""
 
-import re
-import shlex
 import shutil
 import subprocess
 import sys
 
 import pytest
 
-from varnoth_run import BINARY, EXAMPLES, run
-
-ROOT = EXAMPLES.parent
-PAGE = (ROOT / "docs" / "man" / "varnoth.1.scd").read_text()
+from varnoth_run import BINARY, EXAMPLES
 
 
 @pytest.mark.parametrize("name", sorted(path.parent.name for path in EXAMPLES.glob("*/output.txt")))
@@ -21,7 +16,7 @@ def test_output(name):
     assert done.stdout == (EXAMPLES / name / "output.txt").read_text()
 
 
-@pytest.mark.parametrize("maker, count", [(EXAMPLES / "make.py", 34), (ROOT / "docs/pictures/draw.py", 6)])
+@pytest.mark.parametrize("maker, count", [(EXAMPLES / "make.py", 34), (EXAMPLES.parent / "docs/pictures/draw.py", 6)])
 def test_made_files(tmp_path, maker, count):
     subprocess.run([sys.executable, shutil.copy(maker, tmp_path)], check=True)
     made = [path for path in tmp_path.rglob("*") if path.is_file()]
@@ -44,25 +39,3 @@ def test_wrong_words(tmp_path, words, told):
                           capture_output=True)
     assert done.returncode in (1, 2) and told in done.stderr
     assert len(done.stderr.splitlines()) == 1 and not list(tmp_path.iterdir())
-
-
-def test_manual_page(tmp_path):
-    command, screen, results = re.findall(r"```\n(.*?)```", PAGE, re.DOTALL)
-    shutil.copytree(EXAMPLES / "real_pair", tmp_path / "pair")
-    done = run(tmp_path / "pair", shlex.split(command)[1:])
-    assert (done.status, re.sub("\033\\[.m", "", done.screen)) == (0, screen)
-    content = (tmp_path / "pair" / "insar.pool").read_text(encoding="latin-1")
-    assert all(line in content.splitlines() for line in results.splitlines())
-
-
-def completed(*words):
-    script = ('source packaging/varnoth.bash-completion; COMP_WORDS=(varnoth "$@"); '
-              'COMP_CWORD=$#; _varnoth; printf "%s\\n" "${COMPREPLY[@]}"')
-    return subprocess.check_output(["bash", "-c", script, "bash", *words], cwd=ROOT, text=True).split()
-
-
-def test_completion():
-    assert sorted(completed("-")) == sorted(set(re.findall(r"\*(-\w+)\*", PAGE)))
-    assert completed("-lfl", "TR") == ["TRACE"]
-    assert completed("-MasterPar", "READ") == ["README.md"]
-    assert completed("-status", "example") == ["examples"]
