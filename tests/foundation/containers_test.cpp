@@ -66,6 +66,7 @@ TEST(Vector, OperatorsGoByPositionInTheRangeOfTheFirstOperand) {
   CrossProduct(b, b, Vector(7, {4, 5, 6}));
   EXPECT_EQ(Length(b - Vector(0, {-3, 6, -3})), 0.0);
   EXPECT_EQ(ThrownText([&] { a += b; }), "VECTOR operator += : vectors have different dimensions");
+  EXPECT_EQ(ThrownText([&] { a -= b; }), "VECTOR operator -= : vectors have different dimensions");
   EXPECT_EQ(ThrownText([&] { a /= -0.0; }), "VECTOR operator /= : division by 0.0");
   // Summed from the last element; the other order loses the 1 beside 1e100.
   EXPECT_EQ(DotProduct(Vector(1, {1, 1e100, -1e100}), Vector(0, {1, 1, 1})), 1.0);

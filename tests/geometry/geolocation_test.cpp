@@ -200,6 +200,8 @@ TEST_F(LoggedTest, AFailureIsToldInOrderAndLeavesTheOutputsAlone) {
          head + "determination of angle theta failed!\n");
   expect(FAST, {{7e6, 0, 0}, {0, NAN, 7e3}}, 0, "algorithm error",
          head + "unexpected error!\nALARM earth_vect.x: ");
+  expect(SLOW, {{7e6, 0, 0}, {0, NAN, 7e3}}, 0, "algorithm error",
+         "ALARM geolocation: unexpected error!\nALARM earth_vect[0]: ");
   HEARD level{{7e6, 0, 0}, {0, 3e3, 4e3}, 1, SPEED_OF_LIGHT / 2048};
   const HEARD rising{{7e6, 0, 0}, {5e3, 0, 0}};
   expect(FAST, level, 10, "data error",

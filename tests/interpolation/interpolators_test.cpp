@@ -45,6 +45,19 @@ constexpr auto Everett = Built<EVERETT<double>>;
 using InterpolatorsTest = LoggedTest;
 using InterpolatorsDeathTest = LoggedTest;
 
+TEST_F(InterpolatorsTest, WhatAnInterpolatorLacksIsRefusedAndTold) {
+  const INTERPOLATION<double, POINT<double>> none;
+  EXPECT_THROW(none.GetY(1), ERROR_ALGORITHM);
+  EXPECT_THROW(none.GetDerivedY(1), ERROR_ALGORITHM);
+  EXPECT_THROW(none.GetDerived2Y(1), ERROR_ALGORITHM);
+  EXPECT_THROW(none.GetCoeffs(), ERROR_ALGORITHM);
+  EXPECT_EQ(TakeLines(),
+            "ALARM INTERPOLATION::GetY() shell not be called\n"
+            "ALARM INTERPOLATION::GetDerivedY() shell not be called\n"
+            "ALARM INTERPOLATION::GetDerived2Y() shell not be called\n"
+            "ALARM INTERPOLATION::GetCoeffs() shall not be called\n");
+}
+
 TEST_F(InterpolatorsTest, EverettTakesTheNearestGoodIntervalAndTells) {
   const auto everett = Everett(8, Series(GRID, Fourth));
   const std::string left = "EVERETT::GetXi: Forced interpolation left hand side.\n",

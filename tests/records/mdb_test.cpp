@@ -136,6 +136,8 @@ TEST_F(MdbTest, RefusesWhatIsOutOfOrder) {
   EXPECT_EQ(mdb.GetDirectory(), (root + "/ZEL1/hddc_BRNR1012/dt_005.007/pri").c_str());
   EXPECT_EQ(ThrownText(open), "can not open mdb-file");
   EXPECT_EQ(ThrownText([&] { mdb.Open(OUT); }), "MDB: can not create directory");
+  mdb.Reset();
+  EXPECT_EQ(ThrownText(open), "MDB::Open(): no path selected");
 }
 
 TEST_F(MdbTest, FaultyFilesAreTold) {
@@ -216,6 +218,9 @@ TEST_F(LineStreamTest, StepsAgreeWithACountFromEveryPosition) {
   for (const std::size_t block : {1, 4, 512}) {
     LINE_STREAM stream(block);
     stream.open(directory.Path("lines"), IN);
+    stream.setstate(std::ios::failbit);  // of a word that was none
+    EXPECT_FALSE(stream.GoToEnd());
+    EXPECT_EQ(stream.tellg(), LENGTH);
     for (int position = 0; position <= LENGTH; ++position) {
       const auto* const line = std::upper_bound(STARTS, std::end(STARTS), position) - 1;
       for (int step = -7; step <= 7; ++step) {

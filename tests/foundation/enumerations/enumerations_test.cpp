@@ -86,6 +86,9 @@ TEST_F(EnumerationTest, AMissTellsKeyClassAndLegalValuesAndChangesNothing) {
   } catch (const ERROR_ENUM_BASE_INVALID_VALUE& error) {
     EXPECT_STREQ(error.what(), "enumeration data type - invalid value of class SAR::Edge: x");
   }
+  ENUM_BASE& base = edge;  // of an unknown class: a step gives the old row
+  EXPECT_EQ((base--).text, "LEFT");
+  EXPECT_EQ((base++).text, "BOTTOM");
   EXPECT_EQ(edge.text, "LEFT");
   EXPECT_PRED_FORMAT2(
       testing::IsSubstring,
