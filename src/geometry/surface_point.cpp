@@ -44,8 +44,9 @@ struct SURFACE_SEARCH {
   /// Sets the nadir component, and in Doppler mode the along-track one that follows from it. Gives
   /// the part of the squared range that is left for the other components, m².
   double SetNadir(double nadir);
-  /// Splits that part along and across the track by their ratio.
-  void Split(double square);
+  /// Sets the other components from that part: across the track alone by Doppler, times `side`, and
+  /// else along and across it by their ratio.
+  void SetCrossTrack(double square, double side);
   /// From the offset: the point, its geodetic coordinates (Bowring 1976) and the height of the
   /// surface.
   void Place();
@@ -75,7 +76,11 @@ double SURFACE_SEARCH::SetNadir(double nadir) {
   return range * range - dx * dx - dz * dz;
 }
 
-void SURFACE_SEARCH::Split(double square) {
+void SURFACE_SEARCH::SetCrossTrack(double square, double side) {
+  if (echo.doppler_mode) {
+    dy = side * std::sqrt(square);
+    return;
+  }
   dy = echo.look_direction * std::sqrt(square / (echo.squint * echo.squint + 1.0));
   dx = echo.squint * dy;
 }
@@ -107,6 +112,12 @@ SURFACE_POINT SURFACE_SEARCH::Ended(SURFACE_POINT found) const {
   return found;
 }
 
+/// What a search without an end has to tell: its steps.
+SURFACE_POINT Failed(SURFACE_POINT found, SOLVER_STATUS status) {
+  found.status = status;
+  return found;
+}
+
 /// Nadir component of the lowest point that has the range and the line-of-sight velocity; none for
 /// a line-of-sight velocity above the speed.
 std::optional<double> LowestPoint(const SURFACE_SEARCH& search) {
@@ -128,12 +139,7 @@ std::optional<double> HeightError(SURFACE_SEARCH& search, double dz, bool is_sta
   constexpr double ROUNDING = 1e-9;
   const double range = search.echo.slant_range;
   if (std::isless(rest, -ROUNDING * range * range)) return {};
-  const double square = std::isless(rest, 0.0) ? 0.0 : rest;
-  if (search.echo.doppler_mode) {
-    search.dy = is_start ? 0.0 : std::sqrt(square);
-  } else {
-    search.Split(square);
-  }
+  search.SetCrossTrack(std::isless(rest, 0.0) ? 0.0 : rest, is_start ? 0.0 : 1.0);
   search.Place();
   return search.axis_distance / std::cos(search.phi) - search.a / search.n - search.work.surface;
 }
@@ -145,11 +151,7 @@ std::optional<double> NextDistance(SURFACE_SEARCH& search, double rho) {
   const double range = search.echo.slant_range;
   const double square = search.SetNadir((r * r + range * range - rho * rho) / (2.0 * r));
   if (std::isless(square, 0.0)) return {};
-  if (search.echo.doppler_mode) {
-    search.dy = search.echo.look_direction * std::sqrt(square);
-  } else {
-    search.Split(square);
-  }
+  search.SetCrossTrack(square, search.echo.look_direction);
   search.Place();
   const double height = search.work.surface;
   const double x = (search.a / search.n + height) * std::cos(search.phi);
@@ -163,19 +165,15 @@ SURFACE_POINT SearchByFalsePosition(const SURFACE_ECHO& echo, GEOLOCATION_WORK& 
   SURFACE_SEARCH search{echo, work};
   search.Begin();
   SURFACE_POINT found;
-  const auto ended = [&](SOLVER_STATUS status) {
-    found.status = status;
-    return found;
-  };
-  if (search.vx == 0.0) return ended(SOLVER_STATUS::RADIAL_VELOCITY);
+  if (search.vx == 0.0) return Failed(found, SOLVER_STATUS::RADIAL_VELOCITY);
   const std::optional<double> lowest = echo.doppler_mode ? LowestPoint(search) : echo.slant_range;
-  if (!lowest) return ended(SOLVER_STATUS::NO_INTERSECTION);
+  if (!lowest) return Failed(found, SOLVER_STATUS::NO_INTERSECTION);
   double dz1 = *lowest;
   double dz2 = echo.doppler_mode ? 0.0 : -echo.slant_range;
   std::optional<double> f1 = HeightError(search, dz1, true);
-  if (!f1) return ended(SOLVER_STATUS::NO_INTERSECTION);
+  if (!f1) return Failed(found, SOLVER_STATUS::NO_INTERSECTION);
   std::optional<double> f2 = HeightError(search, dz2, true);
-  if (!f2 || std::isgreater(*f1 * *f2, 0.0)) return ended(SOLVER_STATUS::NO_INTERSECTION);
+  if (!f2 || std::isgreater(*f1 * *f2, 0.0)) return Failed(found, SOLVER_STATUS::NO_INTERSECTION);
 
   double last = NO_STEP;
   double before_last = NO_STEP;
@@ -184,7 +182,7 @@ SURFACE_POINT SearchByFalsePosition(const SURFACE_ECHO& echo, GEOLOCATION_WORK& 
     const double weight2 = std::fabs(*f2);
     const double dz = (dz1 * weight2 + dz2 * weight1) / (weight1 + weight2);
     const std::optional<double> f = HeightError(search, dz, false);
-    if (!f) return ended(SOLVER_STATUS::NO_INTERSECTION);
+    if (!f) return Failed(found, SOLVER_STATUS::NO_INTERSECTION);
     if (std::signbit(*f) == std::signbit(*f1)) {
       dz1 = dz;
       f1 = f;
@@ -192,7 +190,7 @@ SURFACE_POINT SearchByFalsePosition(const SURFACE_ECHO& echo, GEOLOCATION_WORK& 
       dz2 = dz;
       f2 = f;
     }
-    if (++found.steps > MAX_FALSE_POSITIONS) return ended(SOLVER_STATUS::NO_CONVERGENCE);
+    if (++found.steps > MAX_FALSE_POSITIONS) return Failed(found, SOLVER_STATUS::NO_CONVERGENCE);
     const bool is_open = std::isgreater(std::fabs(*f), search.tolerance);
     if (!is_open || dz == last || dz == before_last) return search.Ended(found);
     before_last = last;
@@ -204,10 +202,6 @@ SURFACE_POINT SearchByFixedPoint(const SURFACE_ECHO& echo, GEOLOCATION_WORK& wor
   SURFACE_SEARCH search{echo, work};
   search.Begin();
   SURFACE_POINT found;
-  const auto ended = [&](SOLVER_STATUS status) {
-    found.status = status;
-    return found;
-  };
   const auto open = [&](double change) {
     return std::isgreater(std::fabs(change), search.tolerance);
   };
@@ -215,9 +209,9 @@ SURFACE_POINT SearchByFixedPoint(const SURFACE_ECHO& echo, GEOLOCATION_WORK& wor
   double previous = rho - 42.0;  // anything not near rho
   while (open(rho - previous)) {
     ++found.steps;
-    if (search.vx == 0.0) return ended(SOLVER_STATUS::RADIAL_VELOCITY);
+    if (search.vx == 0.0) return Failed(found, SOLVER_STATUS::RADIAL_VELOCITY);
     const std::optional<double> surface = NextDistance(search, rho);
-    if (!surface) return ended(SOLVER_STATUS::NO_INTERSECTION);
+    if (!surface) return Failed(found, SOLVER_STATUS::NO_INTERSECTION);
     double next = *surface;
     found.change = std::fabs(next - rho);
     found.previous_change = std::fabs(rho - previous);
@@ -227,7 +221,7 @@ SURFACE_POINT SearchByFixedPoint(const SURFACE_ECHO& echo, GEOLOCATION_WORK& wor
     }
     if (found.steps == SURFACE_POINT::MAX_STEPS) {
       if (!open(found.change)) break;
-      return ended(SOLVER_STATUS::NO_CONVERGENCE);
+      return Failed(found, SOLVER_STATUS::NO_CONVERGENCE);
     }
     previous = rho;
     rho = next;

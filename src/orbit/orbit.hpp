@@ -43,14 +43,9 @@ class ORBIT : public SAMPLED_ORBIT<T, S> {
       NewSamples(SIZE);
       this->StoreReferenceTime(times[0]);
       for (int c = 0; c < SIZE; ++c) {
-        ARRAY<P>& series = samples.begin()[c];
-        series.NeedRange(RANGE<int>(0, count));
-        for (int k = 0; k < count; ++k) {
-          P& sample = series.begin()[k];
-          sample.x = static_cast<T>(this->SecondsFromReference(times[k]));
-          sample.y = static_cast<T>(positions[k][c]);
-          if constexpr (std::is_same_v<P, DPOINT<T>>) sample.dy = static_cast<T>(velocities[k][c]);
-        }
+        SetSeries(
+            c, count, [&](int k) { return this->SecondsFromReference(times[k]); },
+            [&](int k) { return positions[k][c]; }, [&](int k) { return velocities[k][c]; });
       }
       Create();
     }
@@ -106,6 +101,20 @@ class ORBIT : public SAMPLED_ORBIT<T, S> {
   void NewSamples(int coordinates) {
     interpolators.Delete();
     samples.NeedRange(RANGE<int>(0, coordinates));
+  }
+
+  /// Sets the series of a coordinate, whose samples' parts are given by index; `velocity` is asked
+  /// for Hermite orbits only.
+  template <class SECONDS, class VALUE, class VELOCITY>
+  void SetSeries(int coordinate, int count, SECONDS seconds, VALUE value, VELOCITY velocity) {
+    ARRAY<P>& series = samples.begin()[coordinate];
+    series.NeedRange(RANGE<int>(0, count));
+    for (int k = 0; k < count; ++k) {
+      P& sample = series.begin()[k];
+      sample.x = static_cast<T>(seconds(k));
+      sample.y = static_cast<T>(value(k));
+      if constexpr (std::is_same_v<P, DPOINT<T>>) sample.dy = static_cast<T>(velocity(k));
+    }
   }
 
   ARRAY<ARRAY<P>> samples;  ///< per coordinate; x is seconds from the reference time

@@ -39,7 +39,6 @@ PARAMETER_POOL::PARAMETER_POOL(const char* path, unsigned option_value) {
 
 void PARAMETER_POOL::Init() {
   stream.Close();
-  is_locked = false;
   entry.Rewind();
   file_name = "xxx.dat";
   short_name = file_name;
@@ -68,7 +67,6 @@ int PARAMETER_POOL::open(const char* path) {
 
 void PARAMETER_POOL::close() {
   stream.Close();
-  is_locked = false;
   file_name = "";
 }
 
@@ -80,7 +78,7 @@ bool PARAMETER_POOL::find_key(const char* key) {
   if (entry.FindKey(key)) return true;
   // A failed read must not look like a missing key: the caller would go on with a default.
   CheckRead();
-  return !is_locked && FindKeyBetweenUpdates(key);
+  return !stream.IsLocked() && FindKeyBetweenUpdates(key);
 }
 
 bool PARAMETER_POOL::FindKeyBetweenUpdates(const char* key) {

@@ -97,7 +97,6 @@ class PARAMETER_POOL {
   POOL_STREAM stream;
   ENTRY_READER entry{stream};
   unsigned option = 0;
-  bool is_locked = false;  ///< by this object, against other updates
 
  private:
   template <class V>

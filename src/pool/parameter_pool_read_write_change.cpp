@@ -70,9 +70,7 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::Add(OPERATION operation, PARAMETER_POOL_I
 }
 
 void PARAMETER_POOL_READ_WRITE_CHANGE::Lock() {
-  if (is_locked) return;
-  is_locked = stream.SetLock(POOL_STREAM::LOCK::EXCLUSIVE, LOCK_SECONDS);
-  if (is_locked) return;
+  if (stream.IsLocked() || stream.SetLock(POOL_STREAM::LOCK::EXCLUSIVE, LOCK_SECONDS)) return;
   if (errno == EAGAIN) {
     GlobalLog.set(ALARM) << "another process keeps parameter pool " << file_name << " locked\n";
     throw NO_UPDATE_PERMISSION_FOR_POOL();
@@ -88,7 +86,6 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::update() {
     PARAMETER_POOL_READ_WRITE_CHANGE& pool;
     ~CLOSER_OF_POOL() {
       pool.stream.Close();
-      pool.is_locked = false;
       pool.list.clear();
     }
   } const closer{*this};

@@ -37,6 +37,7 @@ bool POOL_STREAM::Close() {
   Flush();
   if (!CloseDescriptor(descriptor)) write_failed = true;
   descriptor = -1;
+  is_locked = false;
   return !write_failed;
 }
 
@@ -139,7 +140,10 @@ bool POOL_STREAM::SetLock(LOCK lock, double seconds) {
   // Asked for again and again, since a call that waits has no time limit.
   constexpr double PAUSE = 0.001;
   for (double waited = 0.0;; waited += PAUSE) {
-    if (Restarted([&] { return ::fcntl(descriptor, F_OFD_SETLK, &whole_file); }) == 0) return true;
+    if (Restarted([&] { return ::fcntl(descriptor, F_OFD_SETLK, &whole_file); }) == 0) {
+      is_locked = lock != LOCK::NONE;
+      return true;
+    }
     if (errno == EACCES) errno = EAGAIN;
     if (errno != EAGAIN || waited >= seconds) return false;
     std::this_thread::sleep_for(std::chrono::duration<double>(PAUSE));

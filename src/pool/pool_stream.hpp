@@ -68,6 +68,8 @@ class POOL_STREAM {
   /// that, and with another errno at once where files can't be locked. It is a lock of the open
   /// file description: flock(1) around a run does not see it.
   bool SetLock(LOCK lock, double seconds);
+  /// Whether this object holds a lock of the open file.
+  bool IsLocked() const { return is_locked; }
 
  private:
   /// Reads more bytes of the file behind what is left of the block; false, with `at_end` set, if
@@ -78,6 +80,7 @@ class POOL_STREAM {
   bool at_end = false;
   bool read_failed = false;  ///< since the last `Rewind`
   bool write_failed = false;
+  bool is_locked = false;
   static constexpr std::size_t BLOCK_SIZE = 16384;
   char block[BLOCK_SIZE];
   std::size_t block_length = 0;

@@ -73,14 +73,9 @@ void POOL_ORBIT<T, S, I, P>::read(PARAMETER_POOL& pool) {
     if constexpr (HAS_VELOCITY) {
       velocities = ReadValues(pool, this->velocity_keys.begin()[c], count);
     }
-    ARRAY<P>& series = this->samples.begin()[c];
-    series.NeedRange(RANGE<int>(0, count));
-    for (int k = 0; k < count; ++k) {
-      P& sample = series.begin()[k];
-      sample.x = seconds.begin()[k];
-      sample.y = values.begin()[k];
-      if constexpr (HAS_VELOCITY) sample.dy = velocities.begin()[k];
-    }
+    this->SetSeries(
+        c, count, [&](int k) { return seconds.begin()[k]; },
+        [&](int k) { return values.begin()[k]; }, [&](int k) { return velocities.begin()[k]; });
   }
   this->Create();
 }
