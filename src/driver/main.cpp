@@ -1,3 +1,4 @@
+#include <cstdio>
 #include <new>
 
 #include "driver/annotation.hpp"
@@ -10,6 +11,7 @@
 #include "driver/look_direction.hpp"
 #include "driver/nine_point_grids.hpp"
 #include "driver/scene_parameters.hpp"
+#include "driver/usage.hpp"
 #include "enumerations/enum_errors.hpp"
 #include "framework/controller_ifc.hpp"
 #include "framework/process_identity.hpp"
@@ -104,6 +106,7 @@ void run(CONTROLLER_IFC& controller, SoftwareIdentity& identity, SoftwareLog& in
 
 int main(int argc, char** argv) {
   using namespace varnoth;
+  if (answer_single_argument(argc, argv)) return std::fflush(stdout) == 0 ? 0 : 1;
   CONTROLLER_IFC controller;
   SoftwareIdentity identity;
   identity.title = TITLE;  // for the line of a failure during set-up

@@ -5,6 +5,8 @@ import shlex
 import shutil
 import subprocess
 
+import pytest
+
 from varnoth_run import EXAMPLES, run
 
 ROOT = EXAMPLES.parent
@@ -18,6 +20,17 @@ def test_manual_page(tmp_path):
     assert (done.status, re.sub("\033\\[.m", "", done.screen)) == (0, screen)
     content = (tmp_path / "pair" / "insar.pool").read_text(encoding="latin-1")
     assert all(line in content.splitlines() for line in results.splitlines())
+
+
+@pytest.mark.parametrize("words, is_help", [
+    (["--help"], True), (["-help"], True), (["-h"], False), (["--help", "x"], False), ([], False)])
+def test_help(tmp_path, words, is_help):
+    done = run(tmp_path, words or ["-x", "y"], {"TMPDIR": str(tmp_path)})
+    assert (done.status, not list(tmp_path.iterdir())) == ((0, True) if is_help else (1, False))
+    keys = re.findall(r"^  (-\w+) ", done.screen, re.MULTILINE)
+    assert {*keys, "-help"} == set(re.findall(r"\*(-\w+)\*", PAGE)) if is_help else keys == []
+    pointed = 'varnoth: "-h" has no value; varnoth --help shows the keys\n'
+    assert done.errors.startswith(pointed) == (words == ["-h"])
 
 
 def completed(*words):
