@@ -36,4 +36,4 @@ endfunction()
 add_custom_target(varnoth_check_floors
   COMMAND ${CMAKE_COMMAND} -DSOURCE_DIR=${PROJECT_SOURCE_DIR}
           -P ${PROJECT_SOURCE_DIR}/cmake/check_floors.cmake
-  COMMENT "Checking that includes go down or sideways")
+  COMMENT "Checking that includes go down or sideways" VERBATIM)

@@ -19,7 +19,7 @@ if(SCDOC)
     string(REGEX MATCH "[0-9]$" section ${page})
     set(source ${PROJECT_SOURCE_DIR}/docs/man/${page}.scd)
     add_custom_command(OUTPUT ${page}.gz
-      COMMAND sh -c "${SCDOC} <'${source}' | gzip -9n >${page}.gz" VERBATIM DEPENDS ${source})
+      COMMAND sh -c "'${SCDOC}' <\"$0\" | gzip -9n >${page}.gz" ${source} VERBATIM DEPENDS ${source})
     list(APPEND pages ${PROJECT_BINARY_DIR}/${page}.gz)
     install(FILES ${PROJECT_BINARY_DIR}/${page}.gz
             DESTINATION ${CMAKE_INSTALL_MANDIR}/man${section} COMPONENT program)
