@@ -90,12 +90,10 @@ void MDB::ReadRecordType() {
   std::transform(definitions.begin() + 1, definitions.end(), new_items.begin(),
                  [this](const STRING& item) { return ItemOfDefinition(path_info.file, item); });
   SetRecord(new_items, new_key);
-  status.record_valid = false;
 }
 
 void MDB::SetRecord(const ARRAY<RECORD_ITEM>& record) {
   items = record;
-  status.record_valid = true;
   status.record_type_valid = true;
 }
 
@@ -114,7 +112,7 @@ void MDB::SetFile(const STRING& name) {
   Close();
   path_info.file = name;
   status.file_set = true;
-  status.record_valid = status.record_type_valid = false;
+  status.record_type_valid = false;
   ReadRecordType();
 }
 
@@ -135,7 +133,7 @@ void MDB::ChangePath(const MDB_PATH_INFO& path) {
   Close();
   path_info = path;
   status.path_set = true;
-  status.record_valid = status.record_type_valid = false;
+  status.record_type_valid = false;
 }
 
 STRING MDB::GetDirectory() const {

@@ -134,7 +134,6 @@ class MDB {
     bool file_set = false;
     bool stream_open = false;
     bool open_for_writing = false;
-    bool record_valid = false;
     bool record_type_valid = false;
     bool at_end = false;  ///< the stream is at the end of the last record that was written
   };

@@ -178,8 +178,6 @@ void LOG_TABLE::PrintRows(int level) const {
   const auto end_row = [&] {
     GlobalLog.set(level) << line + '\n';
     line.clear();
-    cell.clear();
-    alignment = 'c';
     column = -1;
     at_start = true;
   };

@@ -1,5 +1,8 @@
+#include <fcntl.h>
+
 #include "foundation/errors.hpp"
 #include "support/log_capture.hpp"
+#include "system/signal_safe/text_sink.hpp"
 #include "tables/log_table.hpp"
 
 namespace varnoth::test {
@@ -47,6 +50,16 @@ TEST_F(LoggedTest, ScreenAndFileHaveThresholdsOfTheirOwn) {
   EXPECT_EQ(TakeLines(), "EXCEP both\nALARM both\nWARN  both\n");
   EXPECT_EQ(*std::next(GlobalLog.captured().rbegin(), 3), "screen 1234567.000000");
   EXPECT_EQ(GlobalLog.last_captured_line(), "both");
+}
+
+TEST_F(LoggedTest, ASinkEndsOpenLinesAloneAndLetsItsFileGo) {
+  TEXT_SINK sink;
+  sink.Open(open(directory.Path("sink").c_str(), O_CREAT | O_WRONLY, 0600));
+  for (const char* text : {"a\n", "", "b", "c"}) sink.Append(text), sink.EndLine();
+  sink.AppendUnseen("escape");
+  sink.EndLine();
+  EXPECT_TRUE(sink.Close() && !sink.IsOpen());
+  EXPECT_EQ(ReadFile(directory.Path("sink")), "a\nb\nc\nescape");
 }
 
 TEST(ExecutionTime, IsToldInItsUnits) {

@@ -7,12 +7,15 @@
 #include <sstream>
 
 #include "framework/controller_ifc.hpp"
+#include "framework/internal/fatal_signals.hpp"
 #include "framework/software_log.hpp"
 #include "support/log_capture.hpp"
 #include "system/signal_safe/uninterrupted.hpp"
 
 namespace varnoth::test {
 namespace {
+
+int syncs = 0;
 
 struct ControllerTest : LoggedTest {
   ControllerTest() { std::filesystem::create_directory(directory.Path("status")); }
@@ -47,6 +50,22 @@ TEST_F(ControllerTest, TheLastPairOfTheArgumentsWinsAndTheFileIsReadOnFromTheLas
   EXPECT_EQ(Find("last"), "! unchanged") << "the last argument is only a value";
   for (const char* expected : {"1", "3", "1"}) EXPECT_EQ(Find("file"), expected);
   EXPECT_EQ(Find("long"), "4") << "behind 1023 bytes a new line starts";
+}
+
+TEST_F(ControllerTest, WithoutASetUpItsNameIsUnknownAndToldOnce) {
+  EXPECT_EQ(controller.get_binary_name() + controller.get_binary_name(), "unknownunknown");
+  EXPECT_EQ(TakeLines(),
+            "WARN  CONTROLLER_IFC::get_binary_name: Controller interface not initialized!\n"
+            "WARN  Function CONTROLLER_IFC::init must be called before accessing a controller "
+            "object!\n");
+}
+
+TEST_F(ControllerTest, ADurableMarkIsOnTheDisk) {
+  Init();
+  controller.SetDurable();
+  const int before = syncs;
+  controller.mark_ok();
+  EXPECT_GT(syncs, before);
 }
 
 TEST_F(ControllerTest, AnAnswerInTimeTakesTheAlarmBack) {
@@ -91,6 +110,18 @@ TEST_F(ControllerDeathTest, TheHandlerHasAStackOfItsOwnWhereTheOtherIsFull) {
                       ReadFile(directory.Path("lfn")));
 }
 
+TEST_F(ControllerDeathTest, AHeldSignalArrivesAtTheEndOfItsScope) {
+  const auto hold = [&] {
+    {
+      const HELD_SIGNALS held;
+      std::raise(SIGTERM);
+      std::fputs("held", stderr);
+    }
+    std::fputs("passed", stderr);
+  };
+  EXPECT_EXIT(hold(), testing::KilledBySignal(SIGTERM), "held$");
+}
+
 TEST_F(ControllerDeathTest, ASignalInAnUninterruptedStretchEndsTheProcessAtItsEnd) {
   const auto stretch = [&] {
     Init();
@@ -127,7 +158,9 @@ struct SoftwareLogTest : LoggedTest {
     identity.start_seconds -= 90;
     identity.set("step", "title", version, "$Date: 2026/11/24 21:06:38 $", "build", "user");
     PARAMETER_POOL_READ_WRITE_CHANGE pool(path.c_str());
-    SoftwareLog().update_pool(pool, identity);
+    SoftwareLog log;
+    log.add(SoftwareIdentity());  // only what the pool has counts
+    log.update_pool(pool, identity);
     return identity;
   }
   /// The pool with one blank between its words.
@@ -168,7 +201,12 @@ TEST_F(SoftwareLogTest, AFlaggedWarningIsNeverCleared) {
   GlobalLog.open_file(directory.Path("log").c_str(), "log", NO_LEVEL, TRACE);
   Run("1");
   EXPECT_PRED_FORMAT2(testing::IsSubstring, "QA_WARNING_FLAG BOL TRUE", Words());
+  EXPECT_PRED_FORMAT2(testing::IsSubstring, "names STR_V 0 1 ", Words());
 }
 
 }  // namespace
+
+// This takes the place of the library's function.
+extern "C" int fsync(int /*file*/) { return ++syncs, 0; }
+
 }  // namespace varnoth::test

@@ -172,9 +172,22 @@ TEST_F(LoggedTest, SolversFindWhatIsSeenAtAHeightAndOnTerrainAndTellTheirStepsAt
       }
     }
     EXPECT_TRUE(saved > 0 || solver.search == nullptr);
-    const std::string told = std::string("TRACE ") + solver.name + ": ";
-    EXPECT_NE(TakeLines().find(told), std::string::npos) << told;
+    const std::string told = std::string("TRACE ") + solver.name + ": ", lines = TakeLines();
+    EXPECT_NE(lines.find(told), std::string::npos) << told;
+    EXPECT_EQ(lines.find(told + "0 "), std::string::npos) << told;
   }
+}
+
+TEST_F(LoggedTest, ASurfaceThatNeverRestsHasNoPointAndItsStepsAreTold) {
+  const SURFACE_HEIGHT restless = [](void* context, double, double, double) {
+    return ++*static_cast<int*>(context) % 3 * 1000.0;
+  };
+  FOUND f;
+  const SIGHT sight(VIEWS[0], 1, 0, EQUATOR, POLE);
+  EXPECT_EQ(ThrownText([&] { f.Search(FIXED_POINT, restless, sight, true); }),
+            "geolocation_test: Convergence problem!");
+  EXPECT_EQ(TakeLines().substr(0, 81),
+            "ALARM geolocation_test: convergence problem. Residual error after 50 iterations: ");
 }
 
 TEST_F(LoggedTest, AFailureIsToldInOrderAndLeavesTheOutputsAlone) {

@@ -157,7 +157,7 @@ INFO  PP.Read pool k STR
 
 TEST_F(PoolUpdateTest, AReadErrorIsNoMissingKey) {
   WriteFile("pool", "k FLT_15 5");
-  for (const auto& [key, well] : {std::pair("k", 1), std::pair("l", 1), std::pair("l", 0)}) {
+  for (const auto& [key, well] : {std::pair("k", 1), {"l", 2}, {"l", 1}, {"l", 0}}) {
     PARAMETER_POOL pool("pool");
     double value = 0;
     fault = {"pread", well};

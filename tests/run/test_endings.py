@@ -80,8 +80,11 @@ def test_status_path_and_process_name(ready):
     assert (ready / "state" / "OK.7").exists() and (ready / "log.7").exists()
 
 
-FILES = {"MasterPar": "master.pool", "SlavePar": "slave.pool", "ParameterPool": "insar.pool",
-         "log_pp": "log.pool", "lfn": "own.log", "pcf": "own.cfg", "status": "marks/"}
+# key: (file, what a refusal calls it)
+FILES = {"MasterPar": ("master.pool", "value of parameter MasterPar"), "log_pp": ("log.pool", "of parameter log_pp"),
+         "SlavePar": ("slave.pool", "of parameter SlavePar"), "lfn": ("own.log", "name of the log file"),
+         "ParameterPool": ("insar.pool", "of parameter ParameterPool"), "status": ("marks/", "of the failure mark"),
+         "pcf": ("own.cfg", "name of the configuration file")}
 
 
 @pytest.mark.parametrize("excess", [0, 1])
@@ -90,12 +93,19 @@ def test_names_of_255_characters_and_no_more(ready, key, excess):
     (ready / "marks").mkdir()
     # The marks' names are longer than their directory's.
     longest = 255 - len("ERROR.varnoth") if key == "status" else 255
-    ahead = longest + excess - len(FILES[key])
-    done = run(ready, arguments(**{key: "./" * (ahead // 2) + "/" * (ahead % 2) + FILES[key]}))
-    assert (done.status, " is longer than 255 characters" in done.screen) == (excess, excess == 1)
+    file, what = FILES[key]
+    ahead = longest + excess - len(file)
+    done = run(ready, arguments(**{key: "./" * (ahead // 2) + "/" * (ahead % 2) + file}))
+    assert (done.status, f"{what} is longer than 255 characters" in done.screen) == (excess, excess == 1)
     assert done.marks == MARKS[excess] or key == "status"
     assert (ready / "own.log").exists() == (key == "lfn" and excess == 0)
     assert (ready / "marks" / "OK.varnoth").exists() == (key == "status" and excess == 0)
+
+
+@pytest.mark.parametrize("key, length, what", [
+    ("status", 255, "parameter status"), ("status", 243, "path of the STOP file"), ("pid", 256, "parameter pid")])
+def test_marks_with_names_too_long(ready, key, length, what):
+    assert f"ALARM : varnoth : {what} is longer than 255" in run(ready, arguments(**{key: "x" * length})).screen
 
 
 @pytest.fixture

@@ -207,14 +207,14 @@ TEST_F(UniversalTimeTest, WhatTheTextCanNotShowIsToldAndTheValueStays) {
 
 TEST_F(UniversalTimeTest, FieldsTextsAndOrder) {
   UTC time(0.0), later;
-  time.SetDay(14), time.SetMonth(5), time.SetYear(2004), time.SetHour(10), time.SetMinute(11);
-  time.SetSecond(12), time.SetMillisecond(34), time.SetMicrosecond(56);
-  EXPECT_EQ(time.Split(), (UTC_VALUES{2004, 5, 14, 10, 11, 12, 34, 56}));
+  time.SetDay(14), time.SetMonth(5), time.SetYear(2004), time.SetHour(9), time.SetMinute(8);
+  time.SetSecond(7), time.SetMillisecond(34), time.SetMicrosecond(56);
+  EXPECT_EQ(time.Split(), (UTC_VALUES{2004, 5, 14, 9, 8, 7, 34, 56}));
   time.SetFraction(123456);
-  EXPECT_STREQ(ToPoolText(time, 99, false).c_str(), "2004-05-14T10:11:12.123456");
-  EXPECT_STREQ(ToPoolText(time, 3, true).c_str(), "2004-05-14T10:11:12.123Z");
-  EXPECT_STREQ(ToPoolText(time, 0, true).c_str(), "2004-05-14T10:11:12Z");
-  std::istringstream lines(" \n 14-MAY-2004 10:11:12.123457\n");
+  EXPECT_STREQ(ToPoolText(time, 99, false).c_str(), "2004-05-14T09:08:07.123456");
+  EXPECT_STREQ(ToPoolText(time, 3, true).c_str(), "2004-05-14T09:08:07.123Z");
+  EXPECT_STREQ(ToPoolText(time, 0, true).c_str(), "2004-05-14T09:08:07Z");
+  std::istringstream lines(" \n 14-MAY-2004 09:08:07.123457\n");
   lines >> later;
   EXPECT_TRUE(time < later && time <= later && later >= time && !(later < time || time < time));
 }

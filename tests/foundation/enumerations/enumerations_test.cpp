@@ -115,6 +115,9 @@ TEST_F(EnumerationTest, PairsAndFiguresAreMadeOfTheirParts) {
   EXPECT_EQ(direction.EdgeOf(Range("near")).text + direction.EdgeOf(Range("far")).text +
                 direction.EdgeOf(Azimuth("start")).text + direction.EdgeOf(Azimuth("stop")).text,
             "TOPBOTTOMRIGHTLEFT");
+  Edge guard;
+  --guard;
+  EXPECT_THROW(direction.Opposite(guard), ERROR_ENUM_BASE_INVALID_ID);
   EXPECT_NE(ThrownText([] { ImageDirection(Edge("TOP"), Edge("BOTTOM")); }), "nothing thrown");
   EllipsoidType<double> figure("-");
   EXPECT_EQ(figure.id, 0) << "this lookup begins at the first guard";
