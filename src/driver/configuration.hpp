@@ -21,18 +21,18 @@ struct CONFIGURATION {
 };
 
 /// Looks up the five mandatory keys, and sets everything but the degree as a number. Throws
-/// ERROR_ARGUMENT, behind a line at ALARM, for a value that is too long, and what the controller's
+/// ERROR_ARGUMENT, after a line at ALARM, for a value that is too long, and what the controller's
 /// lookups throw.
 void read_configuration(CONTROLLER_IFC& controller, CONFIGURATION& configuration);
 
 /// Height in metres above the ellipsoid: the key LocalHeight or, without it, `local_height` of the
 /// InSAR pool. A value of the key counts as far as it is a number, and is 0 if it starts with none.
-/// Throws ERROR_ARGUMENT, behind a line at ALARM, for a value that is too long, and what the
+/// Throws ERROR_ARGUMENT, after a line at ALARM, for a value that is too long, and what the
 /// controller's lookups and the pool throw.
 double read_local_height(CONTROLLER_IFC& controller, PARAMETER_POOL& insar_pool);
 
 /// Whether the results must survive a crash of the machine: the optional key DurableUpdate, TRUE or
-/// FALSE (the default). Logs a line for TRUE. Throws ERROR_ARGUMENT, behind a line at ALARM, for
+/// FALSE (the default). Logs a line for TRUE. Throws ERROR_ARGUMENT, after a line at ALARM, for
 /// another value, and what the controller's lookups throw.
 bool read_durability(const CONTROLLER_IFC& controller);
 

@@ -19,13 +19,13 @@ struct OBSERVATION_MODE {
 };
 
 /// The values of the texts "single_pass" and "dual_pass"; "left" (-1) and "right" (+1);
-/// "fixed_height" (1) and "dem_height" (2). The comparison is exact. Throw ERROR_ARGUMENT, behind a
+/// "fixed_height" (1) and "dem_height" (2). The comparison is exact. Throw ERROR_ARGUMENT, after a
 /// line at ALARM, for any other text.
 OBSERVATION_MODE observation_mode_from_text(const char* text);
 int look_direction_from_text(const char* text);
 int geolocation_mode_from_text(const char* text);
 
-/// Text of a look direction; throws ERROR_ARGUMENT, behind a line at ALARM, for a value that is
+/// Text of a look direction; throws ERROR_ARGUMENT, after a line at ALARM, for a value that is
 /// neither -1.0 nor 1.0.
 const char* look_direction_text(double value);
 /// Logs the line "prefix text" at a level; throws as `look_direction_text` does.

@@ -6,7 +6,7 @@
 namespace varnoth {
 
 /// Copies what the run needs of its scenes from the three pools. Ignores blanks in the text of a
-/// look direction. Throws what the pools throw; ERROR_ARGUMENT, behind a line at ALARM, for an
+/// look direction. Throws what the pools throw; ERROR_ARGUMENT, after a line at ALARM, for an
 /// invalid look direction or observation mode; and std::out_of_range for a pool without a file
 /// name.
 ///
@@ -24,7 +24,7 @@ struct SCENE_CENTERS {
 /// Reads the centres. Throws what the pools throw, and std::out_of_range for a pool without a file
 /// name.
 SCENE_CENTERS read_scene_centers(PARAMETER_POOL& master_pool, PARAMETER_POOL& slave_pool);
-/// Takes the two radii (m) from the ellipsoid parameters. Throws ERROR_DATA, behind a line at
+/// Takes the two radii (m) from the ellipsoid parameters. Throws ERROR_DATA, after a line at
 /// ALARM, if there are fewer than nine parameters.
 void take_ellipsoid_radii(SCENE& scene);
 

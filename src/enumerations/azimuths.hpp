@@ -18,10 +18,11 @@ class Azimuths {
   /// The time of a position. Throws ERROR_ENUM_BASE_INVALID_ID for a guard.
   const UNIVERSAL_TIME& operator[](const Azimuth& position) const;
 
-  /// Reads the times, each an STR under the key parts, the position ("start", "center", "stop") and
-  /// "time", and the duration, an FLT_15 in seconds under the key parts and "duration". With
-  /// `plural` the words are "times" and "durations". Throws what ReadTime, PARAMETER_POOL::Read and
-  /// DURATION::FromSeconds throw; the object then stays as it was.
+  /// Reads the times and the duration. Each time is an STR under the key parts, the position
+  /// ("start", "center", "stop") and "time"; the duration is an FLT_15 in seconds under the key
+  /// parts and "duration". With `plural` the words are "times" and "durations". Throws what
+  /// ReadTime, PARAMETER_POOL::Read and DURATION::FromSeconds throw; the object then stays as it
+  /// was.
   void ReadFromPool(PARAMETER_POOL& pool, KEY_PARTS key_parts, bool plural = false);
 
   DURATION duration;

@@ -16,8 +16,8 @@ namespace varnoth::BASIC::TYPES {
 
 namespace {
 
-/// A text in the form that the comparison looks at: without separators or upper case if it ignores
-/// them.
+/// A text as the comparison sees it: without separators if it ignores them, in lower case if it
+/// ignores case.
 std::string Folded(const char* text, TEXT_COMPARISON comparison) {
   std::string folded;
   for (; *text != '\0'; ++text) {

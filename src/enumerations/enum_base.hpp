@@ -72,32 +72,32 @@ class ENUM_BASE {
   /// ERROR_ENUM_BASE_LIMIT_OF_ENUMERATION_EXPIRED.
   virtual ENUM_BASE& operator++();
   virtual ENUM_BASE& operator--();
-  /// The same, but give the row before the step. For an object of a known class the operators at
+  /// The same, but return the row before the step. For an object of a known class the operators at
   /// the end of this file give a copy.
   virtual const ENUM_BASE& operator++(int);
   virtual const ENUM_BASE& operator--(int);
 
   /// The last legal id; 0 for the base, which has no values.
   virtual std::int32_t LastId() const { return Table().LastId(); }
-  /// The row of an id or, with `assign`, this object, after it took the row's value. Throws
-  /// ERROR_ENUM_BASE_INVALID_ID for an id below 0 or above LastId() + 1. The base class gives this
-  /// object unchanged.
+  /// Returns the row of an id or, with `assign`, this object, which then has taken the row's value.
+  /// Throws ERROR_ENUM_BASE_INVALID_ID for an id below 0 or above LastId() + 1. The base class
+  /// returns this object unchanged.
   virtual const ENUM_BASE& FromId(std::int32_t wanted, bool assign);
 
-  /// Sets the object from the STR under the key `prefix` and key word, joined by "_"; a null or
-  /// empty prefix leaves the key word alone. Takes texts and aliases in any case. Throws what the
-  /// pool throws, PARAMETER_KEY_TOO_LONG, and ERROR_ENUM_BASE_INVALID_VALUE, behind a line at
-  /// ALARM, for any other text.
+  /// Sets the object from the STR under the key `prefix` and key word, joined by "_"; with a null
+  /// or empty prefix the key is the key word alone. Takes texts and aliases in any case. Throws
+  /// what the pool throws, PARAMETER_KEY_TOO_LONG, and ERROR_ENUM_BASE_INVALID_VALUE, after a line
+  /// at ALARM, for any other text.
   virtual void ReadFromPool(PARAMETER_POOL& pool, const char* prefix);
   /// Writes the text under that key, whether the pool has it or not. Throws like
   /// PARAMETER_POOL_READ_WRITE_CHANGE::Change.
   virtual void WriteToPool(PARAMETER_POOL_READ_WRITE_CHANGE& pool, const char* prefix) const;
   /// Like ReadFromPool, but takes only the exact text of a legal value; any other text throws
-  /// INVALID_PARAMETER_VALUE behind a line at ALARM.
+  /// INVALID_PARAMETER_VALUE after a line at ALARM.
   virtual void ReadCheckedFromPool(PARAMETER_POOL& pool, const char* prefix);
 
-  /// The n-th alias, counted from 0, of the value of `object`; its text if there is none. Throws
-  /// ERROR_ENUM_BASE_TYPE_MISMATCH if `object` is of another class.
+  /// The n-th alias, counted from 0, of the value of `object`; the value's text if there is none.
+  /// Throws ERROR_ENUM_BASE_TYPE_MISMATCH if `object` is of another class.
   virtual STRING GetAlias(const ENUM_BASE& object, int n) const;
 
   /// Gives the object the value with that text or alias. Any other text throws
@@ -116,7 +116,7 @@ class ENUM_BASE {
   virtual const ENUM_TABLE& Table() const;
 };
 
-/// The base of a class of the family, which is declared as
+/// The base of each class of the family. Declare such a class as
 ///
 ///     class Edge : public ENUM<Edge> {
 ///      public:

@@ -4,8 +4,8 @@
 
 namespace varnoth::SAR {
 
-/// A transmit and a receive polarization; its text is their texts side by side. Both parts of a
-/// guard are the guard of PolarizationType at the same end.
+/// A transmit and a receive polarization; its text joins their texts. Both parts of a guard are the
+/// guard of PolarizationType at the same end.
 ///
 ///     const TxRxType channel(PolarizationType("H"), PolarizationType("V"));  // "HV"
 class TxRxType : public ENUM<TxRxType> {

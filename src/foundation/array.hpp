@@ -14,7 +14,7 @@
 namespace varnoth {
 
 /// What the sizing operations of ARRAY return. ARRAY_BAD_RANGE stands for a negative count and for
-/// a last index that loops could not count past.
+/// a last index that a loop could not count past.
 enum ARRAY_RESULT : int { ARRAY_OK = 0, ARRAY_NO_MEMORY = 2, ARRAY_BAD_RANGE = 3 };
 
 /// An array with a free first index, which is part of its value: `GetBase()[i]` is element i, with
@@ -68,7 +68,7 @@ class ARRAY {
     raw = false;
   }
   /// Allocates the range, constructs its elements and releases the former content. Returns
-  /// ARRAY_OK; ARRAY_NO_MEMORY and ARRAY_BAD_RANGE leave the array as it was.
+  /// ARRAY_OK, or else ARRAY_NO_MEMORY or ARRAY_BAD_RANGE, with the array as it was.
   virtual int Create(const RANGE<int>& wanted) { return Make(wanted, false); }
   /// The same, but neither constructs the elements nor destroys them later.
   virtual int CreateRaw(const RANGE<int>& wanted) { return Make(wanted, true); }
@@ -105,7 +105,8 @@ class ARRAY {
     std::swap(raw, resized.raw);
     return ARRAY_OK;
   }
-  /// `Resize` that throws ERROR_NO_MEMORY, or another given failure, if it fails.
+  /// Like `Resize`, but throws `failure` if that fails: ERROR_NO_MEMORY unless another one is
+  /// given.
   template <class FAILURE = ERROR_NO_MEMORY>
   void NeedRange(const RANGE<int>& wanted, FAILURE failure = {}) {
     if (Resize(wanted) != ARRAY_OK) throw failure;
@@ -182,9 +183,9 @@ class SUB_ARRAY : public ARRAY<X> {
   int CreateRaw(const RANGE<int>& /*wanted*/) override { return ARRAY_BAD_RANGE; }
   /// Drops the view.
   void Delete() override { this->Reset(); }
-  /// Gives the range to the elements from the view's first one on; allocates nothing. The caller
-  /// makes sure that the viewed array holds that many. Returns ARRAY_BAD_RANGE for a negative
-  /// count.
+  /// Sets the range, which now covers the elements from the view's first one on. Allocates nothing:
+  /// the caller makes sure that the viewed array holds that many elements. Returns ARRAY_BAD_RANGE
+  /// for a negative count.
   int Resize(const RANGE<int>& wanted) override {
     if (wanted.Count() < 0) return ARRAY_BAD_RANGE;
     this->range = wanted;

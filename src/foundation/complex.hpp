@@ -2,7 +2,8 @@
 
 namespace varnoth {
 
-/// A complex value; no virtual operations, so that an array of them is a plain block.
+/// A complex value. It has no virtual operations, so that an array of complex values is a plain
+/// block.
 template <class T>
 struct COMPLEX {
   T re{};

@@ -2,8 +2,8 @@
 
 namespace varnoth {
 
-/// Root of the system's failures. The class is the kind of failure. The code that throws first
-/// writes the details (key, file, value) to the log; ERROR_NO_MEMORY comes without a line.
+/// Root of the system's failures. The class is the kind of failure. Before it throws, code writes
+/// the details (key, file, value) to the log; ERROR_NO_MEMORY comes without a line.
 ///
 ///     try {
 ///       pool.Read("prf", prf);

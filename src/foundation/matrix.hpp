@@ -16,15 +16,15 @@ namespace varnoth {
 /// An element access costs two plain indexing steps: `Rows()[r][c]` with the matrix's own indices.
 /// `Rows(first_column)` gives a view with another column base. The matrix keeps a table of row
 /// pointers for each base; the first call with a base builds the table, on a const matrix too, so
-/// threads must not share that call.
+/// threads must not share that first call.
 template <class T>
 class MATRIX {
  public:
   MATRIX() = default;
   /// Elements of plain types are undefined. Throws ERROR_NO_MEMORY if `Create` returns false.
   MATRIX(const RANGE<int>& row_range, const RANGE<int>& column_range);
-  /// Copying throws the text "ARRAY : can not copy array", assignment ERROR_NO_MEMORY, if memory
-  /// runs out.
+  /// If memory runs out, copying throws the text "ARRAY : can not copy array", and assignment
+  /// throws ERROR_NO_MEMORY.
   MATRIX(const MATRIX& other);
   MATRIX& operator=(const MATRIX& other);
   virtual ~MATRIX() = default;
@@ -60,7 +60,7 @@ class MATRIX {
   const T* const* Rows(int first_column) const { return RowPointers(first_column); }
 
  private:
-  /// A pointer per row, each shifted by one column base.
+  /// One pointer per row, shifted by the column base.
   struct POINTER_VECTOR_LINK_T {
     int first_column = 0;
     std::shared_ptr<T*[]> row_pointers;  ///< shared only while the link array grows

@@ -33,8 +33,8 @@ class STRING {
   /// Compares the texts up to their terminators.
   friend bool operator==(const STRING& left, const STRING& right) { return left.Equals(right); }
 
-  /// Character at a position from 0 to Length(), which is the terminator's. Throws
-  /// std::out_of_range ("subscript greater than string length") beyond it.
+  /// The character at a position from 0 to Length(), where the terminator is. A greater position
+  /// throws std::out_of_range ("subscript greater than string length").
   char& operator[](std::size_t index);
   char operator[](std::size_t index) const;
 

@@ -106,7 +106,7 @@ void CrossProduct(VECTOR<T>& result, const VECTOR<T>& a, const VECTOR<T>& b) {
 }
 
 /// Operations on plain three-vectors for the inner loops. The result of `CrossProduct` must not be
-/// an operand; that of `Subtract`, a - b, may be one.
+/// one of its operands; the result of `Subtract`, a - b, may be one.
 inline double DotProduct(const double a[3], const double b[3]) {
   return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
 }

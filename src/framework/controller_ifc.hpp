@@ -19,7 +19,7 @@ namespace varnoth {
 /// A lookup searches the argument list ("-key value", the last pair wins), then the configuration
 /// file (a line per key: key, blank, value), then the environment, and for a mandatory parameter
 /// asks at the keyboard. A value from the file or the keyboard is one word. Every lookup throws
-/// ERROR_CAN_NOT_READ_FILE, behind a line at ALARM, if it can't read the file.
+/// ERROR_CAN_NOT_READ_FILE, after a line at ALARM, if it can't read the file.
 ///
 /// The failure mark stands from `init` until the regular end, so that a run that dies in any way
 /// counts as failed. A mark that can't be written or removed leaves a line at WARNING, no more.
@@ -34,7 +34,7 @@ class CONTROLLER_IFC {
   /// must outlive the object. A missing configuration file leaves a line at WARNING.
   ///
   /// Ends the process with status 2 if the STOP file exists, and with 255 if the log file can't be
-  /// opened. Throws, behind a line at ALARM, ERROR_ARGUMENT for a name or path of more than 255
+  /// opened. Throws, after a line at ALARM, ERROR_ARGUMENT for a name or path of more than 255
   /// characters, and ERROR_CAN_NOT_READ_FILE for an existing configuration file that can't be
   /// read.
   void init(int count, char** arguments, bool supervise);

@@ -29,7 +29,7 @@ class BISTATIC_SEARCH {
   BISTATIC_SEARCH();
   /// Takes the speed of light (m/s) and its inverse (s/m), an offset (s) from the caller's times to
   /// those of the orbits, the number of samples (at least 3) and the relative tolerance of the
-  /// light-time search. Throws ERROR_ARGUMENT, behind a line at ALARM, for too few samples, and
+  /// light-time search. Throws ERROR_ARGUMENT, after a line at ALARM, for too few samples, and
   /// ERROR_NO_MEMORY.
   BISTATIC_SEARCH(double light_speed, double inverse_light_speed, double offset, int samples_wanted,
                   double tolerance);
@@ -41,8 +41,8 @@ class BISTATIC_SEARCH {
   ///
   /// Samples the interval of length `span` (s) centred on `centre_time` (s). `target` is in m,
   /// `zenith_delay` one-way (s). `residuals`, if given, is the warm start of the light-time search,
-  /// one number (s) per sample, and receives its result; one of another length starts from 0. With
-  /// `shift_time` the time of each sample is moved back by the one-way receive delay.
+  /// one number (s) per sample, and receives its result; a vector of another length starts from 0.
+  /// `shift_time` moves the time of each sample back by the one-way receive delay.
   ///
   /// Throws what the orbits and the fit throw. A light-time search that is still open after 100
   /// steps shows only in the histogram.
@@ -52,8 +52,8 @@ class BISTATIC_SEARCH {
                 VECTOR<double>* residuals, bool shift_time);
 
   /// The same results for one satellite that receives its own echo, by `FindClosestApproach` from a
-  /// start time (s). `tell`, if given, is called with a search that does not converge. Throws what
-  /// the orbit throws.
+  /// start time (s). Calls `tell`, if given, with a search that does not converge. Throws what the
+  /// orbit throws.
   void EvaluateMonostatic(double& velocity_squared, double& closest_time, double& minimum_delay,
                           const double target[3], const SCENE_ORBIT& orbit, double time,
                           double zenith_delay, TELL_SEARCH tell = TellOpenSearch) const;

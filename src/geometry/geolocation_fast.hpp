@@ -27,7 +27,7 @@ namespace varnoth {
 ///  - `latitude`, `longitude` (degrees; longitude 0 to 360): geodetic, on the raised ellipsoid,
 ///  - `incidence` (degrees): between the ellipsoid's normal and the ray to the satellite.
 ///
-/// Throws, behind lines at ALARM, ERROR_ARGUMENT: the satellite lies within the Earth; ERROR_DATA:
+/// Throws, after lines at ALARM, ERROR_ARGUMENT: the satellite lies within the Earth; ERROR_DATA:
 /// sphere and ellipsoid do not meet; ERROR_ALGORITHM: no convergence, or a coordinate of the target
 /// is not a number; ERROR_UNHANDLED_CASE: a coordinate of the satellite is not a number. The
 /// outputs are then unchanged, except that a target that is not a number sets `earth_vect` and

@@ -31,7 +31,7 @@ namespace varnoth {
 ///  offset,
 ///  - `los_velocity`, in the other mode and by `geolocation_test` alone: that of the point found.
 ///
-/// Both throw a text, behind lines at ALARM, if the velocity points along the radius, if range
+/// Both throw a text, after lines at ALARM, if the velocity points along the radius, if range
 /// sphere and surface do not meet, and if the search does not end within 100 (`geolocation_new`) or
 /// 50 steps; the outputs are then unchanged. They also throw what the surface function throws.
 void geolocation_new(GEOLOCATION_WORK& work, const double ellipsoid[4],

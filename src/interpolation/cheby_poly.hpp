@@ -5,22 +5,23 @@
 namespace varnoth {
 
 /// An unweighted least-squares fit by Chebyshev polynomials T_j of the abscissa scaled to [-1, 1],
-/// by singular value decomposition. The scaling keeps it well conditioned wherever the origin is.
+/// by singular value decomposition. The scaling keeps the fit well conditioned wherever the origin
+/// is.
 ///
 ///     CHEBY_POLY<double> curve;
 ///     curve.SetOrder(6);
 ///     curve.Create(series);  // an ARRAY<POINT<double>>, in any order of the abscissae
 ///     const double y = curve.GetY(12.5);
 ///
-/// Error: with k the order, the fit p of a smooth f meets f at k + 1 points z_j, so that
-/// f - p = f^(k+1)(ξ) / (k+1)! · Π (x - z_j) (Davis, Interpolation and Approximation, 3.1). Outside
-/// the samples it extrapolates without a report, and the product grows like x^(k+1).
+/// Error: with k the order, the fit p of a smooth f meets f at k + 1 points z_j, so that f - p =
+/// f^(k+1)(ξ) / (k+1)! · Π (x - z_j) (Davis, Interpolation and Approximation, 3.1). Outside the
+/// samples the fit extrapolates without a report, and the product grows like x^(k+1).
 ///
 /// Cost: n samples build in O(n k²), an evaluation takes O(k). The series need not outlive Create.
 template <class T>
 class CHEBY_POLY : public LEAST_SQUARES_FIT<T, CHEBY_POLY_FUNCTION<T>> {
  public:
-  /// An evaluation before a successful Create throws INVALID_PARAMETER_VALUE, behind a line at
+  /// An evaluation before a successful Create throws INVALID_PARAMETER_VALUE, after a line at
   /// ALARM.
   T GetY(T at) const override;
   T GetDerivedY(T at) const override;
@@ -28,7 +29,8 @@ class CHEBY_POLY : public LEAST_SQUARES_FIT<T, CHEBY_POLY_FUNCTION<T>> {
   /// The order + 1 coefficients c[0 … order] of Σ c[j] T_j; null before the first Create.
   const T* GetCoeffs() const override { return coefficients.begin(); }
 
-  /// Maps the interval of the samples to [-1, 1]. Samples at one abscissa map it to -1.
+  /// Maps the interval of the samples to [-1, 1]. If all samples have one abscissa, maps that to
+  /// -1.
   virtual T Scale(T at) const { return (at - x_min) / half_range - 1; }
 
  private:

@@ -24,8 +24,8 @@ namespace varnoth {
 /// intervals from k/2 to last - k/2 - 1. The next interval lacks its highest difference, without a
 /// report. Further out the formula of the nearest interval extrapolates, with a line at WARNING.
 ///
-/// The derivatives at a sample divide by zero for an order of 2 or more, because the derivative of
-/// each product is computed as the product times the sum of the reciprocals of its factors.
+/// The derivatives at a sample divide by zero for an order of 2 or more, because the code computes
+/// the derivative of each product as the product times the sum of the reciprocals of its factors.
 ///
 /// Cost: n samples build in O(n k), an evaluation takes O(k). The series need not outlive Create.
 template <class T>
@@ -37,7 +37,7 @@ class EVERETT : public INTERPOLATION<T, POINT<T>> {
   }
   /// Builds the table of differences and logs it at TRACE, one line per sample.
   void Create(const ARRAY<POINT<T>>& series) override;
-  /// Throws INVALID_PARAMETER_VALUE, behind a line at ALARM, for fewer than two samples, an odd or
+  /// Throws INVALID_PARAMETER_VALUE, after a line at ALARM, for fewer than two samples, an odd or
   /// negative order (no order is set at first), and an uneven grid.
   void CreateQuiet(const ARRAY<POINT<T>>& series) override;
   /// Evaluations throw as GetXi does.
@@ -45,13 +45,13 @@ class EVERETT : public INTERPOLATION<T, POINT<T>> {
   T GetDerivedY(T x) const override;
   T GetDerived2Y(T x) const override;
 
-  /// Whether neither another step nor `dx`, the mean step of the last Create, differs from the
-  /// first step by more than 1e-8 of it. Always true for fewer than three samples.
+  /// Whether all steps, and `dx`, the mean step of the last Create, agree with the first step to
+  /// 1e-8 of it. Always true for fewer than three samples.
   virtual bool IsEquidistant(const ARRAY<POINT<T>>& series) const;
   /// Index of the interval of an abscissa, and the fractions of a step from its left end (r) and to
   /// its right end (s). Outside the intervals with enough samples on both sides it takes the
   /// nearest of them, with a line at WARNING; a line at DEBUG reports r and s beyond [0, 1]. Throws
-  /// INVALID_PARAMETER_VALUE, behind a line at ALARM, if the series has no such interval and before
+  /// INVALID_PARAMETER_VALUE, after a line at ALARM, if the series has no such interval and before
   /// a successful Create.
   virtual int GetXi(T x, T& r, T& s) const;
 

@@ -5,7 +5,7 @@
 namespace varnoth {
 
 /// The Hermite polynomial through n samples that carry their derivatives, of degree 2 n - 1. For an
-/// orbit these are positions and velocities. The abscissae must increase; this is not checked.
+/// orbit these are positions and velocities. The abscissae must increase; nothing checks this.
 ///
 ///     ARRAY<DPOINT<double>> series(0, 2);
 ///     series.begin()[0] = {0.0, 1.0, 0.0};  // abscissa, ordinate, derivative
@@ -17,8 +17,8 @@ namespace varnoth {
 /// Error: f - p = f^(2n)(ξ) / (2n)! · Π (x - x_j)² (Stoer and Bulirsch, 2.1.5). A high degree
 /// swings between its end samples; LOCAL_INTERPOLATION keeps it low.
 ///
-/// An abscissa outside the samples ends the process with status 1 behind a line at ALARM, because a
-/// curve of this degree is useless there. A result that is not a number does so behind a line at
+/// An abscissa outside the samples ends the process with status 1 after a line at ALARM, because a
+/// curve of this degree is useless there. A result that is not a number does so after a line at
 /// WARNING.
 ///
 /// Cost: building takes O(n), an evaluation O(n⁴). The series need not outlive Create.
@@ -26,17 +26,17 @@ template <class T>
 class HERMITE_POLY : public INTERPOLATION<T, DPOINT<T>> {
  public:
   void Create(const ARRAY<DPOINT<T>>& series) override { CreateQuiet(series); }
-  /// Throws INVALID_PARAMETER_VALUE, behind a line at ALARM, for a series without samples.
+  /// Throws INVALID_PARAMETER_VALUE, after a line at ALARM, for a series without samples.
   void CreateQuiet(const ARRAY<DPOINT<T>>& series) override;
-  /// Each of these costs a full `Evaluate` over all samples. Throws as `Evaluate` does.
+  /// Each of these costs a full `Evaluate` over all samples. They throw as `Evaluate` does.
   T GetY(T abscissa) const override;
   T GetDerivedY(T abscissa) const override;
   T GetDerived2Y(T abscissa) const override;
 
   /// Value and both derivatives at an abscissa, from `order` neighbouring samples among the first
-  /// n, centred on the abscissa as far as the ends allow. Needs 1 <= order <= n <= the number of
-  /// samples, which is not checked. Takes O(order⁴). Throws INVALID_PARAMETER_VALUE, behind a line
-  /// at ALARM, before a successful Create.
+  /// n, centred on the abscissa as far as the ends allow. The caller makes sure that 1 <= order <=
+  /// n <= the number of samples. Takes O(order⁴). Throws INVALID_PARAMETER_VALUE, after a line at
+  /// ALARM, before a successful Create.
   ///
   /// With the Lagrange factor L of a node, its slope S at the node, and t the distance from the
   /// node, the node adds (y (1 - 2 t S) + dy t) L² to the value (Stoer and Bulirsch, 2.1.5), and

@@ -6,16 +6,16 @@
 
 namespace varnoth {
 
-/// Logs "name: reason" at ALARM and throws INVALID_PARAMETER_VALUE: a series can not be
-/// interpolated.
+/// Refuses a series for interpolation: logs "name: reason" at ALARM and throws
+/// INVALID_PARAMETER_VALUE.
 [[noreturn]] inline void RefuseSeries(const char* name, const char* reason) {
   GlobalLog.set(ALARM) << name << ": " << reason << "\n";
   throw INVALID_PARAMETER_VALUE();
 }
 
-/// What all interpolators have in common: built once from a series of samples P (abscissa x,
-/// ordinate y), they are evaluated many times. T is the type of the arithmetic. The units are those
-/// of the samples. The index range of a series may start anywhere, except for EVERETT.
+/// What all interpolators have in common: they build once from a series of samples P (abscissa x,
+/// ordinate y) and evaluate many times. T is the type of the arithmetic. The units are those of the
+/// samples. The index range of a series may start anywhere, except for EVERETT.
 ///
 ///     ARRAY<POINT<double>> series(0, 11);
 ///     for (int k = 0; k < 11; ++k) series.begin()[k] = POINT<double>(10.0 * k, std::sin(k));
@@ -25,7 +25,7 @@ namespace varnoth {
 ///     const double speed = curve.GetDerivedY(45.0);
 ///
 /// An evaluation that an interpolator does not have logs a line at ALARM and throws
-/// ERROR_ALGORITHM. A setting that it does not have is ignored. Building throws ERROR_NO_MEMORY or
+/// ERROR_ALGORITHM. It ignores a setting that it does not have. Building throws ERROR_NO_MEMORY or
 /// a text when it runs out of memory.
 template <class T, class P>
 class INTERPOLATION {
@@ -39,9 +39,9 @@ class INTERPOLATION {
 
   /// Builds the interpolator and logs what it builds; throws what CreateQuiet throws.
   virtual void Create(const ARRAY<P>& /*series*/) {}
-  /// Builds it without those lines; warnings and failures are still logged.
+  /// Builds it without those lines; still logs warnings and failures.
   virtual void CreateQuiet(const ARRAY<P>& /*series*/) {}
-  /// Order, and samples per piece, of the next Create.
+  /// Set the order, and the samples per piece, of the next Create.
   virtual void SetOrder(int /*order*/) {}
   virtual void SetSupportPoints(int /*count*/) {}
   /// Value, first and second derivative at an abscissa, in units of y, y/x and y/x².
@@ -57,7 +57,7 @@ class INTERPOLATION {
   virtual const T* GetCoeffs() const { Refuse("INTERPOLATION::GetCoeffs() shall not be called\n"); }
 
  protected:
-  /// Throws INVALID_PARAMETER_VALUE, behind a line at ALARM, for a series without samples.
+  /// Throws INVALID_PARAMETER_VALUE, after a line at ALARM, for a series without samples.
   static void NeedSamples(const ARRAY<P>& series, const char* name) {
     if (series.GetLength() <= 0) RefuseSeries(name, "there are no samples.");
   }

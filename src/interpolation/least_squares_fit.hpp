@@ -10,7 +10,7 @@ namespace varnoth {
 
 /// What the least-squares interpolators CHEBY_POLY and POLYNOM_FIT have in common: an unweighted
 /// fit of order + 1 functions of a basis F to the samples by singular value decomposition. F is one
-/// of the bases of numerics/svdfit.hpp. An interpolator of its own implements `Build`, here for two
+/// of the bases of numerics/svdfit.hpp. A derived interpolator implements `Build`, here for two
 /// coefficients c:
 ///
 ///     void Build(const ARRAY<POINT<double>>& series, bool quiet) override {
@@ -23,19 +23,19 @@ namespace varnoth {
 template <class T, class F>
 class LEAST_SQUARES_FIT : public INTERPOLATION<T, POINT<T>> {
  public:
-  /// Order of the next fit, 0 at first. Fewer than order + 1 samples lower it, with a line at
-  /// WARNING, for the fits that follow, too.
+  /// Order of the next fit, 0 at first. Fewer than order + 1 samples lower it for this fit and the
+  /// later ones, with a line at WARNING.
   void SetOrder(int wanted) override { order = wanted; }
   /// Logs chi², and what the interpolator adds to it, at PARAMETER.
   void Create(const ARRAY<POINT<T>>& series) override { BuildWhole(series, false); }
-  /// Throws INVALID_PARAMETER_VALUE, behind a line at ALARM, for no samples, a negative order, and
+  /// Throws INVALID_PARAMETER_VALUE, after a line at ALARM, for no samples, a negative order, and
   /// an abscissa that is NaN. A decomposition that does not converge ends the process by `nrerror`.
   void CreateQuiet(const ARRAY<POINT<T>>& series) override { BuildWhole(series, true); }
 
  protected:
   /// Fits the series with the wanted order.
   virtual void Build(const ARRAY<POINT<T>>& series, bool quiet) = 0;
-  /// Order of the current fit. Throws INVALID_PARAMETER_VALUE, behind a line at ALARM, if there is
+  /// Order of the current fit. Throws INVALID_PARAMETER_VALUE, after a line at ALARM, if there is
   /// none.
   int Degree() const {
     if (degree < 0) RefuseSeries("LEAST_SQUARES_FIT", "there are no samples.");

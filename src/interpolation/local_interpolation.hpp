@@ -36,23 +36,23 @@ struct POLY_REF {
 /// Cost: n samples build n - c + 1 pieces. An evaluation looks for its piece in O(n) and costs one
 /// evaluation of I on c samples.
 ///
-/// The series must outlive the interpolator. Copying one that has been built throws
-/// ERROR_NOT_IMPLEMENTED, behind a line at ALARM, because its pieces are views on the series.
+/// The series must outlive the interpolator. Copying a built interpolator throws
+/// ERROR_NOT_IMPLEMENTED, after a line at ALARM, because its pieces are views on the series.
 template <class T, class I, class P>
 class LOCAL_INTERPOLATION : public INTERPOLATION<T, P> {
  public:
   /// Order of the pieces, if I has one; 0 at first.
   void SetOrder(int wanted) override { order = wanted; }
-  /// Samples per piece, 5 at first. Create lowers a count above the number of samples to it, with a
-  /// line at WARNING, and it stays so.
+  /// Samples per piece, 5 at first. Create lowers a count above the number of samples to that
+  /// number, with a line at WARNING, and the lower count stays.
   void SetSupportPoints(int count) override { support_point_count = count; }
   /// Builds the pieces; logs their number and a line for each at PARAMETER.
   void Create(const ARRAY<P>& series) override { Build(series, false); }
-  /// Logs their number alone. Throws INVALID_PARAMETER_VALUE, behind a line at ALARM, for an empty
-  /// series, fewer than one support point, and abscissae that decrease or are NaN;
+  /// Logs the number of pieces alone. Throws INVALID_PARAMETER_VALUE, after a line at ALARM, for an
+  /// empty series, fewer than one support point, and abscissae that decrease or are NaN;
   /// ERROR_NO_MEMORY; and what I throws.
   void CreateQuiet(const ARRAY<P>& series) override { Build(series, true); }
-  /// Evaluations and GetCoeffs throw INVALID_PARAMETER_VALUE, behind a line at ALARM, without
+  /// Evaluations and GetCoeffs throw INVALID_PARAMETER_VALUE, after a line at ALARM, without
   /// pieces, and what I throws.
   T GetY(T x) const override { return PieceAt(x).GetY(x); }
   T GetDerivedY(T x) const override { return PieceAt(x).GetDerivedY(x); }
@@ -64,7 +64,7 @@ class LOCAL_INTERPOLATION : public INTERPOLATION<T, P> {
 
  private:
   void Build(const ARRAY<P>& series, bool quiet);
-  /// The samples of a series; throws if they can not be cut into pieces.
+  /// The samples of a series; throws if they make no pieces.
   const P* SamplesOf(const ARRAY<P>& series) const;
   T EndOfPiece(const ARRAY<P>& series, int k) const;
   const I& PieceAt(T x) const;

@@ -13,10 +13,10 @@ namespace varnoth {
 ///
 /// Error: f - p = f^(n)(ξ) / n! · Π (x - x_j). On an even grid the product is largest near the
 /// ends, and a high degree swings there (Runge); LOCAL_INTERPOLATION keeps the degree low. Outside
-/// the samples it extrapolates without a report, and the product grows like x^n.
+/// the samples the polynomial extrapolates without a report, and the product grows like x^n.
 ///
 /// Cost: building takes O(n²), an evaluation O(n). Each evaluation reads the nodes from the series,
-/// which must outlive the polynomial. Repeated abscissae are not detected: they divide by zero and
+/// which must outlive the polynomial. Nothing detects repeated abscissae: they divide by zero and
 /// leave infinities or NaN.
 template <class T>
 class POLYNOM : public INTERPOLATION<T, POINT<T>> {
@@ -24,7 +24,7 @@ class POLYNOM : public INTERPOLATION<T, POINT<T>> {
   void Create(const ARRAY<POINT<T>>& series) override { CreateQuiet(series); }
   /// Accepts a series without samples; the evaluations then throw.
   void CreateQuiet(const ARRAY<POINT<T>>& series) override;
-  /// An evaluation throws INVALID_PARAMETER_VALUE, behind a line at ALARM, if there are no samples.
+  /// An evaluation throws INVALID_PARAMETER_VALUE, after a line at ALARM, if there are no samples.
   T GetY(T x) const override;
   T GetDerivedY(T x) const override;
   /// The second derivative up to degree 3. From degree 4 on the result is not the second

@@ -22,7 +22,7 @@ namespace varnoth {
 template <class T>
 class POLYNOM_FIT : public LEAST_SQUARES_FIT<T, POLYNOM_FUNCTION<T>> {
  public:
-  /// Evaluations and GetCoeffs throw INVALID_PARAMETER_VALUE, behind a line at ALARM, before a
+  /// Evaluations and GetCoeffs throw INVALID_PARAMETER_VALUE, after a line at ALARM, before a
   /// successful Create.
   T GetY(T at) const override;
   T GetDerivedY(T at) const override;

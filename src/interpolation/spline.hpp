@@ -25,10 +25,10 @@ template <class T>
 class SPLINE : public INTERPOLATION<T, POINT<T>> {
  public:
   void Create(const ARRAY<POINT<T>>& series) override { CreateQuiet(series); }
-  /// Throws INVALID_PARAMETER_VALUE, behind a line at ALARM, for fewer than three samples and for
+  /// Throws INVALID_PARAMETER_VALUE, after a line at ALARM, for fewer than three samples and for
   /// abscissae that do not increase.
   void CreateQuiet(const ARRAY<POINT<T>>& series) override;
-  /// An evaluation throws INVALID_PARAMETER_VALUE, behind a line at ALARM, before a successful
+  /// An evaluation throws INVALID_PARAMETER_VALUE, after a line at ALARM, before a successful
   /// Create.
   T GetY(T x) const override;
   T GetDerivedY(T x) const override;

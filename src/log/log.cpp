@@ -227,7 +227,7 @@ void LOG::change_file(const char* path) {
   const std::lock_guard lock(mutex);
   const bool had_file = outlets.file.sink.IsOpen();
   if (had_file && IsSameFile(file_path.c_str(), path)) return;  // don't copy a file into itself
-  const UNINTERRUPTED whole;  // in between, a signal's lines have no file
+  const UNINTERRUPTED whole;  // between the two files, a signal's lines have none
   const std::string old_path = file_path;
   CloseFile();
   if (!OpenForAppending(path)) {

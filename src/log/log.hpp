@@ -15,8 +15,8 @@ namespace varnoth {
 /// Level of a long name, "TRACE" to "ALARM" in exact spelling; NO_LEVEL for any other text.
 LOG_LEVEL LogLevelFromName(const char* name);
 
-/// A time in words: "execution time: 1 minute(s) 5 second(s)" for 65, with days and hours where
-/// they are not 0. Zero and less give "execution time: less than 1 second".
+/// A time in words: "execution time: 1 minute(s) 5 second(s)" for 65. Days, hours, minutes and
+/// seconds that are 0 are missing. Zero and less give "execution time: less than 1 second".
 std::string ExecutionTimeText(long seconds);
 
 /// What `LOG::banner` prints about the program.
@@ -40,8 +40,8 @@ struct BANNER_INFO {
 /// The lines read "ALARM : varnoth : can not open pool" and "INFO  : varnoth : baseline: 120.50 m".
 ///
 /// One mutex guards `printf_line`, `change_file`, the thresholds and the banners. Pieces and all
-/// other operations take no lock: no other thread may use the log meanwhile. A fatal signal finds
-/// what the log has written so far in the outlets, and ends an open line.
+/// other operations take no lock: no other thread may use the log meanwhile. The handler of a fatal
+/// signal finds in the outlets what the log has written so far, and ends an open line.
 class LOG {
  public:
   /// Starts on a temporary file, named "log." and six random characters, with the word "global" and
@@ -100,18 +100,18 @@ class LOG {
   bool set_screen_level(const char* name);
   bool set_file_level(const char* name);
 
-  /// Whether a message of level QA_WARNING was begun since the last `open_file`, shown or not.
+  /// Whether a message of level QA_WARNING has begun since the last `open_file`, shown or not.
   bool qa_warning_seen() const { return qa_flag; }
   const std::string& get_configured_name() const { return configured_name; }
   const std::string& get_file_path() const { return file_path; }
 
-  /// Program, build, present time, host, starter (variable PROC_NAME) and configuration file at
-  /// level INFO; the full version at DEBUG.
+  /// Logs program, build, present time, host, starter (variable PROC_NAME) and configuration file
+  /// at level INFO, and the full version at DEBUG.
   void banner(const BANNER_INFO& info);
-  /// A shorter head for a part of a run: title, present time and host at level INFO.
+  /// Logs a shorter head for a part of a run: title, present time and host at level INFO.
   void start_banner(const char* title);
-  /// Execution time since the log was created or last had `open_file`, and the end time, at level
-  /// INFO. A message in pieces keeps its level.
+  /// Logs the execution time since the construction of the log or the last `open_file`, and the end
+  /// time, at level INFO. A message in pieces keeps its level.
   void end_banner();
 
   /// Hands the file's buffer to the system. False if there is no file, or if any write since its

@@ -167,7 +167,7 @@ void GENERAL_ORBIT<T, S>::SetSamples(const STRING& interpolation, std::span<cons
     Refuse("times, positions and velocities differ in number");
   }
   for (std::size_t k = 1; k < times.size(); ++k) {
-    // Also for times that are no numbers, and ways between them that are none.
+    // This also refuses times that are not numbers, and steps that are infinite.
     const double step = times[k] - times[k - 1];
     if (!std::isgreater(step, 0) || std::isinf(step)) Refuse("times do not increase");
   }

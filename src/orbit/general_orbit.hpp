@@ -28,7 +28,7 @@ class GENERAL_ORBIT {
   /// Passes the names of the columns to `core`, which must exist.
   virtual void SetKeys(const char* param_key, const char* value_keys, const char* velocity_keys);
   /// Copies the settings and makes a core of its own, a deep copy. A source without a core leaves
-  /// this core as it is. Throws ERROR_ARGUMENT, behind a line at ALARM, for ids that are not in the
+  /// this core as it is. Throws ERROR_ARGUMENT, after a line at ALARM, for ids that are not in the
   /// catalogue, and what the interpolators throw.
   virtual GENERAL_ORBIT& operator=(const GENERAL_ORBIT& source);
 
@@ -38,16 +38,16 @@ class GENERAL_ORBIT {
   /// file reads the eight keys of its place, from "root_path" to "mdb_orbit_data_file". Throws what
   /// SelectCore, SetReferenceTime, the pool and the `read` of the concrete orbit throw.
   void read(PARAMETER_POOL& pool);
-  /// The whole load without a pool: samples that lie in memory, which are copied. Then `times` (s)
-  /// are on the caller's axis, whose zero may be anywhere.
+  /// Loads everything without a pool: copies samples that lie in memory. `times` (s) are on the
+  /// caller's axis, whose zero may be anywhere.
   ///
   /// `interpolation` is a text such as "localhermite_4_4", as in a pool. The times increase, and
   /// every one has a position (m, Earth-fixed); the two Hermite interpolations need a velocity
-  /// (m/s) for each as well, the others leave velocities out of account.
+  /// (m/s) for each as well, the others ignore velocities.
   ///
-  /// Throws ERROR_ARGUMENT, behind a line at ALARM, for a text that is in no row, fewer than two
-  /// samples, lists of different lengths, times that don't increase and coordinates that are no
-  /// finite numbers; the orbit then is as it was. Throws what the interpolators throw.
+  /// Throws ERROR_ARGUMENT, after a line at ALARM, for a text that is in no row of the catalogue,
+  /// fewer than two samples, lists of different lengths, times that don't increase and coordinates
+  /// that are no finite numbers; the orbit then is as it was. Throws what the interpolators throw.
   ///
   ///     SCENE_ORBIT orbit;
   ///     orbit.SetSamples("localhermite_4_4", times, positions, velocities);
@@ -55,18 +55,18 @@ class GENERAL_ORBIT {
   void SetSamples(const STRING& interpolation, std::span<const double> times,
                   std::span<const COORDINATES> positions,
                   std::span<const COORDINATES> velocities = {});
-  /// Picks the row of the catalogue and makes `core`. Throws ERROR_ARGUMENT, behind a line at
+  /// Picks the row of the catalogue and makes `core`. Throws ERROR_ARGUMENT, after a line at
   /// ALARM, for texts that are in no row; there is no core then.
   void SelectCore(const STRING& representation, const STRING& interpolation);
   /// Id of an interpolation such as "everett_8" or "localpolynom(6,12)". If the text has them, sets
-  /// `poly_fit_order` and `support_point_count`, also where it then throws. Throws ERROR_ARGUMENT,
-  /// behind a line at ALARM, for a name that is not in the catalogue.
+  /// `poly_fit_order` and `support_point_count`, even if it then throws. Throws ERROR_ARGUMENT,
+  /// after a line at ALARM, for a name that is not in the catalogue.
   int ParseInterpolation(const STRING& text);
   /// Sets `time_offset` (s) to this reference time minus that of `core`, which must exist. The text
   /// is in seconds (no ":"), mission elapsed time (":" without "-") or universal time. Text without
-  /// a number counts as 0 s; a faulty mission elapsed time counts up to its fault, which is logged;
-  /// a faulty universal time throws ERROR_DATA behind a line. Throws the text "not allowed time
-  /// conversion" if the core has another kind of time.
+  /// a number counts as 0 s; a faulty mission elapsed time counts up to its fault, with a line in
+  /// the log; a faulty universal time throws ERROR_DATA after a line in the log. Throws the text
+  /// "not allowed time conversion" if the core has another kind of time.
   void SetReferenceTime(const STRING& text);
 
   std::unique_ptr<ORBIT_BASE> core;

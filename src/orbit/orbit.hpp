@@ -54,7 +54,7 @@ class ORBIT : public SAMPLED_ORBIT<T, S> {
     return samples.GetLength() > 0 ? samples.begin()[0].GetLength() : 0;
   }
   /// Copies keys, settings, samples and reference time and builds interpolators of its own. Throws
-  /// ERROR_ARGUMENT, behind a line at ALARM, for a source that is not an ORBIT of the same four
+  /// ERROR_ARGUMENT, after a line at ALARM, for a source that is not an ORBIT of the same four
   /// types; where its samples came from does not matter. Throws what `Create` throws.
   ORBIT_BASE& operator=(const ORBIT_BASE& source) override {
     GlobalLog.set(DEBUG)
@@ -103,8 +103,8 @@ class ORBIT : public SAMPLED_ORBIT<T, S> {
     samples.NeedRange(RANGE<int>(0, coordinates));
   }
 
-  /// Sets the series of a coordinate, whose samples' parts are given by index; `velocity` is asked
-  /// for Hermite orbits only.
+  /// Sets the series of a coordinate from functions that give the parts of a sample by its index.
+  /// Only Hermite orbits call `velocity`.
   template <class SECONDS, class VALUE, class VELOCITY>
   void SetSeries(int coordinate, int count, SECONDS seconds, VALUE value, VELOCITY velocity) {
     ARRAY<P>& series = samples.begin()[coordinate];

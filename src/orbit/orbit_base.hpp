@@ -46,7 +46,8 @@ class ORBIT_BASE {
   /// Sets the names of the time column, of the value columns and of the velocity columns. The last
   /// two are lists, separated by any of ": /,(){}", and may be null.
   virtual void SetKeys(const char* param, const char* values, const char* velocities);
-  /// Copies keys and settings; ORBIT copies the samples, too, and refuses a source that differs.
+  /// Copies keys and settings; ORBIT copies the samples, too, and refuses a source of another
+  /// class.
   virtual ORBIT_BASE& operator=(const ORBIT_BASE& source);
 
   virtual void GetReferenceTime(UNIVERSAL_TIME& time) const { time = UNIVERSAL_TIME(); }
@@ -62,7 +63,7 @@ class ORBIT_BASE {
 
   /// Takes samples that lie in memory, as many positions as times, and velocities for the
   /// interpolations that use them; the first time becomes the reference time. GENERAL_ORBIT checks
-  /// what it hands over. Throws ERROR_NOT_IMPLEMENTED, behind a line at ALARM, for an orbit whose
+  /// what it hands over. Throws ERROR_NOT_IMPLEMENTED, after a line at ALARM, for an orbit whose
   /// epochs are not seconds, and what the interpolators throw.
   virtual void SetSamples(std::span<const double> times, std::span<const COORDINATES> positions,
                           std::span<const COORDINATES> velocities);

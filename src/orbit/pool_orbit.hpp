@@ -18,13 +18,13 @@ template <class T, class S, class I, class P>
 class POOL_ORBIT : public ORBIT<T, S, I, P> {
  public:
   bool IsPoolOrbit() const override { return true; }
-  /// Throws as that of ORBIT.
+  /// Throws as the assignment of ORBIT does.
   ORBIT_BASE& operator=(const ORBIT_BASE& source) override;
-  /// Loads the samples of the keys given to SetKeys; the first epoch becomes the reference time. A
-  /// value list may be longer than the epoch list. Throws what the pool, the time scanners and the
-  /// interpolators throw; ERROR_DATA, behind a line at ALARM, for a value list that is shorter than
-  /// the epoch list; and for Hermite orbits a text if the counts of value and velocity columns
-  /// differ. A failure can leave the samples half filled.
+  /// Loads the samples of the keys that SetKeys was given; the first epoch becomes the reference
+  /// time. A value list may be longer than the epoch list. Throws what the pool, the time scanners
+  /// and the interpolators throw; ERROR_DATA, after a line at ALARM, for a value list that is
+  /// shorter than the epoch list; and for Hermite orbits a text if the counts of value and velocity
+  /// columns differ. A failure can leave the samples half filled.
   void read(PARAMETER_POOL& pool) override;
   using ORBIT_BASE::read;
   /// Opens the pool, reads it and closes it; deprecated. Throws as `read` and the pool do.

@@ -40,7 +40,7 @@ class SAMPLED_ORBIT : public ORBIT_BASE {
   /// elements and must have at least as many; a raw array receives exactly three. Allocates
   /// nothing.
   ///
-  /// Throws ERROR_ARGUMENT, behind a line at ALARM, for a VECTOR that is too short and for an orbit
+  /// Throws ERROR_ARGUMENT, after a line at ALARM, for a VECTOR that is too short and for an orbit
   /// with fewer coordinates than the result; the text "time operation not permitted" for a time
   /// object of a kind other than S; and what the interpolator throws.
 #define VARNOTH_DECLARE(GROUP, TIME, OUTPUT) \
@@ -52,11 +52,11 @@ class SAMPLED_ORBIT : public ORBIT_BASE {
 
   /// Data of a sample, 0 <= index < GetSampleCount(): its absolute time, its seconds from the
   /// reference time, its values (m), and the velocity (m/s) and acceleration (m/s²) there. Only the
-  /// form with elements of T has an effect, for the absolute time of an orbit on time objects only
-  /// the form with S; the others leave their output untouched. Values take GetCoordinateCount()
-  /// elements; velocity and acceleration take as many in a VECTOR and three in a raw array. Throws
-  /// ERROR_ARGUMENT, behind a line at ALARM, for an index out of range and a VECTOR that is too
-  /// short, and what the evaluation throws.
+  /// form with elements of T has an effect; for the absolute time of an orbit on time objects, only
+  /// the form with S. The other forms leave their output untouched. Values take
+  /// GetCoordinateCount() elements; velocity and acceleration take as many in a VECTOR and three in
+  /// a raw array. Throws ERROR_ARGUMENT, after a line at ALARM, for an index out of range and a
+  /// VECTOR that is too short, and what the evaluation throws.
   void GetSampleTime(int index, UNIVERSAL_TIME& result) const override;
   void GetSampleTime(int index, MISSION_ELAPSED_TIME& result) const override;
 #define VARNOTH_DECLARE(OPERATION, OUTPUT) void OPERATION(int index, OUTPUT result) const override;
@@ -66,13 +66,13 @@ class SAMPLED_ORBIT : public ORBIT_BASE {
   using ORBIT_BASE::SavePolynomial;
   /// Writes `count` values of a coordinate's curve, evenly from `start` to `end` (seconds from the
   /// reference time), to `file`, and the samples in that interval to `file` with ".pkt" appended.
-  /// Each line is time, blank, value. A `count` of 1 divides by zero. Throws, behind a line at
+  /// Each line is time, blank, value. A `count` of 1 divides by zero. Throws, after a line at
   /// ALARM, ERROR_ARGUMENT for a coordinate that the orbit does not have, and
   /// ERROR_CAN_NOT_CREATE_FILE; and what the interpolator throws.
   void SavePolynomial(const char* file, int coordinate, int count, double start,
                       double end) const override;
   /// Logs samples, interpolated positions and differences of the first three coordinates as a
-  /// table. Throws ERROR_ARGUMENT, behind a line at ALARM, if the orbit has fewer.
+  /// table. Throws ERROR_ARGUMENT, after a line at ALARM, if the orbit has fewer.
   void Print(int level, const char* title) const override;
 
  protected:
@@ -87,7 +87,7 @@ class SAMPLED_ORBIT : public ORBIT_BASE {
   virtual void Evaluate(DERIVATIVE derivative, T x, int first, int count, T* values) const = 0;
   /// Number of coordinates that `Evaluate` has.
   virtual int InterpolatorCount() const = 0;
-  /// Time (s from the reference time) and value of an existing sample; not checked.
+  /// Time (s from the reference time) and value of a sample, which must exist.
   virtual T SampleX(int coordinate, int index) const = 0;
   virtual T SampleY(int coordinate, int index) const = 0;
 

@@ -11,8 +11,8 @@ struct SATELLITE_STATE {
   double acceleration[3];
 };
 
-/// State of an orbit at a time (s) on the axis of the scene, to which the orbit's time offset is
-/// added. The orbit must have a core. Throws what the orbit's own operations throw.
+/// State of an orbit at a time (s) on the axis of the scene; adds the orbit's time offset. The
+/// orbit must have a core. Throws what the orbit's own operations throw.
 ///
 ///     SATELLITE_STATE state{};
 ///     GetState(orbit, 1000.0, state);

@@ -28,10 +28,10 @@ class ENTRY_READER {
 
   /// Goes back to the file's first byte.
   void Rewind();
-  /// Takes the next line with its terminator. False behind the line that has the end mark.
+  /// Takes the next line with its terminator. False after the line that has the end mark.
   bool NextLine();
   /// Goes to the first entry of a key, searching from the file's first byte; false if there is
-  /// none. The current line is then the key line, with its first word still to be taken.
+  /// none. The current line is then the key line, and its first word is still to be read.
   bool FindKey(const char* key);
   /// Whether the current line starts an entry: its first byte is no blank, tab, line end or "#".
   bool IsKeyLine() const;
@@ -48,7 +48,7 @@ class ENTRY_READER {
   /// Goes back to the line's first byte.
   void RewindLine() { position = 0; }
 
-  /// Parses a value that starts at the current token. Throws, behind a line at ALARM, a class of
+  /// Parses a value that starts at the current token. Throws, after a line at ALARM, a class of
   /// the ERROR_PARAMETER_POOL family. An integer refuses a token with anything but decimal digits
   /// and signs; a float or double reads a token that is no number as 0.
   void Parse(bool& value);
@@ -100,8 +100,8 @@ class ENTRY_READER {
   template <class T>
   void ParseSecond(T& first, T& second);
   RANGE<int> ParseRange();
-  /// Whether the file can hold that many elements, at one byte or more each. A wrong count in a
-  /// broken pool then takes no memory beyond what small counts may always have.
+  /// Whether the file can hold that many elements, at one byte or more each. Counts up to 65536
+  /// always pass, so that a wrong count in a broken pool takes little memory.
   bool CanHold(long long count) const;
   /// Takes the line that opens a block; the words name the type if the opening is missing or wrong.
   void OpenBlock(const char* missing_word, const char* wrong_word);

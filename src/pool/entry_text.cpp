@@ -16,7 +16,7 @@ constexpr std::size_t KEY_WIDTH = 32;
 constexpr std::size_t TYPE_WIDTH = 16;
 constexpr int MAXIMUM_INDENT = 1023;
 
-/// Digits behind the point. Numbers that stand alone have more than parts of a complex number, a
+/// Digits after the point. Numbers that stand alone have more than parts of a complex number, a
 /// pair or an indexed value. Users compare files by text, so both stay as they are.
 struct DIGITS {
   int of_float;

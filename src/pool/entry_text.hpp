@@ -7,16 +7,16 @@
 namespace varnoth {
 
 /// Builds the exact text of one pool entry: comment lines, key, type word, value or block, and the
-/// empty line behind it.
+/// empty line after it.
 ///
 ///     ENTRY_TEXT text("fringe_count", INT_32, ARRAY<STRING>("number of fringes"));
 ///     text.Append(42);
 ///     std::fputs(text.Text().c_str(), stdout);
 ///
-/// Numbers have the form of printf's "%E". A number of its own, or in a vector or matrix, has 10
-/// digits behind the point as a float and 17 as a double; a part of a complex number, a pair or an
+/// Numbers have the form of printf's "%E". A number on its own, or in a vector or matrix, has 10
+/// digits after the point as a float and 17 as a double; a part of a complex number, a pair or an
 /// indexed value has 6 and 15. The 6 and 15 digits do not always give the same number back. A quote
-/// in a text gets a backslash in front; backslashes and line ends are written as they are.
+/// in a text gets a backslash in front; backslashes and line ends stay as they are.
 class ENTRY_TEXT {
  public:
   /// The empty text.

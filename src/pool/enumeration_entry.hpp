@@ -13,11 +13,11 @@ namespace varnoth {
 ///     ReadEnumeration(pool, "observation_mode", MODES, mode);
 using VALID_TEXTS = std::span<const char* const>;
 
-/// "Valid values are: ", then each text in single quotes with a blank behind it.
+/// "Valid values are: ", then each text in single quotes with a blank after it.
 STRING ValidValues(VALID_TEXTS valid);
 
 /// Reads a text that must be exactly one of a list. Throws what PARAMETER_POOL::Read throws and,
-/// for any other text, INVALID_PARAMETER_VALUE behind a line at ALARM with key, file, value and
+/// for any other text, INVALID_PARAMETER_VALUE after a line at ALARM with key, file, value and
 /// list. On failure the value stays as it was.
 void ReadEnumeration(PARAMETER_POOL& pool, const char* key, VALID_TEXTS valid, STRING& value);
 

@@ -7,7 +7,7 @@
 
 namespace varnoth {
 
-/// Throws PARAMETER_KEY_TOO_LONG, behind a line at ALARM, for a key of more than 100 characters.
+/// Throws PARAMETER_KEY_TOO_LONG, after a line at ALARM, for a key of more than 100 characters.
 void CheckKeyLength(const char* key);
 
 /// Joins the non-empty parts of a pool key with "_"; a null part is empty. Throws like

@@ -24,15 +24,15 @@ class PARAMETER_POOL {
  public:
   /// A closed pool.
   PARAMETER_POOL();
-  /// Opens the pool. Throws like `open`. `option_value` is stored and has no effect.
+  /// Opens the pool. Throws like `open`. Keeps `option_value`, which has no effect.
   explicit PARAMETER_POOL(const char* path, unsigned option_value = 0);
   virtual ~PARAMETER_POOL() noexcept(false) = default;
   PARAMETER_POOL(const PARAMETER_POOL&) = delete;
   PARAMETER_POOL& operator=(const PARAMETER_POOL&) = delete;
 
   /// Opens a pool for reading and writing, or for reading alone if writing is not permitted, and
-  /// gives the descriptor. Closes an open pool first and sets both log levels back to their
-  /// defaults. Creates a missing file empty. Throws CAN_NOT_OPEN_POOL, behind a line at ALARM, also
+  /// returns the descriptor. Closes an open pool first and sets both log levels back to their
+  /// defaults. Creates a missing file empty. Throws CAN_NOT_OPEN_POOL, after a line at ALARM, also
   /// for a directory.
   int open(const char* path);
   /// Closes the file; the file name is then empty.
@@ -40,17 +40,17 @@ class PARAMETER_POOL {
 
   /// Whether the file has an entry of that key, exact and case-sensitive; a key in the file counts
   /// with its first 100 bytes. Looks for a missing key a second time between two updates, since an
-  /// update by another process may be filling the file. Throws, behind a line at ALARM,
+  /// update by another process may be filling the file. Throws, after a line at ALARM,
   /// ERROR_ALGORITHM on a closed pool and ERROR_CAN_NOT_READ_FILE if the file can't be read.
   bool find_key(const char* key);
   /// Type code of the key's entry; UNKNOWN for a word that names no type. Throws what `find_key`
-  /// throws, PARAMETER_KEY_NOT_FOUND behind a line at the level for a missing key, and
-  /// ERROR_PARAMETER_POOL behind a line at ALARM if blanks fill the line up to its limit.
+  /// throws, PARAMETER_KEY_NOT_FOUND after a line at the level for a missing key, and
+  /// ERROR_PARAMETER_POOL after a line at ALARM if blanks fill the line up to its limit.
   TYPE_CODE get_type(const char* key);
 
   /// Reads the entry of a key into a scalar, an ARRAY (or VECTOR) or a MATRIX of any type of the
   /// type table. An array takes the first index and the count that the file gives, a matrix the
-  /// first index and the count of rows and of columns. Throws what `get_type` throws, and behind a
+  /// first index and the count of rows and of columns. Throws what `get_type` throws, and after a
   /// line at ALARM
   ///  - WRONG_PARAMETER_TYPE: the entry has another type; there is no conversion,
   ///  - INVALID_PARAMETER_VALUE: the value is missing or unreadable (a float that is no number
@@ -104,7 +104,7 @@ class PARAMETER_POOL {
   void Init();
   bool FindKeyBetweenUpdates(const char* key);
   void NeedKey(const char* key);
-  /// Throws ERROR_CAN_NOT_READ_FILE, behind a line at ALARM, if reading or writing the file failed.
+  /// Throws ERROR_CAN_NOT_READ_FILE, after a line at ALARM, if reading or writing the file failed.
   void CheckRead() const;
   TYPE_CODE ReadType();
   /// Finds the entry, checks its type and takes the first token of its value.

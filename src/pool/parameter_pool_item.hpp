@@ -41,7 +41,7 @@ class PARAMETER_POOL_ITEM {
  public:
   /// The empty item: no key, no value, type UNKNOWN.
   PARAMETER_POOL_ITEM() = default;
-  /// Throws PARAMETER_KEY_TOO_LONG, behind a line at ALARM, for a key of more than 100 characters.
+  /// Throws PARAMETER_KEY_TOO_LONG, after a line at ALARM, for a key of more than 100 characters.
   template <class V>
   PARAMETER_POOL_ITEM(const char* item_key, const V& item_value, const ARRAY<STRING>& lines)
       : type(POOL_TYPE<V>), comments(lines), value(std::make_unique<POOL_VALUE_OF<V>>(item_value)) {

@@ -81,8 +81,8 @@ void CopyTwin(const ARRAY<X>& from, ARRAY<Y>& to) {
 ///     int count = 0;
 ///     list.get("fringe_count", count);
 ///
-/// A new item goes to the front, so the list holds the entries in the reverse order in which they
-/// were added. New keys reach a pool file in this order.
+/// A new item goes to the front, so the list holds the entry that was added last in front. New keys
+/// reach a pool file in this order.
 class PARAMETER_POOL_LIST : public LIST<PARAMETER_POOL_ITEM> {
  public:
   /// Searches for a key (exact) from the front: 1 with the cursor on the item, or 0 with the cursor
@@ -94,7 +94,7 @@ class PARAMETER_POOL_LIST : public LIST<PARAMETER_POOL_ITEM> {
     return 0;
   }
   void add(PARAMETER_POOL_ITEM item) { items.push_front(std::move(item)); }
-  /// Adds a copy of a value and its comments under a key. Throws PARAMETER_KEY_TOO_LONG behind a
+  /// Adds a copy of a value and its comments under a key. Throws PARAMETER_KEY_TOO_LONG after a
   /// line at ALARM.
   template <class V>
   void add(const char* key, const V& value, const ARRAY<STRING>& comments) {

@@ -91,7 +91,8 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::update() {
   } const closer{*this};
 
   Lock();
-  // Its entries are in that process's temporary file; results alone would look like a whole pool.
+  // The entries are in the temporary file of the process that emptied the pool; our results alone
+  // would look like a whole pool.
   if (was_filled && stream.Size() == 0) {
     GlobalLog.set(ALARM) << "parameter pool " << file_name
                          << " was emptied meanwhile, look for pool_XXXXXX beside it\n";
@@ -130,8 +131,8 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::update() {
 void PARAMETER_POOL_READ_WRITE_CHANGE::Merge(POOL_STREAM& temporary) {
   entry.Rewind();
   entry.NextLine();
-  // The loops test for the end before they use a line: the last line has the end mark and is
-  // dropped.
+  // The loops test for the end before they use a line: the last line has the end mark, and the
+  // merge drops it.
   while (!stream.AtEnd()) {
     if (entry.IsKeyLine() && list.find(entry.ReadKey()) != 0) {
       write_entry(list.current(), temporary);

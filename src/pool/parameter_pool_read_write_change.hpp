@@ -22,7 +22,7 @@ namespace varnoth {
 class PARAMETER_POOL_READ_WRITE_CHANGE : public PARAMETER_POOL {
  public:
   PARAMETER_POOL_READ_WRITE_CHANGE() = default;
-  /// Opens the pool. Throws CAN_NOT_OPEN_POOL, behind a line at ALARM, also for a file that can't
+  /// Opens the pool. Throws CAN_NOT_OPEN_POOL, after a line at ALARM, also for a file that can't
   /// be written.
   explicit PARAMETER_POOL_READ_WRITE_CHANGE(const char* path, unsigned option_value = 0);
   /// Runs `update` unless the pool is closed already, and throws what `update` throws. While
@@ -33,7 +33,7 @@ class PARAMETER_POOL_READ_WRITE_CHANGE : public PARAMETER_POOL {
   PARAMETER_POOL_READ_WRITE_CHANGE& operator=(const PARAMETER_POOL_READ_WRITE_CHANGE&) = delete;
 
   /// Adds an entry that must be new, with comment lines above it. Throws PARAMETER_KEY_EXISTS, with
-  /// no log line, if the key is in the list or in the file. Throws, behind a line at ALARM,
+  /// no log line, if the key is in the list or in the file. Throws, after a line at ALARM,
   /// PARAMETER_KEY_TOO_LONG above 100 characters, INVALID_PARAMETER_VALUE for a line of more than
   /// 1024 bytes, and what `find_key` throws.
   template <POOL_SCALAR X>
@@ -53,7 +53,7 @@ class PARAMETER_POOL_READ_WRITE_CHANGE : public PARAMETER_POOL {
   }
 
   /// Adds an entry or replaces one in the list or the file; the last value of a key reaches the
-  /// file. Throws, behind a line at ALARM, PARAMETER_KEY_TOO_LONG and INVALID_PARAMETER_VALUE as
+  /// file. Throws, after a line at ALARM, PARAMETER_KEY_TOO_LONG and INVALID_PARAMETER_VALUE as
   /// `Write` does.
   template <POOL_SCALAR X>
   void Change(const char* key, const X& value, const ARRAY<STRING>& comments = {}) {
@@ -71,14 +71,14 @@ class PARAMETER_POOL_READ_WRITE_CHANGE : public PARAMETER_POOL {
     Add(CHANGE, {key, STRING(value), comments});
   }
 
-  /// Keeps updates by other processes out until this one is done, so that what is read from now on
-  /// is what the update finds. Waits for a lock that another process holds, at most for
-  /// LOCK_SECONDS; throws NO_UPDATE_PERMISSION_FOR_POOL, behind a line at ALARM, after that. Where
-  /// files can't be locked a line at WARNING tells of it.
+  /// Keeps updates by other processes out until this one is done, so that reads from now on see
+  /// what the update finds. Waits for a lock that another process holds, at most for LOCK_SECONDS;
+  /// throws NO_UPDATE_PERMISSION_FOR_POOL, after a line at ALARM, after that. Where the system
+  /// can't lock files, it writes a line at WARNING.
   void Lock();
 
-  /// Has an update wait until the disk holds what it wrote: the complete new content before the
-  /// pool is cut, and the pool before that content's file goes.
+  /// Makes the update wait until the disk holds what it wrote: the complete new content before it
+  /// cuts the pool, and the pool before it removes the file with that content.
   void SetDurable(bool is_wanted) { is_durable = is_wanted; }
 
   /// Locks the pool, merges the list with the file and closes the pool, on failure too. Does
@@ -87,12 +87,11 @@ class PARAMETER_POOL_READ_WRITE_CHANGE : public PARAMETER_POOL {
   /// The update builds the complete new content in a file beside the pool, named "pool_" and six
   /// random characters, and then copies it into the pool's own file, which so keeps its owner,
   /// permissions and links. Whatever stops the update, the old pool or the file beside it holds
-  /// everything. Throws, behind lines at ALARM,
+  /// everything. Throws, after lines at ALARM,
   ///  - NO_UPDATE_PERMISSION_FOR_POOL: the file beside the pool can't be made, or see `Lock`,
-  ///  - CORRUPTED_PARAMETER_POOL: reading the pool or writing the file beside it failed, or the
-  ///  pool
-  ///    was emptied since it was opened, as by a process that died in its update; the pool is as it
-  ///    was,
+  ///  - CORRUPTED_PARAMETER_POOL: reading the pool or writing the file beside it failed, or another
+  ///    process, which died in its update, has emptied the pool since it was opened; the pool is as
+  ///    it was,
   ///  - ERROR_I_O: the file beside the pool can't be read back; the pool is as it was,
   ///  - ERROR_PARAMETER_POOL: the pool's own file can't be written.
   void update();
@@ -106,7 +105,7 @@ class PARAMETER_POOL_READ_WRITE_CHANGE : public PARAMETER_POOL {
 
   PARAMETER_POOL_LIST list;
   bool is_durable = false;
-  bool was_filled = false;  // when it was opened
+  bool was_filled = false;  ///< whether the pool had content when it was opened
   int exceptions_at_start = std::uncaught_exceptions();
 };
 

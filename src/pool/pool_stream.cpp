@@ -137,7 +137,7 @@ bool POOL_STREAM::SetLock(LOCK lock, double seconds) {
   constexpr short TYPES[] = {F_UNLCK, F_RDLCK, F_WRLCK};
   whole_file.l_type = TYPES[static_cast<int>(lock)];
   whole_file.l_whence = SEEK_SET;
-  // Asked for again and again, since a call that waits has no time limit.
+  // Ask for the lock again and again, since a call that waits has no time limit.
   constexpr double PAUSE = 0.001;
   for (double waited = 0.0;; waited += PAUSE) {
     if (Restarted([&] { return ::fcntl(descriptor, F_OFD_SETLK, &whole_file); }) == 0) {

@@ -6,7 +6,7 @@
 namespace varnoth {
 
 /// The open file of a pool: a line reader and a buffered writer on one descriptor, which the object
-/// owns. Failures show in the results alone; nothing is logged.
+/// owns. Failures show in the results alone: the class logs nothing.
 ///
 ///     POOL_STREAM from, to;
 ///     if (!from.Open("scene.dat", POOL_STREAM::MODE::READ)) std::perror("scene.dat");
@@ -15,7 +15,8 @@ namespace varnoth {
 ///     for (; !from.AtEnd(); line = from.NextLine()) to.Write(line);
 ///     if (!to.Close()) std::perror("copy.dat");
 ///
-/// `Rewind` drops what was read ahead, so reads behind it see what other processes wrote before.
+/// `Rewind` drops what the object read ahead, so that later reads see what other processes have
+/// written.
 class POOL_STREAM {
  public:
   POOL_STREAM() = default;
@@ -59,20 +60,20 @@ class POOL_STREAM {
   bool Flush();
   /// Cuts the file to length 0; false, with errno set, on failure.
   bool Truncate();
-  /// Waits until what was flushed is on the disk; false, with errno set, on failure.
+  /// Waits until the disk holds what `Flush` has written; false, with errno set, on failure.
   bool Sync();
 
   enum class LOCK { NONE, SHARED, EXCLUSIVE };
   /// Sets the advisory lock of the whole file, which a close releases as well. Waits as long as
-  /// another process holds one that excludes it, at most `seconds`; false, with errno EAGAIN, after
-  /// that, and with another errno at once where files can't be locked. It is a lock of the open
-  /// file description: flock(1) around a run does not see it.
+  /// another process holds a lock that excludes it, at most `seconds`, and then returns false with
+  /// errno EAGAIN. Where the system can't lock files, returns false with another errno at once. The
+  /// lock belongs to the open file description: flock(1) around a run does not see it.
   bool SetLock(LOCK lock, double seconds);
   /// Whether this object holds a lock of the open file.
   bool IsLocked() const { return is_locked; }
 
  private:
-  /// Reads more bytes of the file behind what is left of the block; false, with `at_end` set, if
+  /// Reads more bytes of the file after what is left of the block; false, with `at_end` set, if
   /// there are none.
   bool FillBlock();
 

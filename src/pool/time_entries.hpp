@@ -7,7 +7,7 @@
 
 namespace varnoth {
 
-/// Universal times as pool entries of type STR or STR_V, whose key is joined from parts.
+/// Universal times as pool entries of type STR or STR_V. The operations join the key from parts.
 ///
 ///     UNIVERSAL_TIME start;
 ///     ReadTime(pool, {"master", "start_time"}, start);  // key "master_start_time"
@@ -17,7 +17,7 @@ namespace varnoth {
 /// with `digits`, 0 to 6, digits of the fraction.
 ///
 /// All of them throw what the pool throws and PARAMETER_KEY_TOO_LONG. The readers also throw
-/// ERROR_DATA, behind a line at EXCEPTION, for a text that is no time, and the writers
+/// ERROR_DATA, after a line at EXCEPTION, for a text that is no time, and the writers
 /// ERROR_ARGUMENT for an empty time.
 using KEY_PARTS = std::initializer_list<const char*>;
 
@@ -28,7 +28,7 @@ void ReadTime(PARAMETER_POOL& pool, KEY_PARTS key_parts, UNIVERSAL_TIME& time);
 void ReadTimes(PARAMETER_POOL& pool, KEY_PARTS key_parts, ARRAY<UNIVERSAL_TIME>& times);
 
 /// Writes a time whether the pool has the key or not. With `usecs` it also writes the fraction in
-/// microseconds, 0 to 999999, as an INT_32 under the key with "_usecs" behind it; the text then has
+/// microseconds, 0 to 999999, as an INT_32 under the key with "_usecs" appended; the text then has
 /// at most five digits of the fraction.
 void WriteTime(PARAMETER_POOL_READ_WRITE_CHANGE& pool, KEY_PARTS key_parts,
                const UNIVERSAL_TIME& time, int digits, bool usecs,

@@ -25,7 +25,7 @@ enum TYPE_CODE : unsigned {
 enum class CLOSER {
   ANY,     ///< any token
   BRACE,   ///< exactly "}"
-  LENGTH,  ///< exactly "}"; anything else is reported as a wrong length
+  LENGTH,  ///< exactly "}"; the reader reports anything else as a wrong length
 };
 
 /// A row of the type table. The two words are those of the integers' messages. Some of them are off
@@ -37,7 +37,7 @@ struct TYPE_ROW {
   CLOSER closer = CLOSER::ANY;
 };
 
-/// Row of a type code below TYPE_COUNT; the code is not checked.
+/// Row of a type code, which must be below TYPE_COUNT.
 const TYPE_ROW& TypeRow(TYPE_CODE code);
 
 /// Code of a type name (exact, case-sensitive); UNKNOWN for any other text.

@@ -235,7 +235,7 @@ bool MDB::ReadItem(RECORD_ITEM& item) {
   std::string value;
   if (!(stream >> name >> colon >> value)) {
     if (stream.bad()) {
-      // A failed read must not look like the end: the orbit would lack the samples behind.
+      // A failed read must not look like the end: the orbit would lack the samples after it.
       GlobalLog.set(ALARM) << "MDB::Read(): can not read file " << path_info.file << "\n";
       throw ERROR_CAN_NOT_READ_FILE();
     }
@@ -245,7 +245,7 @@ bool MDB::ReadItem(RECORD_ITEM& item) {
     }
     return false;
   }
-  // A null byte, such as a crash leaves in a file, would hide the text behind it.
+  // A null byte, such as a crash leaves in a file, would hide the text after it.
   const bool is_item = colon == ":" && (name + value).find('\0') == std::string::npos;
   try {
     if (!is_item) throw ERROR_DATA();

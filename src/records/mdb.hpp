@@ -23,13 +23,13 @@ struct MDB_PATH_INFO {
   STRING file;
 };
 
-/// Which record a search reads, seen from the first record at or behind the wanted value.
+/// Which record a search reads, seen from the first record at or after the wanted value.
 enum MDB_STOP : int {
   mdb_stop_invalid = 0,
   mdb_stop_before = 1,   ///< the record in front of it
   mdb_stop_exact = 2,    ///< that record, if it has the wanted value
   mdb_stop_nearest = 3,  ///< it or the one in front, whichever is nearer; in a tie it
-  mdb_stop_after = 4,    ///< the record behind it
+  mdb_stop_after = 4,    ///< the record after it
 };
 
 /// A record file: a time-ordered series of typed records in a text file.
@@ -62,11 +62,11 @@ class MDB {
   virtual void Reset();
   /// Reads the record type from "format.dat"; does nothing without a path or a file name. Throws
   /// what the pool throws, PARAMETER_KEY_TOO_LONG for a file name of more than 100 characters, and
-  /// "MDB: unknown type in record type definition" behind a line at ALARM. Creates a missing
+  /// "MDB: unknown type in record type definition" after a line at ALARM. Creates a missing
   /// "format.dat" empty, and then throws PARAMETER_KEY_NOT_FOUND.
   virtual void ReadRecordType();
-  /// Set the next record to be written: the further items and, in the second form, the key item.
-  /// They replace the record type too.
+  /// Set the record that `Write` writes next: the further items and, in the second form, the key
+  /// item. They replace the record type too.
   virtual void SetRecord(const ARRAY<RECORD_ITEM>& record);
   virtual void SetRecord(const ARRAY<RECORD_ITEM>& record, const RECORD_ITEM& key_item);
   /// Throws "MDB::GetPathInfo(): no path was set before".
@@ -89,30 +89,30 @@ class MDB {
   /// Makes the last level of the directory, with mode 0755; an existing one is fine. Throws "MDB:
   /// can not create directory".
   virtual void MakeDirectory();
-  /// Goes to the first record. Throws a text if no file is open or it is open for writing.
+  /// Goes to the first record. Throws a text if no file is open or if the file is open for writing.
   virtual void Rewind();
   /// Reads from the first record on up to the first one whose item of the name of `search_item` is
-  /// at or behind its value, and then reads the record that `stop` names; `Read` continues behind
-  /// that one. The item must ascend from record to record. With mdb_stop_nearest, a value at or
-  /// in front of the first record gives that one, and a value behind all records the last one, each
+  /// at or after its value, and then reads the record that `stop` names; `Read` continues after
+  /// that one. The item must ascend from record to record. With mdb_stop_nearest, a value at or in
+  /// front of the first record gives that one, and a value after all records the last one, each
   /// with a line at WARNING.
   ///
   /// Throws texts if no file is open, if it is open for writing, without a record type, if there is
   /// no such record or item, and if the item has another type (int and double compare with each
-  /// other). Throws ERROR_UNHANDLED_CASE for any other `stop`, ERROR_DATA, behind a line at ALARM,
+  /// other). Throws ERROR_UNHANDLED_CASE for any other `stop`, ERROR_DATA, after a line at ALARM,
   /// if the file changed during the search, and what `Read` throws. After a failure the last record
   /// read is the current one.
   virtual void GotoRecord(const RECORD_ITEM& search_item, MDB_STOP stop);
-  /// Writes the record behind the last one of the file, wherever reading stands. Throws texts if no
+  /// Writes the record after the last one of the file, wherever reading stands. Throws texts if no
   /// file is open, if it is open for reading alone, without a record type, for an item without a
   /// type that a file can hold, and if the stream fails.
   virtual void Write();
   /// Reads the next record: as many items as the record type has. Their names and types are those
-  /// of the file, not checked against the record type. False at the end of the file; the record
-  /// then stays as it was, and an end within a record is a line at WARNING. Throws texts if no file
-  /// is open and without a record type. Throws, behind a line at ALARM, ERROR_DATA for lines that
-  /// are no items, what RECORD_ITEM::Parse throws, and ERROR_CAN_NOT_READ_FILE if the file can't be
-  /// read.
+  /// of the file; nothing checks them against the record type. False at the end of the file; the
+  /// record then stays as it was, and an end within a record is a line at WARNING. Throws texts if
+  /// no file is open, and without a record type. Throws, after a line at ALARM, ERROR_DATA for
+  /// lines that are no items, what RECORD_ITEM::Parse throws, and ERROR_CAN_NOT_READ_FILE if the
+  /// file can't be read.
   virtual bool Read();
   /// Steps `lines` lines forward, or back if negative, and reads the record there. Blank lines
   /// count. False, with the position as it was, if the file has fewer lines, and as `Read` at

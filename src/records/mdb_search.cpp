@@ -78,7 +78,7 @@ void MDB::GotoRecord(const RECORD_ITEM& search_item, MDB_STOP stop) {
   GlobalLog.set(WARNING) << NEAREST << FAR_AWAY << "we reached the end of the data file "
                          << "therefore I give you the last record "
                          << "(its really the nearest!) \n";
-  // Go back behind the last whole record: part of another one may follow it.
+  // Go back to the end of the last whole record: part of another one may follow it.
   ReadAgain(start);
 }
 

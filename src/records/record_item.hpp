@@ -36,18 +36,18 @@ struct RECORD_ITEM {
   /// Takes type and value from a text. Its characters determine the type: with ":" and "-" a
   /// universal time, with ":" alone a mission elapsed time, with "." a double, and an int
   /// otherwise. So a negative mission elapsed time fails as a universal time, and a double needs
-  /// its point. Throws ERROR_DATA, behind a line at ALARM, for a text that is not wholly a number
+  /// its point. Throws ERROR_DATA, after a line at ALARM, for a text that is not wholly a number
   /// of its type, and what the constructors of UNIVERSAL_TIME and MISSION_ELAPSED_TIME throw.
   void Parse(const char* text);
   /// The value as a record file shows it: an integer in decimal digits, a double with 16 digits
-  /// behind the point and a blank in place of a plus sign, a time as its text.
+  /// after the point and a blank in place of a plus sign, a time as its text.
   STRING Text() const;
   /// A number as a double, a duration in seconds. Throws "can not cast from MET to double" and "can
   /// not cast from UTC to double".
   double ToDouble() const;
   /// Whether the value equals `other`.
   bool Equals(const RECORD_ITEM& other) const;
-  /// Whether the value is at or behind `wanted`; false for a NaN.
+  /// Whether the value is at or after `wanted`; false for a NaN.
   bool IsAtOrAfter(const RECORD_ITEM& wanted) const;
   /// The value minus `origin`, in seconds for times and durations.
   long double DistanceFrom(const RECORD_ITEM& origin) const;

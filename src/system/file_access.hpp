@@ -4,9 +4,10 @@
 
 namespace varnoth {
 
-/// Opens a C stream by the flags of open(2), for reading (O_RDONLY) or for writing alone; creates a
-/// file with mode 0666. Returns null, with errno set, on failure. The stream restarts calls that a
-/// signal interrupts. Refuses to write into a pipe that nobody reads, instead of waiting.
+/// Opens a C stream by the flags of open(2), for reading (O_RDONLY) or for writing alone; a file
+/// that it creates has mode 0666. Returns null, with errno set, on failure. The stream restarts
+/// calls that a signal interrupts. It refuses to open a pipe for writing that nobody reads, instead
+/// of waiting.
 ///
 ///     const OWNED_FILE file = OpenStream("orbit.txt", O_RDONLY);
 ///     if (file == nullptr) std::perror("orbit.txt");

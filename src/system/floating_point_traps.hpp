@@ -8,8 +8,8 @@ namespace varnoth {
 /// signal SIGFPE. A processor without traps (64-bit ARM) only sets its flags.
 void enable_fp_traps();
 
-/// On such a processor, raises SIGFPE if one of these flags is set; elsewhere does nothing. A
-/// program calls it before its results go further.
+/// On a processor without traps, raises SIGFPE if one of these flags is set; elsewhere does
+/// nothing. A program calls it before it passes its results on.
 void raise_missed_trap();
 
 /// Holds off the floating-point traps in its scope, and drops the flags that its scope sets. The C

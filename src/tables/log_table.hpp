@@ -29,7 +29,7 @@ namespace varnoth {
 /// Cells without them are centred. All rows must have as many cells as the first one.
 class LOG_TABLE {
  public:
-  /// Throws the text "can not write to /tmp", behind a line at EXCEPTION, if the temporary file
+  /// Throws the text "can not write to /tmp", after a line at EXCEPTION, if the temporary file
   /// can't be made.
   LOG_TABLE();
   /// Removes the temporary file; a failure is a line at WARNING.
@@ -52,9 +52,9 @@ class LOG_TABLE {
   /// Has no effect on the table.
   void set_second_rule(char fill, char cross);
 
-  /// Prints all rows so far at a level; a second call prints them again. Throws, behind a line at
+  /// Prints all rows so far at a level; a second call prints them again. Throws, after a line at
   /// EXCEPTION, the text "can not open tmp file", "can not read tmp file", or "can not write to
-  /// /tmp" if a row did not reach the file, and, behind a line at ALARM, ERROR_ARGUMENT for a cell
+  /// /tmp" if a row did not reach the file, and, after a line at ALARM, ERROR_ARGUMENT for a cell
   /// of more than 255 characters.
   void flush(int level);
 

@@ -23,7 +23,7 @@ constexpr const char* MONTH_NAMES[MONTHS + 1] = {"invalid month name",
                                                  "OCT",
                                                  "NOV",
                                                  "DEC"};
-// Rows: ordinary year, leap year. Entry 0 is for all that is no month.
+// Rows: ordinary year, leap year. Entry 0 stands for every number that is no month.
 constexpr int DAYS_IN_MONTH[2][MONTHS + 1] = {{-1, 31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31},
                                               {-1, 31, 29, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31}};
 constexpr int DAYS_BEFORE_MONTH[2][MONTHS + 1] = {

@@ -26,7 +26,7 @@ int MilliOfDay(int hour, int minute, int second, int ms);
 
 /// "JAN" to "DEC", or "invalid month name" for a month outside 1 to 12.
 const char* MonthName(int month);
-/// 1 to 12 for exactly "JAN" to "DEC". Any other text throws ERROR_ARGUMENT, behind a line at
+/// 1 to 12 for exactly "JAN" to "DEC". Any other text throws ERROR_ARGUMENT, after a line at
 /// EXCEPTION.
 int MonthFromName(const char* text);
 

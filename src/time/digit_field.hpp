@@ -5,7 +5,7 @@
 namespace varnoth {
 
 /// The number that `count` decimal digits at `text` spell (at most nine). Throws ERROR_ARGUMENT,
-/// with no log line, at the first character that is no digit, and reads nothing behind it.
+/// with no log line, at the first character that is no digit, and reads nothing after it.
 ///
 ///     const int year = ReadDigits("2004-01-14", 4);
 inline int ReadDigits(const char* text, int count) {

@@ -108,8 +108,8 @@ void DURATION::Refuse() const {
   throw "duration range error";
 }
 
-// A full day field spills whole days into milliseconds and microseconds. Their count may exceed
-// even 64 bits: refuse it in either direction.
+// A full day field spills whole days into milliseconds and microseconds. Their number may exceed
+// even 64 bits: refuse that in either direction.
 std::int64_t DURATION::Sum(std::int64_t a, std::int64_t b) const {
   std::int64_t result = 0;
   if (__builtin_add_overflow(a, b, &result)) Refuse();

@@ -14,16 +14,16 @@ namespace varnoth {
 /// |microseconds| below one millisecond by truncating division, so the fields may differ in sign.
 ///
 /// An operation whose result has more than 2147483645 days of either sign throws the text "duration
-/// range error", behind a line at ALARM, and leaves the span undefined.
+/// range error", after a line at ALARM, and leaves the span undefined.
 class DURATION {
  public:
   DURATION() = default;
   /// Sum of days, milliseconds and microseconds of any sign.
   DURATION(std::int64_t d, std::int64_t ms, std::int64_t us);
   /// A number of seconds. Throws ERROR_PARAMETER, with no log line, for NaN and for |seconds| of
-  /// 9.2e15 or more. With x = 1000 seconds, the milliseconds are x rounded towards zero and the
-  /// microseconds are 1000 (x - floor(x)) rounded to the nearest integer: a negative number with a
-  /// fraction of a millisecond gives a span that is one millisecond too late.
+  /// 9223372036854775 or more. With x = 1000 seconds, the milliseconds are x rounded towards zero
+  /// and the microseconds are 1000 (x - floor(x)) rounded to the nearest integer: a negative number
+  /// with a fraction of a millisecond gives a span that is one millisecond too large.
   static DURATION FromSeconds(double seconds);
   /// The same, but with floor(x) milliseconds: right for negative numbers too.
   static DURATION FromSecondsByFloor(double seconds);
@@ -34,9 +34,9 @@ class DURATION {
 
   void AddDays(std::int64_t count);
   /// With `raw` the sum stays in the field, without a carry into larger ones. A raw sum of
-  /// 2147483000 or more (microseconds: above it) throws "duration range error". The lower end is
-  /// not checked: a raw sum of -2147483000 ms or less, or of microseconds below 32 bits, gives a
-  /// wrong span.
+  /// 2147483000 or more (microseconds: above it) throws "duration range error". They don't check
+  /// the lower end: a raw sum of -2147483000 ms or less, or one of microseconds that falls below
+  /// the range of 32 bits, gives a wrong span.
   void AddMilliseconds(std::int64_t count, bool raw = false);
   void AddMicroseconds(std::int64_t count, bool raw = false);
 

@@ -37,19 +37,20 @@ bool IsLeapSecond(const UTC_VALUES& time);
 /// The number of rows strictly between two times: negative if `from` is the earlier one, positive
 /// if it is the later one. Add these seconds to a label that was moved from `from` to `to` by days
 /// of 86400 s. The later time loses its fraction; the earlier one moves up to its next whole
-/// second. Writes the result as a line at TRACE, unless the two times lie wholly before or behind
-/// the years of the table.
+/// second. Writes the result as a line at TRACE, unless both years lie before or after those of the
+/// table.
 int LeapSecondsBetween(const UTC_VALUES& from, const UTC_VALUES& to);
 
-/// Makes the table the built-in rows.
+/// Sets the table to the built-in rows.
 void ResetToDefaultTable();
-/// Makes the table one without leap seconds.
+/// Empties the table of leap seconds.
 void ResetToEmptyTable();
-/// Makes the table a copy of `table`, whose rows must be in order of time. A row of year 0 ends it.
+/// Sets the table to a copy of `table`, whose rows must be in order of time. A row of year 0 ends
+/// it.
 void ReplaceTable(const ARRAY<LEAP_SECOND_ITEM>& table);
 
-/// Add rows behind the last one; rows that are not later than the table's last one, and rows of
-/// year 0, are skipped.
+/// Add rows after the last one; skip rows that are not later than the table's last one, and rows of
+/// year 0.
 void AppendFromArray(const ARRAY<LEAP_SECOND_ITEM>& items);
 void AppendFromList(const std::list<LEAP_SECOND_ITEM>& items);
 void AppendItem(const LEAP_SECOND_ITEM& item);

@@ -16,14 +16,14 @@ namespace varnoth {
 ///     const int days = scanner.values.days;  // 1, with scanner.values.sign -1
 ///
 /// White space in front makes the value positive, whatever sign follows. The scanner checks no
-/// field's range and nothing behind the fraction.
+/// field's range and nothing after the fraction.
 class MET_SCANNER final : public TIME_SCANNER {
  public:
   /// Fills `values`. Throws what TIME_SCANNER's primitives throw; `values` then has the fields
   /// before the fault, and 0 for the others.
   void Parse(const char* input);
-  /// The same, but instead of throwing a text it writes it as a line at EXCEPTION and gives false.
-  /// ERROR_ARGUMENT and ERROR_DATA pass through.
+  /// The same, but where `Parse` throws a text, this writes the text as a line at EXCEPTION and
+  /// returns false. ERROR_ARGUMENT and ERROR_DATA pass through.
   bool Scan(const char* input) override;
 
   MET_VALUES values;

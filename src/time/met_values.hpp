@@ -11,8 +11,8 @@ namespace varnoth {
 /// value that would pass zero gets a negative day count.
 ///
 /// An addition multiplies its count by the sign in every field that it reaches. Carries pass from
-/// field to field as counts too, so in a negative value the sign turns each carry once more. A sum
-/// of more than 9999 days throws the text "can not represent MET value", behind a line at ALARM.
+/// field to field as counts too, so in a negative value the sign flips each carry once more. A sum
+/// of more than 9999 days throws the text "can not represent MET value", after a line at ALARM.
 struct MET_VALUES {
   int sign = 1;
   int days = 0;

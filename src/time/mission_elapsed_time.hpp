@@ -20,7 +20,7 @@ namespace varnoth {
 ///
 /// A default value is the empty text. Every operation reads the digits and writes them back: a
 /// field without digits, as in an empty value, throws ERROR_ARGUMENT with no log line. A result
-/// that the text can't show throws ERROR_DATA, behind a line at ALARM, and the value stays as it
+/// that the text can't show throws ERROR_DATA, after a line at ALARM, and the value stays as it
 /// was.
 class MISSION_ELAPSED_TIME {
  public:
@@ -54,7 +54,7 @@ class MISSION_ELAPSED_TIME {
   /// The span from b to a.
   friend DURATION operator-(const MISSION_ELAPSED_TIME& a, const MISSION_ELAPSED_TIME& b);
 
-  /// Equality is that of the texts.
+  /// Compares the texts.
   friend bool operator==(const MISSION_ELAPSED_TIME& a, const MISSION_ELAPSED_TIME& b);
   /// The order down to the millisecond; microseconds don't count. Of two positive times that agree
   /// down to the millisecond each counts as less than the other: test for equality first.

@@ -35,10 +35,10 @@ struct TIME_TOKEN {
 ///       }
 ///     };
 ///
-/// A text that does not fit throws a text ("TIME: scanner: unexpected end of string", "unexpected
-/// token in GetNumber()", …), behind a line at EXCEPTION with the kind of the token if there is
-/// one. Letters that name no month throw ERROR_ARGUMENT behind a line at EXCEPTION, and a token of
-/// more than 127 characters throws ERROR_DATA behind a line at ALARM.
+/// An input that does not fit throws a text ("TIME: scanner: unexpected end of string", "unexpected
+/// token in GetNumber()", …), after a line at EXCEPTION that names the kind of the token, if there
+/// is a token. Letters that name no month throw ERROR_ARGUMENT after a line at EXCEPTION, and a
+/// token of more than 127 characters throws ERROR_DATA after a line at ALARM.
 class TIME_SCANNER {
  public:
   /// Scans a text into the fields of the derived class; true on success. The text must outlive the
@@ -54,10 +54,10 @@ class TIME_SCANNER {
   int GetNumber();
   /// Skips a separator or a minus sign.
   void GetSeparator();
-  /// '+' or '-'. '+' also without a sign, and for any sign behind white space.
+  /// Returns the sign: '+' or '-', and always '+' after white space or without a sign.
   char GetSign();
-  /// Whether a fraction may follow: true behind a point and behind a "Z" that ends the text, false
-  /// at the end of the text and behind any other "Z".
+  /// Whether a fraction may follow: true after a point and after a "Z" that ends the text, false at
+  /// the end of the text and after any other "Z".
   bool GetPoint();
   /// The first six digits of a fraction as milliseconds and microseconds; missing digits count as
   /// 0. Both are 0 at the end of the text and stay as they are at a "Z".
@@ -72,7 +72,7 @@ class TIME_SCANNER {
   void Start(const char* input, int first = 0);
   /// Gives the next token other than white space; false at the end.
   bool GetTokenBehindWhite(TIME_TOKEN& token);
-  /// The same two, but throw a text at the end.
+  /// Like GetToken and GetTokenBehindWhite, but throw a text at the end.
   void NeedToken(TIME_TOKEN& token);
   void NeedTokenBehindWhite(TIME_TOKEN& token);
   /// Logs the kind of the token at EXCEPTION and throws the text.

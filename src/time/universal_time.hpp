@@ -25,16 +25,16 @@ namespace varnoth {
 ///
 /// Every operation reads the digits and writes them back: a field without digits, as in an empty
 /// value, throws ERROR_ARGUMENT with no log line. A result that the text can't show throws
-/// ERROR_DATA, behind a line at ALARM, and the value stays as it was.
+/// ERROR_DATA, after a line at ALARM, and the value stays as it was.
 class UNIVERSAL_TIME {
  public:
   UNIVERSAL_TIME() = default;
-  /// Reads any text form of UTC_SCANNER; any other text throws ERROR_DATA behind lines at
+  /// Reads any text form of UTC_SCANNER; any other text throws ERROR_DATA, after lines at
   /// EXCEPTION.
   explicit UNIVERSAL_TIME(const char* source);
   /// Real seconds, leap seconds included, since 06-JAN-1980/00:00:00, to the nearest microsecond.
   /// Throws ERROR_PARAMETER, with no log line, for NaN and for |seconds| of 9223372036854 or more,
-  /// and ERROR_DATA, behind a line at ALARM, for a time outside the years 0000 to 9999.
+  /// and ERROR_DATA, after a line at ALARM, for a time outside the years 0000 to 9999.
   explicit UNIVERSAL_TIME(double seconds);
   explicit UNIVERSAL_TIME(const UTC_VALUES& values) { Format(values); }
 
@@ -72,7 +72,7 @@ class UNIVERSAL_TIME {
   void Format(const UTC_VALUES& values);
   void Format(int year, int month, int day, int hour, int minute, int second, int ms, int us);
 
-  /// Move the time by real seconds: leap seconds of the table on the way count.
+  /// Move the time by real seconds: the leap seconds of the table on the way count.
   UNIVERSAL_TIME& operator+=(const DURATION& span);
   UNIVERSAL_TIME& operator-=(const DURATION& span);
   /// Seconds as DURATION::FromSeconds reads them.

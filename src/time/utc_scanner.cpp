@@ -60,7 +60,7 @@ bool UTC_SCANNER::Scan(const char* input) {
   } catch (const char* fault) {
     GlobalLog.set(EXCEPTION) << "UTC_SCANNER: " << fault << ": " << input << "\n";
   } catch (...) {
-    // The log already has the particulars.
+    // The log already has the details.
   }
   GlobalLog.set(EXCEPTION) << "UTC_SCANNER: Error during scan of: " << text << "\n";
   text = input;

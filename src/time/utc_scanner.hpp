@@ -27,7 +27,7 @@ enum UTC_FORM : int {
 /// it ignores what follows the fraction or, in the calendar form, the year.
 class UTC_SCANNER final : public TIME_SCANNER {
  public:
-  /// Fills `values` and gives true. Any other text throws ERROR_DATA, behind lines at EXCEPTION.
+  /// Fills `values` and gives true. Any other text throws ERROR_DATA, after lines at EXCEPTION.
   bool Scan(const char* input) override;
   /// The form of a text (UTC_FORM), from its length and the characters at fixed positions.
   virtual int DetectForm(const char* input) const;

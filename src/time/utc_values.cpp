@@ -139,8 +139,8 @@ void UTC_VALUES::AddMicroseconds(std::int64_t count) {
 }
 
 void UTC_VALUES::CorrectForLeapSeconds(const UTC_VALUES& start) {
-  // Near a leap second the label can't tell on which side the time is. Count the leap seconds up to
-  // the same time of the next day then, and take the day back together with them.
+  // Near a leap second the label can't tell on which side the time is. Then count the leap seconds
+  // up to the same time of the next day, and take the day back together with them.
   int day_back = 0;
   if (IsNearLeapSecond(*this)) {
     AddDays(1);

@@ -26,13 +26,13 @@ struct UTC_VALUES {
 
   bool operator==(const UTC_VALUES& other) const = default;
 
-  /// Moves the date by days of either sign. Throws ERROR_DATA, behind a line at ALARM, for a step
+  /// Moves the date by days of either sign. Throws ERROR_DATA, after a line at ALARM, for a step
   /// of more than 3660000 days, which leaves the four-digit years from any date, and for a month
   /// outside 1 to 12. The other operations throw the same.
   void AddDays(std::int64_t count);
   /// Moves the time by seconds of either sign. With leap seconds observed, a time that lands on a
-  /// second of the table gets the label 60, and a time that a carry of the second field takes past
-  /// one gets the label one second earlier. Whole minutes in `count` have 60 s.
+  /// second of the table gets the label 60, and a time whose second field carries past such a
+  /// second moves by one second less. Whole minutes in `count` have 60 s.
   void AddSeconds(std::int64_t count, LEAP leap);
   /// Move the time by days of 86400 s, without leap seconds.
   void AddMilliseconds(std::int64_t count);

@@ -54,7 +54,7 @@ void gaussj(double* const* a, int n, double* const* b, int m) {
 
   for (int i = 1; i <= n; ++i) {
     const PIVOT found = LargestElement(a, n, used);
-    // If only NaN is left, no pivot can be found.
+    // If only NaN is left, there is no pivot.
     if (found.column == 0) nrerror("gaussj: Singular Matrix-1");
     const int p = found.column;
     used[p] = 1;
@@ -77,7 +77,7 @@ void gaussj(double* const* a, int n, double* const* b, int m) {
     }
   }
 
-  // A row swap of the matrix is a column swap of its inverse; undo them in reverse order.
+  // A row swap of the matrix is a column swap of its inverse; undo the swaps in reverse order.
   for (int i = n; i >= 1; --i) {
     if (pivots[i].row == pivots[i].column) continue;
     for (int row = 1; row <= n; ++row) std::swap(a[row][pivots[i].row], a[row][pivots[i].column]);

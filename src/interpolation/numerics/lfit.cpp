@@ -21,7 +21,7 @@ void lfit(const double* x, const double* y, const double* sig, int ndat, double*
   int mfit = 0;
   for (int j = 1; j <= ma; ++j) mfit += ia[j] != 0 ? 1 : 0;
   if (mfit == 0) nrerror("lfit: no parameters to be fitted");
-  // The basis functions at all points, one row per point, because they are needed twice.
+  // The basis functions at all points, one row per point, because two loops use them.
   SCRATCH<double, 128> afunc_space(static_cast<std::size_t>(ndat) * ma);
   SCRATCH<double> fitted_space(mfit);
   SCRATCH<double> beta_space(mfit);
@@ -39,7 +39,7 @@ void lfit(const double* x, const double* y, const double* sig, int ndat, double*
   for (int i = 1; i <= ndat; ++i) {
     double* const afunc = afunc_of(i);
     funcs(x[i], afunc, ma);
-    // Only those of the fitted parameters.
+    // Only the basis functions of the fitted parameters.
     double* const basis = mfit < ma ? fitted_space.Base() : afunc;
     double rest = y[i];
     for (int row = 0, j = 1; j <= ma && mfit < ma; ++j) {

@@ -56,7 +56,7 @@ void ludcmp(long double* const* a, int n, int* indx, long double& d) {
 }
 
 void lubksb(const long double* const* a, int n, const int* indx, long double* b) {
-  int first = 0;  // first row with a right-hand side other than 0; sums before it are skipped
+  int first = 0;  // first row with a right-hand side other than 0; the sums start there
   for (int i = 1; i <= n; ++i) {
     const int swapped = indx[i];
     long double sum = b[swapped];

@@ -169,8 +169,8 @@ void DECOMPOSITION<T>::AccumulateLeft() {
   }
 }
 
-/// First row of the block that ends at k and has no negligible superdiagonal element. A negligible
-/// diagonal element above the block is made to split it, too.
+/// First row of the block that ends at k and has no negligible superdiagonal element. Makes a
+/// negligible diagonal element above the block split it, too.
 template <class T>
 int DECOMPOSITION<T>::SplitPoint(int k) {
   for (int l = k; l > 1; --l) {

@@ -31,7 +31,7 @@ template <class T>
 void svdcmp(T* const* a, int m, int n, T* w, T* const* v);
 
 /// Gives x[1..n], the least-squares solution of the decomposed system for the right-hand side
-/// b[1..m]. Singular values of exactly 0 are left out.
+/// b[1..m]. Leaves out singular values of exactly 0.
 template <class T>
 void svbksb(const T* const* u, const T* w, const T* const* v, int m, int n, const T* b, T* x);
 

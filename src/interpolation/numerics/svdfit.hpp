@@ -26,8 +26,8 @@ struct CHEBY_POLY_FUNCTION {
 
 /// Linear least squares over a basis F by singular value decomposition (Press et al., 15.4).
 /// Singular values below 1e-5 (float), 1e-14 (double) or 1e-32 (long double) of the largest count
-/// as 0, so that nearly dependent directions are left out instead of blown up. All arrays are
-/// one-based; n points and k parameters take O(n k²).
+/// as 0, so that the fit leaves out nearly dependent directions instead of blowing them up. All
+/// arrays are one-based; n points and k parameters take O(n k²).
 ///
 ///     SVDFIT<double, POLYNOM_FUNCTION<double>> fit;
 ///     double chi_square = 0.0;
@@ -40,7 +40,7 @@ class SVDFIT {
   SVDFIT& operator=(const SVDFIT&) = default;
   virtual ~SVDFIT() = default;
 
-  /// Sizes the work space, which `Fit` does itself; no work if both counts are unchanged. Throws
+  /// Sizes the work space; `Fit` does so itself. Does nothing if both counts are unchanged. Throws
   /// ERROR_NO_MEMORY.
   virtual void Resize(int data_count, int parameter_count);
   /// Fits a[1..parameter_count] to the points x, y with standard deviations sig, all

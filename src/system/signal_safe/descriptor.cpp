@@ -54,7 +54,7 @@ bool CloseDescriptor(int descriptor) { return ::close(descriptor) == 0 || errno 
 bool ReplaceFile(const char* path, std::string_view text) {
   const int descriptor = OpenToReplace(path);
   if (descriptor < 0) return false;
-  // Cut the length after the bytes are written, so that an existing file is never empty.
+  // Cut the length after writing the bytes, so that an existing file is never empty.
   std::size_t written = 0;
   const bool complete =
       WriteAll(descriptor, text.data(), text.size(), written) &&

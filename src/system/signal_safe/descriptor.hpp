@@ -10,23 +10,23 @@
 
 namespace varnoth {
 
-/// Opens a file by the flags of open(2), and creates one with mode 0666; -1, with errno set, on
-/// failure. The opening itself never waits: it refuses to write into a pipe that nobody reads.
-/// Calls on the descriptor wait as usual. A new program that replaces the process does not get the
-/// descriptor.
+/// Opens a file by the flags of open(2); a file that it creates has mode 0666. Returns -1, with
+/// errno set, on failure. The opening itself never waits: it refuses to open a pipe for writing
+/// that nobody reads. Calls on the descriptor wait as usual. A new program that replaces the
+/// process does not get the descriptor.
 ///
 ///     const int descriptor = OpenDescriptor("insar.pool", O_WRONLY | O_CREAT);
 ///     std::size_t written = 0;
 ///     if (!WriteAll(descriptor, text, size, written)) std::perror("insar.pool");
 int OpenDescriptor(const char* path, int flags);
 
-/// The same, but calls on the descriptor don't wait either. For an ordinary file it makes no
+/// The same, but calls on the descriptor don't wait either. For an ordinary file that makes no
 /// difference.
 int OpenAtOnce(const char* path, int flags);
 
 /// Writes all bytes by `write(bytes, size)`, a call like write(2), and restarts it if a signal
-/// interrupts it; false, with errno set, if the file takes fewer. `written` is the number of bytes
-/// that it took.
+/// interrupts it; false, with errno set, if the file takes fewer. `written` receives the number of
+/// bytes that the file took.
 template <class WRITE>
 bool WriteAllBy(WRITE write, const char* bytes, std::size_t size, std::size_t& written) {
   for (written = 0; written < size;) {
@@ -45,7 +45,7 @@ bool WriteAll(int descriptor, const char* bytes, std::size_t size, std::size_t& 
 bool TakesBytes(int descriptor);
 
 /// Closes; false, with errno set, on failure. The descriptor is gone in any case, so an interrupted
-/// close is no failure and is not repeated.
+/// close is no failure and needs no repetition.
 bool CloseDescriptor(int descriptor);
 
 /// Makes a small file that no other name shares, with `text` as its whole content; false, with

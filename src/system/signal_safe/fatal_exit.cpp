@@ -15,7 +15,8 @@ namespace varnoth {
 
 namespace {
 
-// Supervisors look for these words; they stay even where today's systems mean another thing.
+// Supervisors look for these words. They stay even where a number means another thing on today's
+// systems.
 constexpr const char* TEXTS[31] = {
     "hangup",
     "interrupt (rubout)",
@@ -76,7 +77,7 @@ class LINE {
   std::string_view Text() const { return {text, size}; }
 
  private:
-  char text[1024];  // two paths and the words around them
+  char text[1024];  // more than the longest path and the words around it
   std::size_t size = 0;
 };
 

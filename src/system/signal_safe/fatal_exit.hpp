@@ -14,7 +14,7 @@ namespace varnoth {
 ///     std::strcpy(plan.error_mark, "ERROR.varnoth");
 ///     PlanFatalExit(plan);
 struct FATAL_EXIT_PLAN {
-  LOG_OUTLETS* log = nullptr;            ///< must be set before a handler is installed
+  LOG_OUTLETS* log = nullptr;            ///< set it before you install a handler
   bool has_controller = false;           ///< exit status 1 instead of 255
   bool is_supervised = false;            ///< writes the supervisor's line too
   char program[PATH_LIMIT + 1] = {};     ///< its name in the supervisor's line
@@ -32,7 +32,7 @@ void EndWell();
 /// The handler of fatal signals; install it with SA_SIGINFO and all signals blocked. Sets the
 /// failure mark, writes the signal's text to the log and the screen, and ends the process with
 /// status 1, or 255 without a controller. If the signal interrupts an UNINTERRUPTED stretch, the
-/// lines and the end wait for its end.
+/// lines and the end of the process wait for the end of the stretch.
 ///
 /// It makes only async-signal-safe calls: no allocation, no stdio, no lock, no exit handlers. If
 /// something hangs, an alarm ends the process within a second. A fault of the handler itself ends

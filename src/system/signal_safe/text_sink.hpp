@@ -7,7 +7,7 @@ namespace varnoth {
 
 /// An open file or the screen, behind a fixed buffer of 8192 bytes. A signal handler may write into
 /// a sink that it interrupted: the buffer holds the complete texts appended so far, and they go out
-/// before the handler's own.
+/// before the handler's own text.
 ///
 ///     TEXT_SINK screen(1);
 ///     screen.Append("done\n");
@@ -24,8 +24,8 @@ class TEXT_SINK {
   /// Flushes and closes; false if the close or any write since the opening failed.
   bool Close();
 
-  /// Adds text to the buffer; first flushes a buffer without room for it. Writes a text that is
-  /// longer than the buffer directly.
+  /// Adds text to the buffer; first flushes a buffer without room for it. A text that is longer
+  /// than the buffer goes straight to the file.
   void Append(std::string_view text);
   /// Adds text that takes no room on a line, such as an escape sequence.
   void AppendUnseen(std::string_view text);
