@@ -46,8 +46,8 @@ void NormalEquations(benchmark::State& state) {
 }
 BENCHMARK(NormalEquations)->Args({11, 4});
 
-/// As many multiplications and additions as the normal equations have, m²n, in the order in which a
-/// matrix is summed up.
+/// As many multiplications and additions as the normal equations have, m²n, in the order that sums
+/// up a matrix.
 void NormalEquationsFloor(benchmark::State& state) {
   const int count = static_cast<int>(state.range(0));
   const int parameters = static_cast<int>(state.range(1));

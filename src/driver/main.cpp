@@ -23,7 +23,8 @@ namespace varnoth {
 
 namespace {
 
-/// What the process sets up before anything else runs: floating-point traps and the log's prefix.
+/// What the process sets up before anything else runs: floating-point traps, and the log's prefix
+/// and thresholds.
 struct STATIC_SETUP {
   STATIC_SETUP() {
     enable_fp_traps();
@@ -118,7 +119,7 @@ int main(int argc, char** argv) {
     try {
       run(controller, identity, information, results_stand);
     } catch (...) {
-      raise_missed_trap();  // it may have caused the failure
+      raise_missed_trap();  // a missed trap may have caused the failure
       throw;
     }
     all_went_well = true;

@@ -5,8 +5,8 @@
 
 namespace varnoth {
 
-/// The scene's part of what the library's geometry of a sample needs, for a look direction: -1
-/// left, +1 right. Points into the scene, which must outlive it.
+/// What the geometry of a sample needs from the scene, for a look direction: -1 left, +1 right. The
+/// result points into the scene, which must outlive it.
 ///
 ///     const PAIR_CONSTANTS pair = ConstantsOf(scene, 1.0);
 PAIR_CONSTANTS ConstantsOf(const SCENE& scene, double look_direction);

@@ -47,12 +47,12 @@ class CONTROLLER_IFC {
   bool find_parameter(const char* key, STRING& value);
   /// Whether `find_parameter` finds a value.
   bool has_parameter(const char* key);
-  /// `find_parameter` that logs no line but a failure's, and does not move the place where the next
-  /// search in the configuration file begins.
+  /// Like `find_parameter`, but logs nothing except a failure, and does not move the place where
+  /// the next search in the configuration file begins.
   bool find_quietly(const char* key, STRING& value) const;
 
-  /// Name in the names of status and default files. Before `init` "unknown", with two lines at
-  /// WARNING.
+  /// The name that the names of status and default files contain. Before `init` "unknown", with two
+  /// lines at WARNING.
   const STRING& get_binary_name();
   /// Last component of the program's path.
   const STRING& get_base_name() const { return base_name; }
@@ -72,7 +72,7 @@ class CONTROLLER_IFC {
   void SetDurable();
   /// Removes the failure mark.
   void remove_error_file();
-  /// Later lookups skip the configuration file. Safe on a closed file.
+  /// Closes the configuration file, if it is open; later lookups skip it.
   void close_config() { config_file.reset(); }
 
   /// Makes the fatal-signal handler write the supervisor's line too.

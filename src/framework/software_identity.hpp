@@ -18,8 +18,8 @@ class SoftwareIdentity {
   /// Takes the present moment as the start; all texts are empty.
   SoftwareIdentity() = default;
 
-  /// Fills the record but its end. Reduces a version or date that is a version-control keyword
-  /// ("$Revision: 1.2 $", "$Date: 2016/12/09 17:32:18 $") to its value: "1.2",
+  /// Fills the record except for its end. Reduces a version or date that is a version-control
+  /// keyword ("$Revision: 1.2 $", "$Date: 2016/12/09 17:32:18 $") to its value: "1.2",
   /// "2016-12-09T17:32:18".
   void set(const STRING& binary, const STRING& run_title, const STRING& version_keyword,
            const STRING& date_keyword, const STRING& build, const STRING& user);

@@ -2,8 +2,9 @@
 
 namespace varnoth {
 
-/// Work record of the geolocation solvers. The caller keeps it, so that a call does not allocate,
-/// zeroes it once and never reads it. All vectors are Earth-fixed except `offset` and its copy.
+/// Work record of the geolocation solvers. The caller keeps it, so that a call does not allocate;
+/// it zeroes the record once and never reads it. All vectors are Earth-fixed except `offset` and
+/// its copy.
 ///
 ///     GEOLOCATION_WORK work{};
 struct GEOLOCATION_WORK {

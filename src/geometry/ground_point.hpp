@@ -34,7 +34,7 @@ struct GROUND_POINT {
   double doppler_residual = 0.0;  ///< m/s
 };
 
-/// The order in which products of vectors are summed; the last digits differ.
+/// The order of the terms in the products of vectors; it changes the last digits.
 enum class SUMMATION { FORWARD, BACKWARD };
 
 /// Places an echo on the ground: the point on an ellipsoid raised by a height that has the slant

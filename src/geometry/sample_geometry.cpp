@@ -73,7 +73,7 @@ void SplitBaseline(SAMPLE_GEOMETRY& sample, const MASTER_LINE& line) {
   sample.along_track = DotProduct(b, line.velocity) / Length(line.velocity);
   sample.parallel = DotProduct(b, sight) / Length(sight);
   CrossProduct(across, line.velocity, sight);
-  // It points up or down, depending on the side of the target.
+  // `across` points up or down, depending on the side of the target.
   const double part = DotProduct(b, across) / Length(across);
   sample.perpendicular = DotProduct(across, line.position) < 0.0 ? -part : part;
 }
@@ -129,7 +129,7 @@ void CompleteSample(SAMPLE_GEOMETRY& sample, const PAIR_CONSTANTS& pair, const M
     const double cycles = SinglePassCycles(pair, line, target, sample.delay);
     double higher_time = 0.0;
     const double delay = BistaticDelay(pair, line.time, higher, search, higher_time);
-    // The baseline is measured at the slave's own zero-Doppler time, not at the bistatic time.
+    // Measure the baseline at the slave's own zero-Doppler time, not at the bistatic time.
     PlaceSlave(sample, pair);
     sample.phase = cycles;
     sample.phase_difference = SinglePassCycles(pair, line, higher, delay) - cycles;

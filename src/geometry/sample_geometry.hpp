@@ -23,15 +23,15 @@ struct PAIR_CONSTANTS {
   TELL_SEARCH tell_search = nullptr;
 };
 
-/// A line of the master: when, and how it flew.
+/// A line of the master: its time, and the satellite's state then.
 struct MASTER_LINE {
   double time;         ///< s
   double position[3];  ///< m, Earth-fixed
   double velocity[3];  ///< m/s
 };
 
-/// Everything that is known of a sample of the master at a height, about its target and about the
-/// target HEIGHT_STEP above it. Vectors are Earth-fixed.
+/// The numbers of a sample of the master at a height: of its target, and of the target HEIGHT_STEP
+/// above it. Vectors are Earth-fixed.
 struct SAMPLE_GEOMETRY {
   GROUND_POINT target;  ///< FOUND only if `higher` is, too; otherwise the rest means nothing
   GROUND_POINT higher;
@@ -82,16 +82,17 @@ SAMPLE_GEOMETRY SampleGeometry(const PAIR_CONSTANTS& pair, const MASTER_LINE& li
 /// The echo that `LocateEcho` places as `target`, or as `higher` for a height HEIGHT_STEP above. It
 /// points into `line`, which must outlive it.
 ECHO EchoOf(const PAIR_CONSTANTS& pair, const MASTER_LINE& line, double range_time, double height);
-/// From `target`: `slave_time` and `slave_position`.
+/// Sets `slave_time` and `slave_position` from `target`.
 void PlaceSlave(SAMPLE_GEOMETRY& sample, const PAIR_CONSTANTS& pair);
-/// From `target`, `slave_position` and the line: ranges, their difference, baseline and effective
-/// baseline.
+/// Sets ranges, their difference, baseline and effective baseline from `target`, `slave_position`
+/// and the line.
 void MeasureBaseline(SAMPLE_GEOMETRY& sample, const PAIR_CONSTANTS& pair, const MASTER_LINE& line);
-/// From `target`: `slave_time` and `slave_position`, or in single pass `bistatic_time` and `delay`.
+/// Sets `slave_time` and `slave_position`, or in single pass `bistatic_time` and `delay`, from
+/// `target`.
 void FindSlave(SAMPLE_GEOMETRY& sample, const PAIR_CONSTANTS& pair, const MASTER_LINE& line,
                BISTATIC_SEARCH& search);
-/// After `FindSlave`, from `target` and `higher`: all the rest except the parts of the baseline,
-/// `parallel`, `along_track` and `perpendicular`.
+/// After `FindSlave`, sets all the rest from `target` and `higher`, except the parts of the
+/// baseline: `parallel`, `along_track` and `perpendicular`.
 void CompleteSample(SAMPLE_GEOMETRY& sample, const PAIR_CONSTANTS& pair, const MASTER_LINE& line,
                     BISTATIC_SEARCH& search);
 

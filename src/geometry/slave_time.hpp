@@ -5,8 +5,8 @@
 
 namespace varnoth {
 
-/// Where a search for the time of closest approach ended. `time` is on the axis of the scene, to
-/// which the orbit's time offset is added.
+/// Where a search for the time of closest approach ended. `time` is on the axis of the scene: the
+/// orbit's time offset is not in it.
 struct CLOSEST_APPROACH {
   double time;             ///< s
   double range;            ///< distance at the last evaluation, m
@@ -24,10 +24,10 @@ struct CLOSEST_APPROACH {
 CLOSEST_APPROACH FindClosestApproach(const SCENE_ORBIT& orbit, const double target[3],
                                      double start);
 
-/// Called with a search that does not converge.
+/// A function that takes a search that does not converge.
 using TELL_SEARCH = void (*)(const CLOSEST_APPROACH&);
 
-/// Logs a line about it at WARNING.
+/// Logs a line at WARNING about a search that does not converge.
 void TellOpenSearch(const CLOSEST_APPROACH& search);
 
 /// Time (s, on the axis of the scene) at which an orbit passes closest to a fixed point

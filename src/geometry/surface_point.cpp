@@ -41,11 +41,11 @@ struct SURFACE_SEARCH {
 
   /// Sets tolerance and frame. A velocity along the radius gives no frame, and vx stays 0.
   void Begin();
-  /// Sets the nadir component, and in Doppler mode the along-track one that follows from it. Gives
-  /// the part of the squared range that is left for the other components, m².
+  /// Sets the nadir component, and in Doppler mode the along-track one that follows from it.
+  /// Returns the part of the squared range that is left for the other components, m².
   double SetNadir(double nadir);
-  /// Sets the other components from that part: across the track alone by Doppler, times `side`, and
-  /// else along and across it by their ratio.
+  /// Sets the other components from that part: in Doppler mode the one across the track alone,
+  /// times `side`; otherwise those along and across the track, by their ratio.
   void SetCrossTrack(double square, double side);
   /// From the offset: the point, its geodetic coordinates (Bowring 1976) and the height of the
   /// surface.
@@ -112,7 +112,7 @@ SURFACE_POINT SURFACE_SEARCH::Ended(SURFACE_POINT found) const {
   return found;
 }
 
-/// What a search without an end has to tell: its steps.
+/// The result of a search that found no point: its steps and the status.
 SURFACE_POINT Failed(SURFACE_POINT found, SOLVER_STATUS status) {
   found.status = status;
   return found;
@@ -134,8 +134,8 @@ std::optional<double> LowestPoint(const SURFACE_SEARCH& search) {
 /// by Doppler the offset has no cross-track component.
 std::optional<double> HeightError(SURFACE_SEARCH& search, double dz, bool is_start) {
   const double rest = search.SetNadir(dz);
-  // At the lowest point it is 0 except for rounding. Further below 0, no point has both range and
-  // velocity; a velocity above the along-track speed can lead here.
+  // At the lowest point the rest is 0 except for rounding. Further below 0, no point has both range
+  // and velocity; a velocity above the along-track speed can lead here.
   constexpr double ROUNDING = 1e-9;
   const double range = search.echo.slant_range;
   if (std::isless(rest, -ROUNDING * range * range)) return {};

@@ -37,7 +37,7 @@ struct SURFACE_POINT {
   int steps = 0;
   // Only the fixed-point search sets the rest.
   double change = 0.0;           ///< of the target's distance from the centre, m, in the last step
-  double previous_change = 0.0;  ///< and in the one before
+  double previous_change = 0.0;  ///< the same in the step before, m
 
   /// A step of the fixed-point search that returned to where the search was one step earlier, and
   /// went on from the middle.

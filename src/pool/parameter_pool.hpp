@@ -82,8 +82,8 @@ class PARAMETER_POOL {
   const STRING& GetFileName() const { return file_name; }
 
  protected:
-  /// How long a run waits for another process's lock on a pool, in seconds; as for a key at the
-  /// keyboard.
+  /// How long a run waits for another process's lock on a pool, in seconds: as long as for an
+  /// answer at the keyboard.
   static constexpr double LOCK_SECONDS = 120.0;
 
   enum OPERATION { NONE, READ, WRITE, CHANGE };

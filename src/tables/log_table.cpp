@@ -163,7 +163,7 @@ void LOG_TABLE::MeasureColumns(int count) {
       if (++column == count) column = -1;
       length = -1;
     }
-    // Count nothing for "@" and the character behind it: -1 and 1.
+    // Count nothing for "@" and the character after it: -1 and 1.
     length += c == '@' ? -1 : 1;
   }
 }

@@ -29,8 +29,8 @@ namespace varnoth {
 /// Cells without them are centred. All rows must have as many cells as the first one.
 class LOG_TABLE {
  public:
-  /// Throws the text "can not write to /tmp", after a line at EXCEPTION, if the temporary file
-  /// can't be made.
+  /// Throws the text "can not write to /tmp", after a line at EXCEPTION, if it can't make the
+  /// temporary file.
   LOG_TABLE();
   /// Removes the temporary file; a failure is a line at WARNING.
   ~LOG_TABLE();

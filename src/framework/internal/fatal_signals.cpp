@@ -13,7 +13,7 @@ namespace {
 constexpr int CAUGHT[] = {SIGHUP, SIGINT,  SIGQUIT, SIGILL,  SIGABRT, SIGABRT, SIGFPE,
                           SIGBUS, SIGSEGV, SIGSYS,  SIGTERM, SIGURG,  SIGXCPU, SIGXFSZ};
 
-/// The handler needs a stack of its own: after an overflow the usual one has no room.
+/// The handler needs a stack of its own: after a stack overflow the usual one has no room.
 constexpr std::size_t STACK_SIZE = 65536;
 alignas(16) char alternate_stack[STACK_SIZE];
 
