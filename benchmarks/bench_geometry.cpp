@@ -50,7 +50,7 @@ void Geolocation(benchmark::State& state) {
 }
 BENCHMARK(Geolocation);
 
-/// Library calls and the serial chain alone: what comes ahead of the search, five of its steps, and
+/// Library calls and the serial chain alone: what comes before the search, five of its steps, and
 /// what follows it. Every call waits for what it waits for in the solver.
 void GeolocationFloor(benchmark::State& state) {
   FAST_TIMES times;
@@ -96,12 +96,12 @@ class PASS {
     for (double& coordinate : target) coordinate *= 0.9;
   }
 
-  /// Newton's search from two seconds beside it.
+  /// Newton's search from two seconds before the pass.
   double Search() const {
     double range = 0.0;
     return CalcSlaveTime(orbit, target, range, START) + range;
   }
-  /// How many states the search asks for: it tells so by an orbit that counts them.
+  /// How many states the search asks for; an orbit counts them.
   int CountStates() {
     struct COUNTER : ORBIT_BASE {
       using ORBIT_BASE::GetPosition, ORBIT_BASE::GetVelocity, ORBIT_BASE::GetAcceleration;
@@ -142,7 +142,7 @@ void SlaveTime(benchmark::State& state) {
 }
 BENCHMARK(SlaveTime);
 
-/// As many positions, velocities and accelerations alone.
+/// As many positions, velocities and accelerations as the search asks for, alone.
 void SlaveTimeFloor(benchmark::State& state) {
   bench::ShowNothing();
   PASS pass;

@@ -94,7 +94,7 @@ BENCHMARK(SearchesFloor)->Arg(40)->Arg(4000)->Unit(benchmark::kMicrosecond);
 
 constexpr int RESULTS = 39;  // of a run
 
-/// An update with the results of a run, by the entries of the pool.
+/// An update with the results of a run, for pools of different sizes.
 void Update(benchmark::State& state) {
   bench::ShowNothing();
   const std::string text = Entries(static_cast<int>(state.range(0)));
@@ -167,7 +167,7 @@ void NumbersOutFloor(benchmark::State& state) {
 }
 BENCHMARK(NumbersOutFloor)->Arg(1000);
 
-/// An orbit of a whole day and more.
+/// Loads an orbit of five hours or of two days.
 void OrbitLoad(benchmark::State& state) {
   bench::ShowNothing();
   const POOL_FILE file(bench::OrbitText(static_cast<int>(state.range(0)), 8));

@@ -29,7 +29,7 @@ const WORDS RUN = {
     PRODUCT,      "-FlatEarthPolyDegree", "4",          "-MasterPar", "master.pool", "-SlavePar",
     "slave.pool", "-ParameterPool",       "insar.pool", "-log_pp",    "log.pool"};
 
-/// A directory that goes with the object, for directories of runs.
+/// A directory for the directories of runs; the object removes it.
 class STAGE {
  public:
   STAGE() {
@@ -63,7 +63,8 @@ std::vector<char*> Pointers(WORDS& words) {
   return pointers;
 }
 
-/// Runs a program in a directory, its screen going to a file there or nowhere; gives the status.
+/// Runs a program in a directory and sends its screen to a file there or nowhere; returns the
+/// status.
 int Run(WORDS words, const std::string& directory, const char* screen = "/dev/null") {
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
@@ -191,7 +192,8 @@ void Stop(benchmark::State& state) {
 BENCHMARK(Stop)->Iterations(1);
 
 /// Largest memory that a program had, in kB. The system keeps it while the process stands at its
-/// end; its report to the parent would count what the child had of the parent before its start.
+/// end; the system's report to the parent would also count memory of the parent, which the child
+/// had before the program's start.
 double LargestMemory(WORDS words, const std::string& directory) {
   const pid_t child = fork();
   if (child == 0) {

@@ -9,8 +9,8 @@ import statistics
 import sys
 from collections import defaultdict
 
-# Name, what is measured, its floor (none where the benchmark measures it in turn), unit, goal, and what
-# more would be good.
+# Name, benchmark, floor (none where the benchmark measures both in turn), unit, goal, and a better
+# ratio to aim at.
 FIGURES = [
     ("whole run on the real pair", "WholeRun", None, "ms", 2.0, 1.5),
     ("400 pairs, two at a time", "ManyPairs", None, "ms", 2.0, 1.5),
@@ -59,7 +59,7 @@ def main(paths):
         cost, least = rounds[measured], rounds[floor or (measured, None)]
         ratio = low = high = statistics.median(cost) / statistics.median(least)
         if len(cost) > 3:
-            # Of what was measured in turn the ratios of the rounds, else the quartiles' own.
+            # Measured in turn: quartiles of the rounds' ratios; otherwise: ratios of quartiles.
             ratios = statistics.quantiles([c / f for c, f in zip(cost, least)])
             costs, floors = statistics.quantiles(cost), statistics.quantiles(least)
             low, high = (costs[0] / floors[2], costs[2] / floors[0]) if floor else ratios[::2]

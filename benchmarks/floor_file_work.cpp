@@ -4,7 +4,7 @@
 //     floor_file_work <log lines> <length> <screen lines> <length> <results> <length> <software
 //     rows> <length>
 //
-// where a length is the mean one of the lines, or entries, ahead of it.
+// where each length is the mean of the lines or entries whose number comes before it.
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -50,7 +50,7 @@ std::size_t ReadWhole(int file) {
   return length;
 }
 
-/// Builds the new pool beside the old one, an entry a write, and copies it over.
+/// Builds the new pool beside the old one, with a write per entry, and copies it over.
 void Update(int pool, ITEMS entries) {
   char name[] = "pool_XXXXXX";
   const int temporary = mkstemp(name);

@@ -5,7 +5,7 @@
 
 namespace varnoth::bench {
 
-/// A file in the system's temporary directory that goes with the object.
+/// A file in the system's temporary directory; the object removes it.
 class POOL_FILE {
  public:
   explicit POOL_FILE(const std::string& content);
@@ -21,7 +21,7 @@ class POOL_FILE {
 /// An orbit on a circle, a sample every ten seconds, with the keys that GENERAL_ORBIT reads.
 std::string OrbitText(int samples, int order);
 
-/// Silences the log: what is measured formats no line.
+/// Silences the log, so that the measured code formats no line.
 void ShowNothing();
 
 }  // namespace varnoth::bench

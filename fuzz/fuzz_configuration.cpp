@@ -5,10 +5,10 @@
 
 namespace varnoth::fuzz {
 
-/// A configuration file of any bytes: a value that is found is one word.
+/// Reads a configuration file of any bytes: each value that it finds is one word.
 void FuzzConfiguration(const std::string& input) {
   WriteFile("own.cfg", input);
-  // Words of the arguments win, so that the file names no log elsewhere and shows no level.
+  // The arguments win, so that the file can neither name a log elsewhere nor set a level.
   std::string words[] = {"fuzz", "-pcf", "own.cfg", "-lfn", "log", "-lfl", "none", "-lsl", "none"};
   char* argv[std::size(words)];
   for (std::size_t i = 0; i < std::size(words); ++i) argv[i] = words[i].data();

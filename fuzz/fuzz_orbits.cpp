@@ -6,7 +6,8 @@
 #include "orbit/general_orbit.hpp"
 #include "system/floating_point_traps.hpp"
 
-// In place of the kernels' own, which end the process (a link option): here it is a refusal.
+// A link option puts this in place of the kernels' own `nrerror`, which ends the process: here a
+// failure is a refusal.
 extern "C" [[noreturn]] void __wrap__ZN7varnoth7nrerrorEPKc(const char* text) { throw text; }
 
 namespace varnoth::fuzz {
@@ -23,9 +24,9 @@ double TimeOf(const SCENE_ORBIT& orbit, int index) {
   return time + narrow;
 }
 
-/// Whether an orbit is one that a satellite might fly and that any method may be asked of between
-/// its samples: no arithmetic on it may overflow or meet a division by zero. Its times are small
-/// enough for float to tell a tenth of a step.
+/// Whether an orbit is one that a satellite might fly, so that any method gives a state between its
+/// samples: no arithmetic on it may overflow or divide by zero. Its times are small enough for a
+/// float to tell a tenth of a step.
 bool IsReasonable(const SCENE_ORBIT& orbit) {
   const int count = orbit.core->GetSampleCount();
   if (count < 3 || orbit.core->GetCoordinateCount() != 3 || orbit.poly_fit_order > 6) return false;
@@ -44,8 +45,8 @@ bool IsReasonable(const SCENE_ORBIT& orbit) {
   return true;
 }
 
-/// The orbit of a pool with, behind lines of "%" alone, the definition and the content of its
-/// record file.
+/// Loads the orbit of a pool. In the input, the definition and the content of its record file
+/// follow the pool, each after a line of "%" alone.
 void Load(SCENE_ORBIT& orbit, const std::string& input) {
   constexpr const char* DIRECTORY = "KOVA1/hddc_BRNR012/dt_005.007/pri";
   const std::string separator = "\n%\n";
@@ -63,8 +64,8 @@ void Load(SCENE_ORBIT& orbit, const std::string& input) {
 
 }  // namespace
 
-/// What loads can be evaluated as a copy, or refuses. The Hermite methods, which end the process
-/// outside their samples and at no numbers, are asked of reasonable orbits alone.
+/// A copy of an orbit that loads gives states, or refuses. Only reasonable orbits meet the Hermite
+/// methods, which end the process outside their samples and at values that are not numbers.
 void FuzzOrbits(const std::string& input) {
   const bool is_hermite = input.find("hermite") != input.npos;
   bool is_reasonable = false;

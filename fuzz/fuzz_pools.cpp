@@ -15,7 +15,7 @@ void ReadAs(PARAMETER_POOL& pool) {
 
 }  // namespace
 
-/// A pool file of any bytes, whose key "k" is read as every type.
+/// Reads the key "k" of a pool file of any bytes as every type.
 void FuzzValues(const std::string& input) {
   WriteFile("pool", input);
   PARAMETER_POOL pool("pool");
@@ -28,8 +28,8 @@ void FuzzValues(const std::string& input) {
 #undef VARNOTH_READ
 }
 
-/// An update without changes keeps a file of whole lines; one that adds entries keeps all that was
-/// there ahead of them, and what it writes reads back.
+/// An update without changes keeps a file of whole lines. One that adds entries keeps all that was
+/// there in front of them, and what it writes reads back.
 void FuzzPools(const std::string& input) {
   const std::string content = input + "\n";
   WriteFile("pool", content);
@@ -44,7 +44,7 @@ void FuzzPools(const std::string& input) {
     pool.Change("k", number, ARRAY<STRING>("a comment"));
     added = Accepts([&] { pool.Change("t", line.c_str()); });
   }
-  // Anything with one of the keys' letters may hold an entry that was replaced.
+  // Anything with one of the keys' letters may hold an entry that the update replaced.
   const bool is_new = content.find_first_of("kt") == content.npos;
   Require(!is_new || ReadFile("pool").starts_with(content), "new entries stand behind the rest");
   PARAMETER_POOL pool("pool");

@@ -26,7 +26,7 @@ void FuzzRecords(const std::string& input) {
     Accepts([&] { records.GotoRecord(last, static_cast<MDB_STOP>(stop)); });
   }
   if (!is_read || !Accepts([&] { last.Text(); })) return;
-  // What was read is written so that it reads back.
+  // A record that `Read` took and `Write` wrote reads back.
   Accepts([&] {
     records.GotoRecord(last, mdb_stop_nearest);
     records.Open(std::ios::out | std::ios::trunc);

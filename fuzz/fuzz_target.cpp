@@ -47,8 +47,7 @@ std::string ReadFile(const char* path) {
 }
 
 /// Takes the target that the variable FUZZ_TARGET names, and prepares the process: a directory of
-/// its own to work in, a log that shows nothing and, where FUZZ_TRAPS is set, arithmetic that
-/// traps.
+/// its own to work in, a log that shows nothing and, if FUZZ_TRAPS is set, arithmetic that traps.
 extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
   target = std::map<std::string, decltype(target)>{
       VARNOTH_TARGETS(VARNOTH_ROW)}[std::getenv("FUZZ_TARGET")];
@@ -58,7 +57,7 @@ extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
   static std::string scratch = std::filesystem::temp_directory_path() / "fuzz_XXXXXX";
   Require(mkdtemp(scratch.data()) != nullptr, "a scratch directory");
   std::filesystem::current_path(scratch);
-  GlobalLog.change_file("log");  // takes its temporary file away
+  GlobalLog.change_file("log");  // removes the log's temporary file
   std::atexit([] { std::filesystem::remove_all(scratch); });
   if (std::getenv("FUZZ_TRAPS") != nullptr) enable_fp_traps();
   return 0;

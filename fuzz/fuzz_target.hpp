@@ -6,13 +6,13 @@
 
 namespace varnoth::fuzz {
 
-/// Ends the process, by an abort that the fuzzer reports, where a requirement does not hold.
+/// Ends the process, by an abort that the fuzzer reports, if a requirement does not hold.
 void Require(bool holds, const char* what);
 
 void WriteFile(const char* path, const std::string& content);
 std::string ReadFile(const char* path);
 
-/// Runs an action that may refuse its input by any of the system's failures.
+/// Runs an action that may refuse its input by any of the system's failures; false if it refuses.
 template <class ACTION>
 bool Accepts(ACTION action) {
   try {

@@ -24,7 +24,7 @@ bool KeepsSpan(const UNIVERSAL_TIME& time, const UNIVERSAL_TIME& moved) {
   return IsFarFromLeapSeconds(time) && IsFarFromLeapSeconds(moved);
 }
 
-/// Of a negative time the carries move the fields by the sign, on purpose.
+/// In a negative time the carries move the fields by the sign, on purpose.
 bool KeepsSpan(const MISSION_ELAPSED_TIME& time, const MISSION_ELAPSED_TIME& /*moved*/) {
   return time.c_str()[0] == '+';
 }
@@ -35,13 +35,14 @@ void FuzzTime(const std::string& input) {
     const TIME time(input.c_str());
     Require(TIME(time.c_str()) == time, "a printed time scans to itself");
     // Any span up to some years, the fields of either sign. A negative time carries milliseconds
-    // one second at a time: two hours of them.
+    // one second at a time: two hours of them at most.
     const auto bits = static_cast<std::int64_t>(std::hash<std::string>{}(input));
     const DURATION span(bits % 4000, -bits % 7200000, bits % 100000000);
     const TIME moved = time + span;
     if (!KeepsSpan(time, moved)) return;
     Require(Microseconds(moved - time) == Microseconds(span), "a moved time differs by the span");
-    // As a span, since the fields of a text may be beyond their range, a second 60 on any day.
+    // Compare spans, since the fields of a text may be beyond their range, such as a second 60 on
+    // any day.
     Require(Microseconds(moved + (time - moved) - time) == 0, "the way back leads back");
   });
 }
@@ -55,7 +56,7 @@ void FuzzMissionTimes(const std::string& input) {
   Accepts([&] { MISSION_ELAPSED_TIME::Parse(input.c_str()); });
 }
 
-/// Up to three times, a line each.
+/// Up to three times, one per line.
 void FuzzLeapSeconds(const std::string& input) {
   Accepts([&] {
     std::istringstream lines(input);

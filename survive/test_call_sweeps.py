@@ -55,7 +55,7 @@ def test_kill_at_every_call(stage):
             assert found in ({}, {"OK": ""})
         elif wanted or "ERROR" not in found:
             assert found == wanted
-        # A pool that was cut has its content beside it, and goes on from there.
+        # A pool that was cut has its content beside it; put it back, and the next run succeeds.
         for pool, state in zip(stage.UPDATED, states):
             if state == "kept":
                 complete = max(directory.glob("pool_*"), key=lambda p: p.stat().st_size)

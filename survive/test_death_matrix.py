@@ -74,7 +74,7 @@ def test_screen_that_nobody_reads(ready):
     """The signal of a broken pipe is not caught; the failure mark of the start stands."""
     reader, writer = os.pipe()
     os.close(reader)
-    (ready / "own.cfg").touch()  # its lack would be told before the screen is quiet
+    (ready / "own.cfg").touch()  # without it, a warning comes before the screen is quiet
     done = run_on(writer, ready, pcf="own.cfg", lsl="ALARM", MasterPar="no/such.pool")
     assert (done.status, done.marks) == (-13, {"ERROR": "1"})
 

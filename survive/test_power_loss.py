@@ -13,7 +13,7 @@ import pytest
 
 from survive import Stage, masked
 
-EXHAUSTIVE, SAMPLES = 2000, 150  # up to so many states of a point all are looked at, else so many are drawn
+EXHAUSTIVE, SAMPLES = 2000, 150  # looks at all states of a point up to the first number, else draws the second
 RECORD = ("-y", "-xx", "-s", "1000000", "-e", "trace=openat,write,pwrite64,ftruncate,unlink,fsync")
 DIRECTORY = "directory"
 # In which ways an operation reaches the disk; 0 is not at all, 1 is whole.

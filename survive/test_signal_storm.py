@@ -75,5 +75,5 @@ def test_storm(tmp_path):
 
     seen = stage.sweep([draw(aims[number % len(aims)]) for number in range(HITS)], look)
     print(f"\nsignal storm: {HITS} hits, none wrong: {dict(seen)}")
-    # About a sixth comes before there is a handler, or behind the success.
+    # About a sixth comes before there is a handler, or after the success.
     assert len(passes) > 100 and seen[1] > HITS * 0.75

@@ -25,7 +25,7 @@ class EllipsoidType : public BASIC::TYPES::ENUM<EllipsoidType<T>> {
       : EllipsoidType(EllipsoidType::RowOf(name, case_sensitive)) {}
   EllipsoidType(const EllipsoidType&) = default;
   EllipsoidType& operator=(const EllipsoidType&) = default;
-  /// Sets the row of a name in any case; throws as the constructor does.
+  /// Takes the row of a name, in upper or lower case; throws as the constructor does.
   virtual EllipsoidType& operator=(const char* name);
 
   T semi_major_axis = 0;

@@ -13,7 +13,7 @@ namespace varnoth {
 ///                      1.0, 0.0, 6356752.3, 6378137.0, 0.0056, 0.0);
 ///
 /// Given
-///  - `sat_pos` (m), `sat_vel` (m/s): satellite state, Earth-fixed, with a velocity off the radius,
+///  - `sat_pos` (m), `sat_vel` (m/s): satellite state, Earth-fixed; no radial velocity,
 ///  - `look_direction`: +1 (right) or -1 (left of the track), factor on the cross-track component,
 ///  - `height` (m): raises both radii by the same amount,
 ///  - `rpole`, `requator` (m): radii of the ellipsoid,

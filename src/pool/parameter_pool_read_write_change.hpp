@@ -89,9 +89,9 @@ class PARAMETER_POOL_READ_WRITE_CHANGE : public PARAMETER_POOL {
   /// permissions and links. Whatever stops the update, the old pool or the file beside it holds
   /// everything. Throws, after lines at ALARM,
   ///  - NO_UPDATE_PERMISSION_FOR_POOL: the file beside the pool can't be made, or see `Lock`,
-  ///  - CORRUPTED_PARAMETER_POOL: reading the pool or writing the file beside it failed, or another
-  ///    process, which died in its update, has emptied the pool since it was opened; the pool is as
-  ///    it was,
+  ///  - CORRUPTED_PARAMETER_POOL: reading the pool or writing the file beside it failed, or the
+  ///    pool has lost its content since it was opened, as by a process that died in its update; the
+  ///    pool is as it was,
   ///  - ERROR_I_O: the file beside the pool can't be read back; the pool is as it was,
   ///  - ERROR_PARAMETER_POOL: the pool's own file can't be written.
   void update();

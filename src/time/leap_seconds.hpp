@@ -43,7 +43,7 @@ int LeapSecondsBetween(const UTC_VALUES& from, const UTC_VALUES& to);
 
 /// Sets the table to the built-in rows.
 void ResetToDefaultTable();
-/// Empties the table of leap seconds.
+/// Sets the table to one without leap seconds.
 void ResetToEmptyTable();
 /// Sets the table to a copy of `table`, whose rows must be in order of time. A row of year 0 ends
 /// it.

@@ -28,8 +28,8 @@ constexpr double C = SPEED_OF_LIGHT, HEIGHT = 7e5, SPEED = 7.5e3;
 constexpr double TARGET[3] = {0, 0, 6.3e6};
 const double DISTANCE = std::hypot(HEIGHT, 4e5);
 
-/// A straight pass along x, over the target at t = 100 s and aside of it; the caller's clock is
-/// 2.5 s behind.
+/// A straight pass along x, over the target at t = 100 s and beside it; the caller's clock is 2.5 s
+/// slow.
 class BistaticTest : public LoggedTest {
  protected:
   BistaticTest() {
@@ -75,7 +75,7 @@ TEST_F(BistaticTest, ResidualsAreAWarmStartAndTheStopIsRelative) {
   const std::string head = "BISTATIC_B: histogram of iterations:\n";
   VECTOR<double> residuals(5, 2);
   Evaluate(Solver(), 0, &residuals);
-  EXPECT_NE(TakeLog(), head + "1 iterations: 3 occurrences\n");  // two were none
+  EXPECT_NE(TakeLog(), head + "1 iterations: 3 occurrences\n");  // two residuals for three samples
   ASSERT_TRUE(residuals.GetRange() == RANGE<int>(0, 3));
   // The sender is v delay aside: its way is longer by the half square of that over the distance.
   EXPECT_NEAR(residuals.GetBase()[1], 2 * SPEED * SPEED * DISTANCE / (C * C * C), 1e-17);

@@ -13,7 +13,7 @@ namespace {
 constexpr double EQUATOR = 6378137.0, POLE = 6356752.3142, RADIANS = PI / 180;
 constexpr double FIGURE[] = {EQUATOR, POLE, EQUATOR* EQUATOR, POLE* POLE};
 
-/// What a radar is told of an echo.
+/// What a radar hears of an echo.
 struct HEARD {
   double position[3], velocity[3], side = 1, range = 1e6, los_velocity = 0;
 };
@@ -68,8 +68,8 @@ void OnVectors(GEOLOCATION_WORK& work, const double* p, const double* v, double*
   std::copy_n(found.GetElementBase(0), 3, to);
 }
 
-/// A solver at a height, and on a surface if it has such a form, which takes the parallel surface
-/// at a height while the others raise the ellipsoid.
+/// A solver at a height and, if it has such a form, on a surface. A solver with both forms takes
+/// the parallel surface at a height; the others raise the ellipsoid.
 struct SOLVER {
   const char* name;
   decltype(&geolocation_fast) solve;
@@ -87,7 +87,7 @@ const SOLVER FALSE_POSITION{"geolocation_new", geolocation_new,
 struct FOUND {
   double point[3] = {-1, -1, -1}, latitude = -1, longitude = -1, heading = -1, incidence = -1;
   double elevation = -1, line_speed = 0, squint = 1;
-  int calls = 0;  ///< of the surface function, whose context it is
+  int calls = 0;  ///< of the surface function, which has this number as its context
   GEOLOCATION_WORK work{};
 
   void Locate(const SOLVER& solver, const HEARD& e, double height, double rpole) {
@@ -140,7 +140,7 @@ double Hills(void* context, double latitude, double longitude, double n) {
   return HeightOfHills(latitude, longitude);
 }
 
-/// Gives how many steps a rough tolerance saves.
+/// Returns how many steps a rough tolerance saves.
 int ExpectOnTerrain(const SOLVER& solver, const VIEW& view, double way) {
   const double longitude = std::remainder(view.longitude, 360);
   const double height = HeightOfHills(view.latitude * RADIANS, longitude * RADIANS);
@@ -201,7 +201,7 @@ TEST_F(LoggedTest, AFailureIsToldInOrderAndLeavesTheOutputsAlone) {
     }
     EXPECT_EQ(TakeLines().substr(0, lines.size()), lines);
     EXPECT_EQ(f.latitude + f.longitude + f.incidence, -3) << thrown;
-    // A heading that is no number is given.
+    // A target that is not a number sets point and heading.
     EXPECT_TRUE(std::isnan(e.velocity[1]) || f.point[0] + f.heading == -2) << thrown;
   };
   const std::string head = "ALARM geolocation_fast: ";
@@ -227,7 +227,7 @@ TEST_F(LoggedTest, AFailureIsToldInOrderAndLeavesTheOutputsAlone) {
          "ALARM geolocation_new: No intersection of earth ellipsoid");
   expect(FALSE_POSITION, rising, 0, "geolocation_new: Vertical velocity not allowed (v_tan=0)!");
   expect(SLOW, rising, 0, "VECTOR operator /= : division by 0.0");
-  // Of a very flat body; what a search without end has come to is anybody's guess.
+  // A very flat body; where a search without an end has got to is anybody's guess.
   level.range = 6926524;
   expect(FAST, level, -6.3e6, "algorithm error", head + "convergence problem\n" + call);
   level.range = 9e5;

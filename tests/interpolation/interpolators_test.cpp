@@ -75,12 +75,12 @@ TEST_F(InterpolatorsTest, EverettTakesTheNearestGoodIntervalAndTells) {
   expect(14, 13, right);
   expect(15.5, 13, right + needed + "(r=2.500000, s=-1.500000, i=13, ax=15.500000).\n");
   expect(std::nan(""), 13, right);
-  // The last one that is not told of lacks its fourth difference, 24, with the weight
-  // r (r² - 1) (r² - 4) / 120.
+  // The last interval that leaves no line lacks its fourth difference, 24, with the weight r (r² -
+  // 1) (r² - 4) / 120.
   EXPECT_DOUBLE_EQ(Everett(4, Series(GRID, Fourth)).GetY(14.5), Fourth(14.5));
   EXPECT_DOUBLE_EQ(Everett(4, Series(GRID, Fourth)).GetY(15.5), Fourth(15.5) - 24 * 0.01171875);
   EXPECT_EQ(TakeLog(), "");
-  // Intervals are counted from the first sample, but their bounds are indices of the series.
+  // Intervals count from the first sample, but their bounds are indices of the series.
   EXPECT_EQ(Everett(2, Series(GRID, Fourth, 10)).GetXi(3.5, r, s), 11);
 }
 
@@ -221,7 +221,7 @@ TEST_F(InterpolatorsDeathTest, WhatHasNoValueEndsTheProcess) {
   expect({0, 1, 1, 2}, 0.5, no_number);
 }
 
-// Of two neighbours the lower one has the limit; outside the limits the outer ones go on.
+// Of two neighbouring pieces the lower one has the limit; outside the limits the outer ones go on.
 TEST_F(InterpolatorsTest, LocalPiecesAnswerAroundTheirCentresAndAreTold) {
   const ABSCISSAE all = {0, 1, 2, 4, 6, 7, 8, 10, 11, 12};
   using CASE = std::tuple<int, int, ABSCISSAE>;

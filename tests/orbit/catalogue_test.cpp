@@ -4,7 +4,7 @@
 namespace varnoth::test {
 namespace {
 
-/// An interpolation, and the highest degree of a curve that it carries by so many samples.
+/// An interpolation, and the highest degree of a curve that it carries with so many samples.
 struct METHOD {
   int id;
   const char* text;
@@ -31,7 +31,7 @@ constexpr METHOD METHODS[] = {{POLYNOM_ID, "polynom", 2, 1},
 class CatalogueTest : public OrbitTest,
                       public testing::WithParamInterface<std::tuple<ORBIT_TYPE, METHOD>> {
  protected:
-  /// What is tested is a copy that outlives its source: it must look into samples of its own.
+  /// The tests use a copy that outlives its source: it must look into samples of its own.
   CatalogueTest() {
     const ORBIT_POOL pool{kind, method.text, method.samples, SOURCES[(type.id - 1) / 3],
                           method.degree};

@@ -10,7 +10,7 @@ namespace varnoth::test {
 
 using TRIPLE = std::array<double, 3>;
 
-/// A circle about the Earth's centre, run through at a constant rate; Earth-fixed.
+/// A circular path about the Earth's centre at a constant rate; Earth-fixed.
 struct CIRCLE {
   double radius = 7.0e6;     ///< m
   double inclination = 1.7;  ///< rad

@@ -62,7 +62,7 @@ struct ORBIT_POOL {
     const std::string number_type = source == "pool_float" ? "FLT_6" : "FLT_15";
     for (int c = 0; c < 7; ++c) {
       const std::string type = c < 6 ? number_type : kind == SECONDS ? "FLT_15" : "STR";
-      const int length = c < 6 ? count + 1 : count;  // values behind the last epoch are left out
+      const int length = c < 6 ? count + 1 : count;  // an orbit ignores values without an epoch
       text += "xyzuvwt"[c] + (" " + type + "_V 5\t") + std::to_string(length) + "\n{\n";
       for (int k = 0; k < length; ++k) {
         text += (c < 6 ? Number(c, k) : quote + Epoch(10.0 * k) + quote) + "\n";

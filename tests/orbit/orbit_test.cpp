@@ -99,7 +99,7 @@ TEST_F(OrbitTest, GivesItsSamples) {
   EXPECT_THROW(core.GetSampleTime(2, time), ERROR_ARGUMENT);
 }
 
-// A duration of 0 ms and -500 us would be taken for a later time.
+// DURATION::FromSeconds would make 0 ms and +500 us of -0.5 ms: a later time.
 TEST_F(OrbitTest, ASampleHalfAMillisecondAheadOfTheReferenceHasItsMissionElapsedTime) {
   const auto records =
       Record("1", "2", "3", "12/02:19:04") + Record("1", "2", "3", "12/02:19:03.9995");

@@ -48,7 +48,7 @@ class EntryTest : public LoggedTest {
                                             "|  }|  {|    " + a + "|    " + b + "|  }|}");
     }
   }
-  /// Reads key k of a file; the refusal must be of the very class and tell its reason.
+  /// Reads key k of a file; the refusal must be of exactly that class and log its reason.
   template <class V, class ERROR = ERROR_PARAMETER_POOL>
   void Fails(const std::string& file, const std::string& reason) {
     std::string thrown = "nothing thrown";
@@ -156,7 +156,7 @@ TEST_F(EntryTest, AWordThatIsNoValueOfItsTypeIsRefused) {
   WordFails<bool>("BOL", "true", "but TRUE or FALSE are expected");
 }
 
-/// A line without an end that is full: where it stops, no further word can be looked for.
+/// A full line without an end: where it stops, the reader can't look for a further word.
 std::string Full(std::string line) {
   line.resize(1022, ' ');
   return line;

@@ -17,10 +17,10 @@ namespace {
 
 namespace fs = std::filesystem;
 using namespace std::string_literals;
-/// Its update comes with the end of the statement, or of the variable that takes it.
+/// Updates at the end of the statement, or of the scope of its variable.
 using POOL = PARAMETER_POOL_READ_WRITE_CHANGE;
 
-/// The system call that fails once, behind as many that go well.
+/// The system call that fails once, after as many that go well.
 struct FAULT {
   std::string call;
   int well;

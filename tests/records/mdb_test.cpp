@@ -23,7 +23,7 @@ RECORD_ITEM Item(const char* name, const std::string& value) {
 
 class MdbTest : public LoggedTest {
  protected:
-  /// Takes a file of records with two items and a content for the data file.
+  /// Sets up a record type of two items and a data file with that content.
   void Prepare(const std::string& content, const std::string& items = "t:int\"\n\"n:int") {
     WriteFile(root + "format.dat", "f STR_V 0 2\n{\n\"" + items + "\"\n}\n");
     std::filesystem::create_directories(path.substr(0, path.size() - 2));
@@ -67,8 +67,8 @@ TEST(PlaceWords, EveryNumberHasItsWord) {
 using SERIES = std::array<const char*, 8>;
 class MdbSearchTest : public MdbTest, public testing::WithParamInterface<SERIES> {};
 
-/// The record that is found by the stops before, exact, nearest and after, or x for none; outside
-/// of the records the nearest one is told to be so.
+/// The records that the stops before, exact, nearest and after find, x for none. Outside the
+/// records the log says that the nearest one is the nearest.
 constexpr struct {
   const char* name;
   const char* found;
@@ -218,7 +218,7 @@ TEST_F(LineStreamTest, StepsAgreeWithACountFromEveryPosition) {
   for (const std::size_t block : {1, 4, 512}) {
     LINE_STREAM stream(block);
     stream.open(directory.Path("lines"), IN);
-    stream.setstate(std::ios::failbit);  // of a word that was none
+    stream.setstate(std::ios::failbit);  // as after a word that is no number
     EXPECT_FALSE(stream.GoToEnd());
     EXPECT_EQ(stream.tellg(), LENGTH);
     for (int position = 0; position <= LENGTH; ++position) {

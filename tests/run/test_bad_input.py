@@ -10,7 +10,7 @@ LOOKS = ["WARN  input scenes have different look directions", "WARN  master:  ri
 TRAP = "got fatal signal 8: floating point exception"
 TRAPPED = [TRAP, f"ZOD_MSG|ERROR|varnoth {TRAP}"]
 
-# name: (pool or words of the run, key, new entry, lines ahead of the supervisor's, at ALARM without a label)
+# name: (pool or words of the run, key, new entry, lines before the supervisor's, at ALARM without a label)
 CASES = {
     "wrong type": ("insar", "n_lines", ("FLT_15", 3.0), [
         "parameter pool: parameter key >> n_lines << type INT_32 expected",

@@ -16,7 +16,7 @@ from varnoth_run import BINARY, FAILED, Run, arguments, run
 
 MARKS = {0: {"OK": "0"}, 1: {"ERROR": "1"}, 2: {"OK": "old", "STOP": ""}, 255: {}}
 
-# name: what is done ahead, changed arguments, environment, exit status, and texts on the screen
+# name: what the shell does before, changed arguments, environment, exit status, and texts on the screen
 ENDINGS = {
     "stop file": ("touch STOP.varnoth; printf old > OK.varnoth", {}, {}, 2, [
         "=" * 52, "Program execution interrupted - STOP file was found!\n", "found file: STOP.varnoth\n"]),
@@ -136,7 +136,7 @@ SIGNALS = {1: "hangup", 2: "interrupt (rubout)", 3: "quit (ASCII FS)",
            8: "floating point exception", 11: "segmentation violation",
            15: "software termination signal from kill", 23: "urgent socket condition",
            24: "exceeded cpu limit", 25: "exceeded file size limit", 31: "bad argument to system call",
-           10: None, 13: None}  # the last two are not caught
+           10: None, 13: None}  # the program does not catch the last two
 
 
 @pytest.mark.parametrize("number", SIGNALS)
@@ -169,7 +169,7 @@ def test_closed_standard_output(ready):
 
 @pytest.mark.parametrize("key, log, status, other_pool, updated", [
     ("ParameterPool", "own.log", 0, "log.pool", "software_names"),
-    ("ParameterPool", "/dev/full", 1, "log.pool", "software_names"),  # what no log tells fails the run
+    ("ParameterPool", "/dev/full", 1, "log.pool", "software_names"),  # a fault that no log has fails the run
     ("log_pp", "own.log", 1, "insar.pool", "eff_baseline")])
 def test_update_that_fails(ready, key, log, status, other_pool, updated):
     """A pool that is reached by its descriptor has no directory that takes the temporary file."""

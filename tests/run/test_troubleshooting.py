@@ -6,7 +6,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).parents[2]
 PAGE = (ROOT / "docs" / "troubleshooting.md").read_text().replace("\\|", "|")
-# Texts of the tables' first columns, with the labels that stand ahead of them; without one it is ALARM.
+# Texts of the tables' first columns, with the labels in front of them; without a label it is ALARM.
 TOLD = [found for row in PAGE.splitlines() if row.startswith("| ")
         for found in re.findall(r"(?:(WARN|EXCEP) )?`([^`]+)`", row[2:].split(" | ")[0])]
 LABELS = {"ALARM": "", "EXCEPTION": "EXCEP", "QA_WARNING": "QA_WA", "WARNING": "WARN"}

@@ -16,7 +16,7 @@ EXAMPLES = Path(__file__).parents[2] / "examples"
 sys.path.insert(0, str(EXAMPLES))
 import make  # noqa: E402 (stands beside the examples)
 
-# All that pytest and the runs make on the way is gone at the end.
+# Remove at the end all that pytest and the runs make on the way.
 os.environ["TMPDIR"] = tempfile.tempdir = tempfile.mkdtemp()
 atexit.register(shutil.rmtree, tempfile.tempdir, ignore_errors=True)
 

@@ -6,7 +6,7 @@
 
 namespace varnoth::test {
 
-/// A new directory that goes with the object.
+/// A new directory; the object removes it.
 class TEMPORARY_DIRECTORY {
  public:
   TEMPORARY_DIRECTORY();

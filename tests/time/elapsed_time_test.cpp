@@ -84,8 +84,8 @@ TEST_F(MissionElapsedTimeTest, SumsAgreeWithACountButThoseOfANegativeValueGoByTh
   }
   EXPECT_STREQ((start + -0.5).c_str(), "+0012/23:59:59.499999");
   EXPECT_EQ(MET("-0001/02:03:04.005006") - MET("+1/0:0:0.5"), DURATION(-2, -7384505, -6));
-  // A carry moves the next field of a negative value away from zero, and a step of whole units is
-  // counted three times over.
+  // A carry moves the next field of a negative value away from zero, and a step of whole units
+  // counts three times.
   EXPECT_STREQ((MET("-0001/0:0:5.3") + DURATION(0, 400, 0)).c_str(), "-0001/00:00:06.900000");
   EXPECT_STREQ((MET("-0001/0:0:5.3") + DURATION(0, 2000, 0)).c_str(), "-0001/00:00:11.300000");
 }

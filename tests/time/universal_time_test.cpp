@@ -15,12 +15,12 @@ using namespace std::chrono;
 using namespace std::string_literals;
 using UTC = UNIVERSAL_TIME;
 
-// Months that end in an inserted second, by the last two labels on a 31st of June: a day later.
+// Months that end in an inserted second. The labels of the last two are of 31 June: a day later.
 constexpr int INSERTED[] = {197206, 197212, 197312, 197412, 197512, 197612, 197712, 197812, 197912,
                             198106, 198206, 198306, 198506, 198712, 198912, 199012, 199206, 199306,
                             199406, 199512, 199706, 199812, 200512, 200812, 201206, 201506};
 
-/// The table goes back to the built-in rows behind each test.
+/// The table goes back to the built-in rows after each test.
 class UniversalTimeTest : public LoggedTest {
  protected:
   ~UniversalTimeTest() override { ResetToDefaultTable(); }
@@ -29,7 +29,7 @@ class UniversalTimeTest : public LoggedTest {
   }
 };
 
-/// By the calendar and the month names of the library.
+/// The time by the calendar and the month names of the standard library.
 UTC At(sys_seconds time) {
   const std::time_t since_1970 = time.time_since_epoch().count();
   std::tm fields{};
@@ -156,11 +156,11 @@ TEST_F(UniversalTimeTest, StepsNextToAnInsertedSecond) {
   for (const auto& [start, seconds, result] : {
            std::tuple("31-DEC-1998/23:59:59", 2, "01-JAN-1999/00:00:00"),
            std::tuple("30-JUN-1997/23:58:59.25", 61, "30-JUN-1997/23:59:60.25"),
-           // The last minute ahead of an inserted second counts as behind it ...
+           // The last minute before an inserted second counts as after it ...
            std::tuple("31-DEC-1998/23:58:50", 30, "31-DEC-1998/23:59:19"),
            std::tuple("30-JUN-1997/22:59:50", 30, "30-JUN-1997/23:00:19"),
            std::tuple("01-JUL-1997/00:00:00", -2, "30-JUN-1997/23:59:58"),
-           // ... and the inserted second itself as ahead of no other.
+           // ... and the inserted second itself as before no other.
            std::tuple("31-DEC-1998/23:59:60", 1, "01-JAN-1999/00:00:01"),
            std::tuple("01-JAN-1999/00:00:00", -1, "31-DEC-1998/23:59:59"),
        }) {

@@ -14,7 +14,7 @@ using namespace BASIC::TYPES;
 using namespace SAR;
 
 struct EnumerationTest : LoggedTest {
-  /// Holds a class against its key word, its rows, each a text and its aliases, and their guards.
+  /// Compares a class with its key word, its rows (each a text and its aliases) and their guards.
   template <class E>
   void Has(const std::string& key_word, const std::string& rows, const std::string& guard = "-") {
     WriteFile(path, "");
