@@ -35,7 +35,7 @@ FIGURES = [
 
 
 def rounds_of(paths):
-    """Costs of each round by benchmark; of those with a floor of their own, that by name and None."""
+    """Costs of each round by benchmark, and by (name, None) the floors that a benchmark measures itself."""
     rounds = defaultdict(list)
     for path in paths:
         with open(path, encoding="utf-8") as file:

@@ -1,5 +1,5 @@
-"""A run that is hit with a signal at a place in its code instead of at a moment, so that what is found does
-not depend on how busy the machine is. The program must be linked to fixed addresses."""
+"""Hits a run with a signal at a place in its code instead of at a moment, so that the findings do not
+depend on how busy the machine is. The program must be linked to fixed addresses."""
 
 import ctypes
 import os
@@ -57,8 +57,8 @@ class TracedRun:
         return None
 
     def go_on(self, number=0):
-        """The same up to the next breakpoint, whose instruction is ahead then. Signals on the way are
-        delivered."""
+        """The same up to the next breakpoint, before its instruction. Delivers the signals that come on the
+        way."""
         address = self.register(NEXT_INSTRUCTION)
         if number == 0 and address in self.saved:  # with a signal the handler comes first
             self.remove(address)
@@ -74,7 +74,7 @@ class TracedRun:
 
 
 def count_passes(command, directory, addresses):
-    """How often a run passes each address, as far as PASSES."""
+    """How often a run passes each address, up to PASSES."""
     passes = Counter()
     run = TracedRun(command, directory, addresses)
     while address := run.go_on():
@@ -85,8 +85,8 @@ def count_passes(command, directory, addresses):
 
 
 def hit(command, directory, place, signals, handler, ending, unsafe):
-    """Stops a run where an address is passed for the n-th time, goes some instructions further, sends one
-    or two signals, and tells the run's exit status: negative for a signal, and "unsafe" where the handler,
+    """Stops a run where it passes an address for the n-th time, goes some instructions further, sends one
+    or two signals, and returns the run's exit status: negative for a signal, and "unsafe" if the handler,
     or what it ends by, passes one of the unsafe addresses."""
     address, occurrence, steps = place
     run = TracedRun(command, directory, [address])

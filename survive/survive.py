@@ -25,7 +25,7 @@ def marks(directory):
 
 
 def sweep(start, root, points, look):
-    """Gives each point a fresh copy of a directory; counts what `look` tells of it."""
+    """Gives each point a fresh copy of a directory; counts what `look` returns for it."""
     def one(numbered):
         number, point = numbered
         directory = shutil.copytree(start, root / str(number))
@@ -40,7 +40,7 @@ def sweep(start, root, points, look):
 
 
 class Stage:
-    """A pair with two pools to be updated, their old content and what a run makes of it. The degree
+    """A pair with two pools that a run updates, their old content and what the run makes of it. The degree
     and the height stand in the configuration file alone: a run that did not read it shows in the
     results."""
 

@@ -32,7 +32,7 @@ def points(stage, faults):
 
 
 def mark_that_must_stand(calls):
-    """What the marks must be behind these calls; None between the two marks of the end."""
+    """What the marks must be after these calls; None between the two marks of the end."""
     stands = {}
     for name, words, result in calls:
         if name == "write" and words.endswith('"1", 1') and result == "1":

@@ -71,7 +71,7 @@ def run_on(screen, directory, **words):
 
 
 def test_screen_that_nobody_reads(ready):
-    """The signal of a broken pipe is not caught; the failure mark of the start stands."""
+    """Nothing catches the signal of a broken pipe; the failure mark of the start stands."""
     reader, writer = os.pipe()
     os.close(reader)
     (ready / "own.cfg").touch()  # without it, a warning comes before the screen is quiet

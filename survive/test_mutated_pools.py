@@ -1,5 +1,5 @@
 """Whole runs over the real pair's pools with random faults: finite results, or a failure with its
-reason; never a crash, a hang or a silent wrong number. With sanitizers where such a build is there."""
+reason; never a crash, a hang or a silent wrong number. With sanitizers if there is such a build."""
 
 import os
 import random

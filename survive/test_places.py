@@ -60,7 +60,7 @@ def test_disk_that_fills_up(tmp_path):
     "OK.varnoth": 0, "ERROR.varnoth": 0, "current_process.pid": 0, "parent_process.pid": 0, "tmp": 0,
     "pcf.varnoth": 1, "STOP.varnoth": 2, "log.varnoth": 255}.items())
 def test_no_pipe_is_waited_for(ready, name, status):
-    """Marks and ids take its place, a temporary directory is passed over, what is read is refused."""
+    """Marks and ids replace the pipe; a run passes over a temporary directory and refuses what it reads."""
     os.mkfifo(ready / name)
     assert run(ready, environment={"TMPDIR": "tmp"}).status == status
 

@@ -1,4 +1,4 @@
-"""What a power cut may leave of a run. Its file operations are recorded and replayed in memory: behind each one,
+"""What a power cut may leave of a run. Records its file operations and replays them in memory: after each one,
 those that no fsync settled may be on the disk or not, in any order, and writes in part (Pillai et al., All File
 Systems Are Not Created Equal, OSDI 2014)."""
 
@@ -58,7 +58,7 @@ def operations(stage, mode, old_mark):
 
 
 def apply(files, names, done):
-    """The names and contents behind operations, each with the way in which it reached the disk."""
+    """The names and contents after operations, each with the way in which it reached the disk."""
     names, files = dict(names), {number: bytearray(content) for number, content in enumerate(files)}
     for (kind, number, first, *more), way in done:
         data = files.setdefault(number, bytearray())

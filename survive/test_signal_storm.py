@@ -1,5 +1,5 @@
 """Signals that hit a run at chosen places of its code, half of them in the allocator and in the log. The
-process is gone with the failure mark, its lines whole behind what the log had before, or it was done.
+process is gone with the failure mark, its lines whole after what the log had before, or it was done.
 Nothing here depends on how busy the machine is."""
 
 import os

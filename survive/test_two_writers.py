@@ -53,7 +53,7 @@ def fresh(begin, tmp_path):
 
 @pytest.fixture(scope="module")
 def serial(begin, tmp_path_factory):
-    """The InSAR pool behind both runs, by their order."""
+    """The InSAR pool after both runs, by their order."""
     outcomes = {}
     for order in ("ab", "ba"):
         directory = shutil.copytree(begin, tmp_path_factory.mktemp("serial") / order)
@@ -84,7 +84,7 @@ def test_pairs(begin, serial, tmp_path, log_pool):
 
 
 def hold(directory, name, file, **options):
-    """A run that stands still behind the cut of a pool; its tracer and itself."""
+    """A run that stands still after it has cut a pool: its tracer, and its own id."""
     tracer = start(directory, name, "strace", "-o", f"{name}.trace", "-P", file,
                    "-e", "inject=ftruncate:signal=STOP:when=1", **options)
     trace, until = directory / f"{name}.trace", time.monotonic() + 20
@@ -99,7 +99,7 @@ def hold(directory, name, file, **options):
 @pytest.mark.parametrize("file", ["insar.pool", "log.pool"])
 @pytest.mark.parametrize("end", [signal.SIGCONT, signal.SIGKILL])
 def test_held_to_meet(fresh, serial, file, end):
-    """The second run waits for the first. Where the first dies instead, what it was to write lies beside the pool."""
+    """The second run waits for the first. If the first dies instead, what it was to write lies beside the pool."""
     (fresh / "log.pool").write_text('other STR "x"\n\n')
     tracer, held = hold(fresh, "a", file, log_pool="log.pool")
     other = start(fresh, "b", log_pool="log.pool")
@@ -120,7 +120,7 @@ def test_held_to_meet(fresh, serial, file, end):
 
 
 def test_death_between_reading_and_update(fresh):
-    """A pool that was cut meanwhile by a run that died is not filled with the results alone."""
+    """A pool that a run has cut meanwhile, before it died, does not get the results alone."""
     waiting, waiter = hold(fresh, "b", "b.log.pool")
     tracer, held = hold(fresh, "a", "insar.pool")
     os.kill(waiter, signal.SIGCONT)

@@ -143,7 +143,7 @@ def seen(pair, line, sample, side=None):
 
 def reference(pair):
     """The results by key, and the numbers of the log in their order, each with a name. The effective baseline
-    is by the reported incidence."""
+    follows from the reported incidence."""
     m, insar = pair.master, pair.insar
     last_line, last_sample = insar["n_lines"] - 1, insar["n_samples"] - 1
     early, late = lines = [[seen(pair, x, i * last_sample / 10) for i in range(11)] for x in (0, last_line)]

@@ -1,4 +1,4 @@
-"""Bad input: the line that tells the fault, exit status 1, the failure mark, and an InSAR pool that
+"""Bad input: the line that names the fault, exit status 1, the failure mark, and an InSAR pool that
 still is what it was."""
 
 import pytest
@@ -47,7 +47,7 @@ CASES = {
 
 @pytest.fixture
 def pair():
-    """A pair whose scenes' centres are compared."""
+    """A pair for which a run compares the centres of the scenes."""
     return Pair(make.examples()["look_directions"])
 
 

@@ -61,7 +61,7 @@ def test_ending(ready, name):
 
 
 def test_success(ready):
-    """Its times are local ones."""
+    """The times of a run are local ones."""
     start = time.time()
     done = run(ready, environment={"TZ": "EAST-5:30"})
     for end in ("start", "end"):
@@ -153,7 +153,7 @@ def test_fatal_signal_while_a_value_is_waited_for(ready, terminal, number):
 
 
 def test_marks_that_are_directories(ready):
-    """They stay, and that is told in the order of the attempts."""
+    """They stay, and the log says so in the order of the attempts."""
     for name in ("OK.varnoth", "ERROR.varnoth"):
         (ready / name / "kept").mkdir(parents=True)
     assert run(ready).told == [f"WARN  Can not {what}.varnoth!" for what in (
@@ -161,7 +161,7 @@ def test_marks_that_are_directories(ready):
 
 
 def test_closed_standard_output(ready):
-    """The first pool must not be opened in its place."""
+    """The first pool must not take the place of the screen."""
     done = run(ready, preexec_fn=lambda: os.close(1))
     assert (done.status, done.marks) == (0, {"OK": "0"})
     assert done.pool()["n_samples"] == 5001

@@ -1,5 +1,5 @@
 """Pairs in which no two things are equal, against an independent calculation: every result, and every
-number that the log tells of the sweep, the fits and the grids."""
+number in the log of the sweep, the fits and the grids."""
 
 import re
 from decimal import Decimal

@@ -1,4 +1,4 @@
-"""What the pages on geometry and results say in numbers, against runs; and the scripts beside the pages."""
+"""Compares the numbers on the pages on geometry and results with runs; and the scripts beside the pages."""
 
 import math
 import re
@@ -23,7 +23,7 @@ IDLE = [("slave", "prf", 400), ("slave", "range_sampling_frequency", 5e7), ("sla
 
 
 def real(tmp_path, *changes):
-    """A run on the real pair with other texts behind some keys of its pools."""
+    """A run on the real pair with other texts for some keys of its pools."""
     directory = shutil.copytree(EXAMPLES / "real_pair", tmp_path / f"run {len(list(tmp_path.iterdir()))}")
     for name, key, value in changes:
         path = directory / f"{name}.pool"

@@ -1,5 +1,5 @@
 """No text at ALARM, EXCEPTION, QA_WARNING or WARNING, and none that is thrown, is missing on the
-page that tells users what to do about it; and each has the level that the page tells."""
+page that tells users what to do about it; and each has the level that the page states."""
 
 import re
 from pathlib import Path

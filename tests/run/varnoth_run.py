@@ -27,7 +27,7 @@ KEYS = {"FlatEarthPolyDegree": "4", "MasterPar": "master.pool", "SlavePar": "sla
 
 
 def arguments(**changed):
-    """The command line of a run; a key set to None is left out."""
+    """The command line of a run; leaves out a key set to None."""
     return [word for key, value in {**KEYS, **changed}.items() if value is not None
             for word in ("-" + key, value)]
 
@@ -102,7 +102,7 @@ MARKERS = {
 
 
 def difference(expected, found):
-    """The first line of a text that is not as a stored one has it, or None."""
+    """The first line in which a text differs from a stored one, or None."""
     lines = zip_longest(expected.split("\n"), found.split("\n"), fillvalue="no line")
     for number, (pattern, line) in enumerate(lines, 1):
         parts = re.split(r"\{(\w+)\}", pattern)
@@ -113,7 +113,7 @@ def difference(expected, found):
 
 
 class Pair:
-    """The three pools of an example that is made; change their entries before `write`."""
+    """The three pools of a made-up example; change their entries before `write`."""
 
     def __init__(self, example=None):
         for name, entries in (example or make.Example()).pools().items():
