@@ -105,8 +105,7 @@ class ARRAY {
     std::swap(raw, resized.raw);
     return ARRAY_OK;
   }
-  /// Like `Resize`, but throws `failure` if that fails: ERROR_NO_MEMORY unless another one is
-  /// given.
+  /// Like `Resize`, but throws `failure`, ERROR_NO_MEMORY by default, if that fails.
   template <class FAILURE = ERROR_NO_MEMORY>
   void NeedRange(const RANGE<int>& wanted, FAILURE failure = {}) {
     if (Resize(wanted) != ARRAY_OK) throw failure;

@@ -13,9 +13,9 @@ namespace varnoth {
 ///     curve.Create(series);  // an ARRAY<POINT<double>>, in any order of the abscissae
 ///     const double y = curve.GetY(12.5);
 ///
-/// Error: with k the order, the fit p of a smooth f meets f at k + 1 points z_j, so that f - p =
-/// f^(k+1)(ξ) / (k+1)! · Π (x - z_j) (Davis, Interpolation and Approximation, 3.1). Outside the
-/// samples the fit extrapolates without a report, and the product grows like x^(k+1).
+/// Error: with k the order, the fit p of a smooth f meets f at k + 1 points z_j, so that
+/// f - p = f^(k+1)(ξ) / (k+1)! · Π (x - z_j) (Davis, Interpolation and Approximation, 3.1). Outside
+/// the samples the fit extrapolates without a report, and the product grows like x^(k+1).
 ///
 /// Cost: n samples build in O(n k²), an evaluation takes O(k). The series need not outlive Create.
 template <class T>

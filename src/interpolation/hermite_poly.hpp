@@ -34,9 +34,9 @@ class HERMITE_POLY : public INTERPOLATION<T, DPOINT<T>> {
   T GetDerived2Y(T abscissa) const override;
 
   /// Value and both derivatives at an abscissa, from `order` neighbouring samples among the first
-  /// n, centred on the abscissa as far as the ends allow. The caller makes sure that 1 <= order <=
-  /// n <= the number of samples. Takes O(order⁴). Throws INVALID_PARAMETER_VALUE, after a line at
-  /// ALARM, before a successful Create.
+  /// n, centred on the abscissa as far as the ends allow. The caller makes sure that
+  /// 1 <= order <= n <= the number of samples. Takes O(order⁴). Throws INVALID_PARAMETER_VALUE,
+  /// after a line at ALARM, before a successful Create.
   ///
   /// With the Lagrange factor L of a node, its slope S at the node, and t the distance from the
   /// node, the node adds (y (1 - 2 t S) + dy t) L² to the value (Stoer and Bulirsch, 2.1.5), and

@@ -81,7 +81,7 @@ void CopyTwin(const ARRAY<X>& from, ARRAY<Y>& to) {
 ///     int count = 0;
 ///     list.get("fringe_count", count);
 ///
-/// A new item goes to the front, so the list holds the entry that was added last in front. New keys
+/// A new item goes to the front, so the list begins with the entry that was added last. New keys
 /// reach a pool file in this order.
 class PARAMETER_POOL_LIST : public LIST<PARAMETER_POOL_ITEM> {
  public:

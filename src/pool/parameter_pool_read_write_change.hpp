@@ -72,9 +72,9 @@ class PARAMETER_POOL_READ_WRITE_CHANGE : public PARAMETER_POOL {
   }
 
   /// Keeps updates by other processes out until this one is done, so that reads from now on see
-  /// what the update finds. Waits for a lock that another process holds, at most for LOCK_SECONDS;
-  /// throws NO_UPDATE_PERMISSION_FOR_POOL, after a line at ALARM, after that. Where the system
-  /// can't lock files, it writes a line at WARNING.
+  /// what the update finds. Waits for a lock that another process holds, at most for LOCK_SECONDS,
+  /// and then throws NO_UPDATE_PERMISSION_FOR_POOL, after a line at ALARM. Where the system can't
+  /// lock files, it writes a line at WARNING.
   void Lock();
 
   /// Makes the update wait until the disk holds what it wrote: the complete new content before it

@@ -34,9 +34,9 @@ class DURATION {
 
   void AddDays(std::int64_t count);
   /// With `raw` the sum stays in the field, without a carry into larger ones. A raw sum of
-  /// 2147483000 or more (microseconds: above it) throws "duration range error". They don't check
-  /// the lower end: a raw sum of -2147483000 ms or less, or one of microseconds that falls below
-  /// the range of 32 bits, gives a wrong span.
+  /// 2147483000 or more (microseconds: above it) throws "duration range error". The additions don't
+  /// check the lower end: a raw sum of -2147483000 ms or less, or one of microseconds that falls
+  /// below the range of 32 bits, gives a wrong span.
   void AddMilliseconds(std::int64_t count, bool raw = false);
   void AddMicroseconds(std::int64_t count, bool raw = false);
 

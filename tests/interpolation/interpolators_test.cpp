@@ -75,8 +75,8 @@ TEST_F(InterpolatorsTest, EverettTakesTheNearestGoodIntervalAndTells) {
   expect(14, 13, right);
   expect(15.5, 13, right + needed + "(r=2.500000, s=-1.500000, i=13, ax=15.500000).\n");
   expect(std::nan(""), 13, right);
-  // The last interval that leaves no line lacks its fourth difference, 24, with the weight r (r² -
-  // 1) (r² - 4) / 120.
+  // The last interval that leaves no line lacks its fourth difference, 24, with the weight
+  // r (r² - 1) (r² - 4) / 120.
   EXPECT_DOUBLE_EQ(Everett(4, Series(GRID, Fourth)).GetY(14.5), Fourth(14.5));
   EXPECT_DOUBLE_EQ(Everett(4, Series(GRID, Fourth)).GetY(15.5), Fourth(15.5) - 24 * 0.01171875);
   EXPECT_EQ(TakeLog(), "");

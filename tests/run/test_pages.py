@@ -1,4 +1,4 @@
-"""Compares the numbers on the pages on geometry and results with runs; and the scripts beside the pages."""
+"""Compares the numbers on the pages on geometry and results with runs, and tries the scripts beside them."""
 
 import math
 import re
