@@ -63,7 +63,7 @@ class LEAST_SQUARES_FIT : public INTERPOLATION<T, POINT<T>> {
   }
 
   /// Fits the series of `UseSeries` with its abscissae mapped by `scale` and writes the order + 1
-  /// coefficients to `result`. Throws ERROR_NO_MEMORY or the text `no_memory`.
+  /// coefficients to `result`. Throws ERROR_NO_MEMORY, the text `no_memory` or the text of ARRAY.
   template <class SCALE>
   void Solve(bool quiet, T* result, SCALE scale, const char* no_memory) {
     for (ARRAY<T>* array : {&x, &y, &sig}) Size(*array, 1, count, no_memory);

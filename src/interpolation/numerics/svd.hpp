@@ -26,12 +26,14 @@ std::common_type_t<A, B> pythag(A a, B b) {
 ///     svdcmp(u.Rows(), 4, 3, w.GetBase(), v.Rows());  // MATRIX and ARRAY from index 1
 ///     svbksb<double>(u.Rows(), w.GetBase(), v.Rows(), 4, 3, b.GetBase(), x.GetBase());
 ///
-/// A singular value that does not converge within 30 steps ends the process by `nrerror`.
+/// A singular value that does not converge within 30 steps ends the process by `nrerror`. Throws
+/// the text of ARRAY when it runs out of memory.
 template <class T>
 void svdcmp(T* const* a, int m, int n, T* w, T* const* v);
 
 /// Gives x[1..n], the least-squares solution of the decomposed system for the right-hand side
-/// b[1..m]. Leaves out singular values of exactly 0.
+/// b[1..m]. Leaves out singular values of exactly 0. Throws the text of ARRAY when it runs out of
+/// memory.
 template <class T>
 void svbksb(const T* const* u, const T* w, const T* const* v, int m, int n, const T* b, T* x);
 

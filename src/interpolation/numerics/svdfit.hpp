@@ -45,8 +45,8 @@ class SVDFIT {
   virtual void Resize(int data_count, int parameter_count);
   /// Fits a[1..parameter_count] to the points x, y with standard deviations sig, all
   /// [1..data_count]; `chi_square` receives the sum of the squared weighted residuals. FitQuiet
-  /// does the same. Throws ERROR_NO_MEMORY; a decomposition that does not converge ends the process
-  /// by `nrerror`.
+  /// does the same. Throws ERROR_NO_MEMORY or the text of ARRAY when it runs out of memory; a
+  /// decomposition that does not converge ends the process by `nrerror`.
   virtual void Fit(const T* x, const T* y, const T* sig, int data_count, T* a, int parameter_count,
                    T& chi_square);
   virtual void FitQuiet(const T* x, const T* y, const T* sig, int data_count, T* a,

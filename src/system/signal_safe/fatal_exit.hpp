@@ -36,7 +36,8 @@ void EndWell();
 ///
 /// It makes only async-signal-safe calls: no allocation, no stdio, no lock, no exit handlers. If
 /// something hangs, an alarm ends the process within a second. A fault of the handler itself ends
-/// the process at once, and so does a further signal that reaches the handler.
+/// the process at once. So does a further signal that reaches the handler, with status 1, or 0
+/// after `EndWell`.
 void HandleFatalSignal(int number, siginfo_t* information, void* context);
 
 }  // namespace varnoth
