@@ -138,6 +138,7 @@ TEST_F(MdbTest, RefusesWhatIsOutOfOrder) {
   EXPECT_EQ(ThrownText([&] { mdb.Open(OUT); }), "MDB: can not create directory");
   mdb.Reset();
   EXPECT_EQ(ThrownText(open), "MDB::Open(): no path selected");
+  EXPECT_THROW(mdb.FindItem("n"), const char*);
 }
 
 TEST_F(MdbTest, FaultyFilesAreTold) {
@@ -197,6 +198,14 @@ TEST_F(MdbTest, RecordsGoBehindTheLastOneOrAreTold) {
   mdb.Open(OUT);
   Write("1", 1);
   EXPECT_EQ(ThrownText([&] { mdb.Close(); }), "can not write MDB_RECORD into mdb-file");
+  {
+    MDB unclosed;
+    unclosed.SetPathAndFile(root.c_str(), 4, 12, 3, 5, 7, 1, "f");
+    unclosed.Open(OUT);
+    unclosed.SetRecord({}, Item("t", "1"));
+    unclosed.Write();
+  }
+  EXPECT_TRUE(TakeLines().ends_with("ALARM can not write MDB_RECORD into mdb-file\n"));
 }
 
 TEST(RecordItem, ComparesDurationsAndGivesNumbersAndTexts) {
