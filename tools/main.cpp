@@ -1,0 +1,135 @@
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <new>
+
+#include "log/log.hpp"
+#include "tools/pool/commands.hpp"
+
+namespace varnoth {
+
+namespace {
+
+/// The product's libraries tell what they do in the process's log; here only the tool speaks.
+void SilenceLog() {
+  GlobalLog.configure("", "varnoth-tools", NO_LEVEL, NO_LEVEL);
+  if (!GlobalLog.get_file_path().empty()) unlink(GlobalLog.get_file_path().c_str());
+}
+
+constexpr char VALUE_MARK = '=';
+
+/// CLI11 takes a value that begins with a minus for an option, and brackets for a list: what stands
+/// behind FILE KEY TYPE of "pool set" gets a mark in front.
+std::vector<std::string> MarkValues(std::vector<std::string> words) {
+  if (words.size() < 2 || words[0] != "pool" || words[1] != "set") return words;
+  int place = 0;
+  bool only_values = false;
+  for (std::size_t i = 2; i < words.size(); ++i) {
+    const std::string& word = words[i];
+    if (!only_values && word == "--comment") {
+      ++i;
+    } else if (!only_values && word == "--") {
+      only_values = true;
+      words.erase(words.begin() + static_cast<std::ptrdiff_t>(i--));
+    } else if (only_values || !word.starts_with("--")) {
+      if (++place > 3) words[i].insert(0, 1, VALUE_MARK);
+    }
+  }
+  return words;
+}
+
+/// A tolerance as KEY=X. False if it is none.
+bool AddTolerance(const std::string& text, DIFF_LIMITS& limits) {
+  const std::size_t sign = text.rfind('=');
+  double limit = 0.0;
+  if (sign == text.npos || sign == 0 || !CLI::detail::lexical_cast(text.substr(sign + 1), limit)) {
+    return false;
+  }
+  if (!(limit >= 0)) return false;
+  limits.of_key[text.substr(0, sign)] = limit;
+  return true;
+}
+
+int Run(int count, char** arguments) {
+  CLI::App app("Tools around varnoth: look at pools, and mend them", "varnoth-tools");
+  app.require_subcommand(1);
+  CLI::App* const pool = app.add_subcommand("pool", "Show, change, compare and check pools");
+  pool->require_subcommand(1);
+  TOOL_STATUS status = GOOD;
+
+  std::vector<std::string> files;
+  std::string file;
+  std::string other;
+  std::string key;
+  bool as_json = false;
+  CLI::App* const show = pool->add_subcommand("show", "Print keys, types, values and comments");
+  show->add_option("FILE", files, "Pools")->required();
+  show->add_flag("--json", as_json, "Print JSON");
+  show->callback([&] { status = ShowPools(files, as_json); });
+
+  CLI::App* const get = pool->add_subcommand("get", "Print one value");
+  get->add_option("FILE", file, "Pool")->required();
+  get->add_option("KEY", key, "Key")->required();
+  get->add_flag("--json", as_json, "Print JSON");
+  get->callback([&] { status = GetValue(file, key, as_json); });
+
+  SET_REQUEST request;
+  std::string comment;
+  CLI::App* const set = pool->add_subcommand("set", "Change or add one entry");
+  set->add_option("FILE", request.file, "Pool")->required();
+  set->add_option("KEY", request.key, "Key")->required();
+  set->add_option("TYPE", request.type, "Type word of a scalar or vector")->required();
+  set->add_option("VALUE", request.values, "Value; several make a vector")->required();
+  CLI::Option* const has_comment = set->add_option("--comment", comment, "Line above the entry");
+  set->callback([&] {
+    for (std::string& value : request.values) value.erase(0, 1);
+    if (*has_comment) request.comment = comment;
+    status = SetValue(request);
+  });
+
+  std::vector<std::string> tolerances;
+  DIFF_LIMITS limits;
+  CLI::App* const diff = pool->add_subcommand("diff", "Compare two pools");
+  diff->add_option("A", file, "Pool")->required();
+  diff->add_option("B", other, "Pool")->required();
+  diff->add_option("--tolerance", tolerances, "KEY=X: largest absolute difference of a key")
+      ->expected(1)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+      ->check([&](const std::string& text) {
+        return std::string(AddTolerance(text, limits) ? "" : text + " is no KEY=X");
+      });
+  diff->add_option("--relative", limits.relative, "Largest relative difference of all numbers")
+      ->check(CLI::NonNegativeNumber);
+  diff->callback([&] { status = DiffPools(file, other, limits); });
+
+  CLI::App* const check = pool->add_subcommand("check", "Tell every pit of the format");
+  check->add_option("FILE", files, "Pools")->required();
+  check->callback([&] { status = CheckPools(files); });
+
+  try {
+    std::vector<std::string> words = MarkValues({arguments + 1, arguments + count});
+    std::reverse(words.begin(), words.end());  // as CLI11 wants them
+    app.parse(std::move(words));
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? GOOD : WRONG_USAGE;
+  }
+  // A full disk behind the standard output is a failure.
+  if (std::fflush(stdout) != 0) {
+    std::perror("varnoth-tools");
+    return FINDINGS;
+  }
+  return status;
+}
+
+}  // namespace
+
+}  // namespace varnoth
+
+int main(int count, char** arguments) try {
+  varnoth::SilenceLog();
+  return varnoth::Run(count, arguments);
+} catch (const std::bad_alloc&) {
+  std::fputs("varnoth-tools: not enough memory\n", stderr);
+  return varnoth::FINDINGS;
+}

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace varnoth {
+
+/// Exit status of every command.
+enum TOOL_STATUS : int { GOOD = 0, FINDINGS = 1, WRONG_USAGE = 2 };
+
+enum class SEVERITY { WARNING, ERROR };
+
+/// Writes "FILE:LINE: error: text" to standard error, the form in which editors jump to the place.
+/// What concerns a file as a whole stands at line 1.
+void Tell(const std::string& file, std::size_t line, SEVERITY severity, const std::string& text);
+
+}  // namespace varnoth

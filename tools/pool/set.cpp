@@ -1,0 +1,250 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <stdexcept>
+
+#include "pool/parameter_pool_read_write_change.hpp"
+#include "tools/pool/commands.hpp"
+#include "tools/pool/document.hpp"
+#include "tools/pool/value_words.hpp"
+
+namespace varnoth {
+
+namespace {
+
+std::runtime_error SystemFailure(const std::string& what) {
+  return std::runtime_error(what + ": " + std::strerror(errno));
+}
+
+// The words were checked: they are whole values of their type.
+void Take(const std::string*& word, bool& value) { value = *word++ == "TRUE"; }
+template <class T>
+requires std::is_integral_v<T>
+void Take(const std::string*& word, T& value) {
+  value = static_cast<T>(std::strtoll((word++)->c_str(), nullptr, 10));
+}
+template <class T>
+requires std::is_floating_point_v<T>
+void Take(const std::string*& word, T& value) {
+  // The pool's reader makes a float from a double too.
+  value = static_cast<T>(std::strtod((word++)->c_str(), nullptr));
+}
+void Take(const std::string*& word, STRING& value) { value = (word++)->c_str(); }
+template <class T>
+void Take(const std::string*& word, COMPLEX<T>& value) {
+  Take(word, value.re);
+  Take(word, value.im);
+}
+template <class T>
+void Take(const std::string*& word, POINT<T>& value) {
+  Take(word, value.x);
+  Take(word, value.y);
+}
+template <class A, class B>
+void Take(const std::string*& word, INDEX<A, B>& value) {
+  Take(word, value.first);
+  Take(word, value.second);
+}
+void Take(const std::string*& word, TUPLE<STRING>& value) {
+  Take(word, value.first);
+  Take(word, value.second);
+}
+
+/// What is to be set, with the bytes that the file will have.
+struct CHANGE_PLAN {
+  std::string key;
+  TYPE_CODE code = UNKNOWN;
+  std::vector<std::string> words;
+  int first_index = 0;
+  ARRAY<STRING> comments;
+};
+
+template <class X>
+void ChangeTo(PARAMETER_POOL_READ_WRITE_CHANGE& pool, const CHANGE_PLAN& plan) {
+  const std::string* word = plan.words.data();
+  if (ShapeOf(plan.code) == SHAPE::SCALAR) {
+    X value{};
+    Take(word, value);
+    pool.Change(plan.key.c_str(), value, plan.comments);
+    return;
+  }
+  const std::size_t count = plan.words.size() / PartsOf(ElementOf(plan.code)).size();
+  ARRAY<X> values(plan.first_index, static_cast<int>(count));
+  for (X& value : values) Take(word, value);
+  pool.Change(plan.key.c_str(), values, plan.comments);
+}
+
+void Change(PARAMETER_POOL_READ_WRITE_CHANGE& pool, const CHANGE_PLAN& plan) {
+  const TYPE_CODE element = ElementOf(plan.code);
+#define VARNOTH_TRY(...) \
+  if (element == POOL_ELEMENT<__VA_ARGS__>::SCALAR) return ChangeTo<__VA_ARGS__>(pool, plan);
+  VARNOTH_POOL_ELEMENTS(VARNOTH_TRY)
+#undef VARNOTH_TRY
+}
+
+std::string Bytes(const std::string& text) {
+  const auto bytes = ToLatin1(text);
+  if (!bytes) throw std::runtime_error("\"" + text + "\" has a character that Latin-1 has not");
+  if (bytes->find_first_of("\n\r") != bytes->npos) {
+    throw std::runtime_error("a line end within \"" + text + "\"");
+  }
+  return *bytes;
+}
+
+/// Throws if a pool's reader would not make the same value of it.
+void CheckWord(TYPE_CODE part, const std::string& word) {
+  if (part == STR) {
+    if (word.find('\\') != word.npos) {
+      throw std::runtime_error("a pool can't keep the backslash in \"" + word + "\"");
+    }
+    return;
+  }
+  LINE_WORDS words(word);
+  const auto finding = CheckValue(part, words);
+  const bool has_blank = word.find_first_of(" \t") != word.npos;
+  if (has_blank) throw std::runtime_error("'" + word + "' is no single value");
+  if (finding && finding->severity == SEVERITY::ERROR) throw std::runtime_error(finding->text);
+}
+
+void CheckKey(const std::string& key) {
+  if (key.empty() || key[0] == '#' || key.find_first_of(" \t") != key.npos) {
+    throw std::runtime_error("\"" + key + "\" can't be a key");
+  }
+  if (key.size() > ENTRY_READER::KEY_LIMIT) {
+    throw std::runtime_error("a key has at most " + std::to_string(ENTRY_READER::KEY_LIMIT) +
+                             " bytes");
+  }
+}
+
+CHANGE_PLAN Plan(const SET_REQUEST& request, TYPE_CODE type, const POOL_DOCUMENT& pool) {
+  CHANGE_PLAN plan;
+  plan.key = Bytes(request.key);
+  CheckKey(plan.key);
+  const std::vector<TYPE_CODE> parts = PartsOf(ElementOf(type));
+  if (request.values.size() % parts.size() != 0) {
+    throw std::runtime_error(std::string(TypeRow(ElementOf(type)).name) + " needs two values");
+  }
+  for (std::size_t i = 0; i < request.values.size(); ++i) {
+    plan.words.push_back(Bytes(request.values[i]));
+    CheckWord(parts[i % parts.size()], plan.words.back());
+  }
+  const bool is_list = request.values.size() > parts.size();
+  plan.code = is_list && ShapeOf(type) == SHAPE::SCALAR
+                  ? TypeFromName(std::string(TypeRow(type).name) + "_V")
+                  : type;
+  const POOL_ENTRY* const old = pool.Find(request.key);
+  if (old != nullptr && old->value.is_object() && old->value.contains("first")) {
+    plan.first_index = old->value["first"].get<int>();
+  }
+  if (request.comment) {
+    plan.comments = ARRAY<STRING>(Bytes(*request.comment).c_str());
+  }
+  return plan;
+}
+
+/// A directory beside a file, which goes with all that is in it.
+class WORKPLACE {
+ public:
+  explicit WORKPLACE(const std::filesystem::path& file) {
+    std::string pattern = (file.parent_path() / ".varnoth-tools_XXXXXX").string();
+    if (mkdtemp(pattern.data()) == nullptr) throw SystemFailure("can't write beside the pool");
+    directory = pattern;
+  }
+  ~WORKPLACE() {
+    std::error_code ignored;
+    std::filesystem::remove_all(directory, ignored);
+  }
+  WORKPLACE(const WORKPLACE&) = delete;
+  WORKPLACE& operator=(const WORKPLACE&) = delete;
+
+  std::filesystem::path directory;
+};
+
+/// Opens a pool and locks it against other updates, as long as the object lives.
+void OpenLocked(POOL_STREAM& stream, const std::string& file) {
+  constexpr double SECONDS = 10.0;
+  if (!stream.Open(file.c_str(), POOL_STREAM::MODE::READ_WRITE)) {
+    throw std::runtime_error(std::strerror(errno));
+  }
+  if (!stream.SetLock(POOL_STREAM::LOCK::EXCLUSIVE, SECONDS) && errno == EAGAIN) {
+    throw std::runtime_error("another process keeps the pool locked");
+  }
+  struct stat opened {};
+  struct stat named {};
+  if (fstat(stream.Descriptor(), &opened) != 0 || stat(file.c_str(), &named) != 0 ||
+      opened.st_ino != named.st_ino || opened.st_dev != named.st_dev) {
+    throw std::runtime_error("another process replaced the pool meanwhile, try again");
+  }
+  if (!S_ISREG(opened.st_mode)) throw std::runtime_error("is no ordinary file");
+}
+
+/// Copies the pool, lets the product change the copy, and puts it in the pool's place. An update of
+/// the pool itself could stop halfway on a full disk.
+void Replace(POOL_STREAM& stream, const std::filesystem::path& path, const CHANGE_PLAN& plan) {
+  const WORKPLACE workplace(path);
+  const std::filesystem::path copy = workplace.directory / path.filename();
+  stream.Rewind();
+  const std::string content = stream.ReadRest();
+  POOL_STREAM written;
+  if (stream.HasError() || !written.Open(copy.c_str(), POOL_STREAM::MODE::CREATE)) {
+    throw SystemFailure("can't copy the pool");
+  }
+  struct stat status {};
+  if (fstat(stream.Descriptor(), &status) != 0) throw SystemFailure("can't copy the pool");
+  written.Write(content);
+  if (!written.Flush()) throw SystemFailure("can't copy the pool");
+  // Only root can give a file away; the mode comes second, as a new owner clears parts of it.
+  if (fchown(written.Descriptor(), status.st_uid, status.st_gid) != 0 && geteuid() == 0) {
+    throw SystemFailure("can't keep the pool's owner");
+  }
+  if (fchmod(written.Descriptor(), status.st_mode & 07777) != 0) {
+    throw SystemFailure("can't keep the pool's permissions");
+  }
+  if (!written.Close()) throw SystemFailure("can't copy the pool");
+
+  PARAMETER_POOL_READ_WRITE_CHANGE pool(copy.c_str());
+  try {
+    Change(pool, plan);
+  } catch (...) {
+    pool.close();  // nothing to update
+    throw;
+  }
+  pool.SetDurable(true);
+  pool.update();
+  if (::rename(copy.c_str(), path.c_str()) != 0) throw SystemFailure("can't replace the pool");
+}
+
+}  // namespace
+
+TOOL_STATUS SetValue(const SET_REQUEST& request) {
+  const TYPE_CODE type = TypeFromName(request.type);
+  if (type == UNKNOWN || ShapeOf(type) == SHAPE::MATRIX) {
+    Tell(request.file, 1, SEVERITY::ERROR,
+         type == UNKNOWN ? "unknown type word " + request.type : "a matrix can't be set");
+    return WRONG_USAGE;
+  }
+  try {
+    POOL_STREAM stream;
+    OpenLocked(stream, request.file);
+    const POOL_DOCUMENT pool = ReadDocument(request.file);
+    if (!pool.lines.empty() && pool.lines.back().end == 0) {
+      Tell(request.file, pool.lines.back().number, SEVERITY::ERROR,
+           "the last line has no line end and would be lost: mend it first");
+      return FINDINGS;
+    }
+    Replace(stream, std::filesystem::canonical(request.file), Plan(request, type, pool));
+    return GOOD;
+  } catch (const std::exception& error) {
+    Tell(request.file, 1, SEVERITY::ERROR, error.what());
+  } catch (const ERROR_EXCEPTION& error) {
+    Tell(request.file, 1, SEVERITY::ERROR, error.what());
+  }
+  return FINDINGS;
+}
+
+}  // namespace varnoth
