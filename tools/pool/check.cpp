@@ -153,8 +153,10 @@ class POOL_CHECK {
     for (; i < current->stop && FirstWord(i) != "}"; ++i, ++found) {
       LINE_WORDS words(lines[i].text);
       if (found < count) CheckWords(i, ElementOf(current->code), words);
-      if (found == count)
-        Error(i, "surplus: the block has " + Plural(count, what) + " by its head");
+    }
+    // Behind a block that is not closed, surplus lines would only be noise.
+    if (found > count && i < current->stop) {
+      Error(open + 1 + count, "surplus: the block has " + Plural(count, what) + " by its head");
     }
     return CheckClose(i, found, count, what);
   }

@@ -241,6 +241,10 @@ TOOL_STATUS SetValue(const SET_REQUEST& request) {
     return GOOD;
   } catch (const std::exception& error) {
     Tell(request.file, 1, SEVERITY::ERROR, error.what());
+  } catch (const INVALID_PARAMETER_VALUE&) {
+    Tell(request.file, 1, SEVERITY::ERROR,
+         "value or comment makes a line longer than " + std::to_string(ENTRY_READER::LINE_LIMIT) +
+             " bytes");
   } catch (const ERROR_EXCEPTION& error) {
     Tell(request.file, 1, SEVERITY::ERROR, error.what());
   }

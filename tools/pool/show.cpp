@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
+#include <sstream>
 #include <stdexcept>
 
 #include "tools/pool/commands.hpp"
@@ -47,9 +48,11 @@ std::string ShortText(const POOL_ENTRY& entry) {
   return text;
 }
 
-std::string OneLine(std::string comment) {
-  std::replace(comment.begin(), comment.end(), '\n', ' ');
-  return comment.substr(std::min(comment.find_first_not_of(" #"), comment.size()));
+std::string OneLine(const std::string& comment) {
+  std::istringstream words(comment);
+  std::string line = "#";
+  for (std::string word; words >> word;) line += " " + word;
+  return line;
 }
 
 /// Width on the screen of UTF-8 made from Latin-1.
@@ -62,8 +65,8 @@ void PrintTable(const POOL_DOCUMENT& pool) {
   std::vector<std::vector<std::string>> rows;
   std::size_t widths[3] = {};
   for (const POOL_ENTRY& entry : pool.entries) {
-    rows.push_back({entry.key, entry.type, ShortText(entry),
-                    entry.comment ? "# " + OneLine(*entry.comment) : ""});
+    rows.push_back(
+        {entry.key, entry.type, ShortText(entry), entry.comment ? OneLine(*entry.comment) : ""});
     for (std::size_t i = 0; i < 3; ++i) widths[i] = std::max(widths[i], Width(rows.back()[i]));
   }
   // A long text must not push all comments out of sight.
