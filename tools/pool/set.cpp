@@ -165,22 +165,27 @@ class WORKPLACE {
   std::filesystem::path directory;
 };
 
-/// Opens a pool and locks it against other updates, as long as the object lives.
+/// Whether a name still leads to the file that was opened under it.
+bool IsStill(const std::string& file, const struct stat& opened) {
+  struct stat named {};
+  return stat(file.c_str(), &named) == 0 && opened.st_ino == named.st_ino &&
+         opened.st_dev == named.st_dev;
+}
+
+/// Opens a pool and locks it against other updates, as long as the stream is open.
 void OpenLocked(POOL_STREAM& stream, const std::string& file) {
   constexpr double SECONDS = 10.0;
-  if (!stream.Open(file.c_str(), POOL_STREAM::MODE::READ_WRITE)) {
-    throw std::runtime_error(std::strerror(errno));
-  }
-  if (!stream.SetLock(POOL_STREAM::LOCK::EXCLUSIVE, SECONDS) && errno == EAGAIN) {
-    throw std::runtime_error("another process keeps the pool locked");
-  }
   struct stat opened {};
-  struct stat named {};
-  if (fstat(stream.Descriptor(), &opened) != 0 || stat(file.c_str(), &named) != 0 ||
-      opened.st_ino != named.st_ino || opened.st_dev != named.st_dev) {
-    throw std::runtime_error("another process replaced the pool meanwhile, try again");
-  }
-  if (!S_ISREG(opened.st_mode)) throw std::runtime_error("is no ordinary file");
+  do {  // until no other process replaced the pool before the lock held
+    if (!stream.Open(file.c_str(), POOL_STREAM::MODE::READ_WRITE) ||
+        fstat(stream.Descriptor(), &opened) != 0) {
+      throw std::runtime_error(std::strerror(errno));
+    }
+    if (!S_ISREG(opened.st_mode)) throw std::runtime_error("not an ordinary file");
+    if (!stream.SetLock(POOL_STREAM::LOCK::EXCLUSIVE, SECONDS) && errno == EAGAIN) {
+      throw std::runtime_error("another process keeps the pool locked");
+    }
+  } while (!IsStill(file, opened));
 }
 
 /// Copies the pool, lets the product change the copy, and puts it in the pool's place. An update of
