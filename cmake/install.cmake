@@ -3,6 +3,9 @@
 include(CMakePackageConfigHelpers)
 
 install(TARGETS varnoth RUNTIME COMPONENT program)
+if(TARGET varnoth-tools)
+  install(TARGETS varnoth-tools RUNTIME COMPONENT tools)
+endif()
 # The pages name each other, the pictures and the examples by their places here.
 install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program)
 install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program
@@ -15,14 +18,23 @@ install(FILES packaging/varnoth.bash-completion RENAME varnoth
 # Manual pages, where there is a tool to make them.
 find_program(SCDOC scdoc)
 if(SCDOC)
-  foreach(page IN ITEMS varnoth.1 varnoth-pool.5)
+  set(pages_of_program varnoth.1 varnoth-pool.5)
+  set(pages_of_tools "")
+  if(TARGET varnoth-tools)
+    set(pages_of_tools varnoth-tools.1)
+  endif()
+  foreach(page IN LISTS pages_of_program pages_of_tools)
+    set(component program)
+    if(page IN_LIST pages_of_tools)
+      set(component tools)
+    endif()
     string(REGEX MATCH "[0-9]$" section ${page})
     set(source ${PROJECT_SOURCE_DIR}/docs/man/${page}.scd)
     add_custom_command(OUTPUT ${page}.gz
       COMMAND sh -c "'${SCDOC}' <\"$0\" | gzip -9n >${page}.gz" ${source} VERBATIM DEPENDS ${source})
     list(APPEND pages ${PROJECT_BINARY_DIR}/${page}.gz)
     install(FILES ${PROJECT_BINARY_DIR}/${page}.gz
-            DESTINATION ${CMAKE_INSTALL_MANDIR}/man${section} COMPONENT program)
+            DESTINATION ${CMAKE_INSTALL_MANDIR}/man${section} COMPONENT ${component})
   endforeach()
   add_custom_target(varnoth_pages ALL DEPENDS ${pages})
 endif()
