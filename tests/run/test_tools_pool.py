@@ -37,9 +37,9 @@ PITS = {
                  "g INT_32 12-5\nh INT_32 -\ni INT_32_INT_32 1\n", [
                      *(f"{i} e fit" for i in (1, 2, 4, 5)), "6 e no integer", "7 e as 12", "8 e as 0", "9 e second"]),
     "numbers": ("a FLT_6 1E39\nb FLT_15 inf\nc FLT_15 1E999\nd FLT_15 5.405D+09\ne FLT_15 12,5\nf FLT_6\ng FLT_6 1E-60\n"
-                "h FLT_15 nan\ni FLT_15 +0.0E7\nj FLT_15 1 500\nk CPL_6 1 2i\n", [
+                "h FLT_15 nan\ni FLT_15 +0.0E7\nj FLT_15 1 500\nk CPL_6 1 2i\nl FLT_6 1E+\n", [
                     *(f"{i} e fit" for i in (1, 2, 3)), "4 e as 5.405: an exponent", "5 e as 12", "6 e no value",
-                    "7 e too small", "8 w not a number", "10 w ignored", "11 e as 2"]),
+                    "7 e too small", "8 w not a number", "10 w ignored", "11 e as 2", "12 e as 1"]),
     "texts": ('a STR "x\nb STR C:\\d\nc STR "C:\\d"\nd STR x \ne STR\nf STR "x" y\ng STR_STR "a"\nh BOL true\n', [
         "1 e closing quote", "3 e backslash", "4 w blanks", "5 w empty", "6 w ignored", "7 e second", "8 e neither"]),
 }

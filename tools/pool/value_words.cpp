@@ -79,13 +79,16 @@ FINDING CheckFloating(TYPE_CODE type, std::string_view word) {
     return Error(Quoted(word) + " is read as " + Short(number) +
                  (stop == 'D' || stop == 'd' ? ": an exponent is written with E" : ""));
   }
+  const bool is_hexadecimal = word.find_first_of("xX") != word.npos;
+  if (!is_hexadecimal && std::string_view("eE+-").find(word.back()) != std::string_view::npos) {
+    return Error(Quoted(word) + " is read as " + Short(number) + ": its exponent is missing");
+  }
   if (std::isnan(number)) return Warning(Quoted(word) + " is not a number");
   if (std::fabs(number) > (type == FLT_6 ? static_cast<double>(FLT_MAX) : DBL_MAX)) {
     return Error(Quoted(word) + " does not fit " + TypeName(type));
   }
   const bool is_zero = type == FLT_6 ? static_cast<float>(number) == 0.0F : number == 0.0;
   const std::string_view mantissa = word.substr(0, word.find_first_of("eEpP"));
-  const bool is_hexadecimal = word.find_first_of("xX") != word.npos;
   if (is_zero && !is_hexadecimal && mantissa.find_first_of("123456789") != word.npos) {
     return Error(Quoted(word) + " is too small for " + TypeName(type) + " and read as 0");
   }
