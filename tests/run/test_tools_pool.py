@@ -100,13 +100,14 @@ def test_show_and_get(tmp_path):
 def test_set(tmp_path, arguments, wanted):
     file, arguments = pool_file(tmp_path), arguments.split(" ")
     file.chmod(0o640)
+    (tmp_path / "link").hardlink_to(file)
     assert tool("set", file, *arguments).stderr == ""
     wanted = {"first": -3 * (arguments[0] == "v"), "values": wanted} if isinstance(wanted, list) else wanted
     assert json.loads(tool("get", "--json", file, arguments[0]).stdout) == wanted
     kept = [line for line in POOL.split("\n") if line and not line.startswith((arguments[0] + " ", " "))]
-    lines = file.read_text(encoding="latin-1").split("\n")
+    lines = (tmp_path / "link").read_text(encoding="latin-1").split("\n")
     assert [line for line in lines if line in kept] == kept and ("#5\xb0" in lines) == ("--comment" in arguments)
-    assert file.stat().st_mode & 0o777 == 0o640 and os.listdir(tmp_path) == ["a.pool"]
+    assert file.stat().st_mode & 0o777 == 0o640 and sorted(os.listdir(tmp_path)) == ["a.pool", "link"]
 
 
 def test_sets_at_the_same_time(tmp_path):

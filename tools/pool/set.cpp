@@ -9,6 +9,7 @@
 #include <stdexcept>
 
 #include "pool/parameter_pool_read_write_change.hpp"
+#include "system/signal_safe/descriptor.hpp"
 #include "tools/pool/commands.hpp"
 #include "tools/pool/document.hpp"
 #include "tools/pool/value_words.hpp"
@@ -147,7 +148,7 @@ CHANGE_PLAN Plan(const SET_REQUEST& request, TYPE_CODE type, const POOL_DOCUMENT
   return plan;
 }
 
-/// A directory beside a file, which goes with all that is in it.
+/// A directory beside a file, which goes with all that is in it unless it is kept.
 class WORKPLACE {
  public:
   explicit WORKPLACE(const std::filesystem::path& file) {
@@ -157,12 +158,13 @@ class WORKPLACE {
   }
   ~WORKPLACE() {
     std::error_code ignored;
-    std::filesystem::remove_all(directory, ignored);
+    if (!is_kept) std::filesystem::remove_all(directory, ignored);
   }
   WORKPLACE(const WORKPLACE&) = delete;
   WORKPLACE& operator=(const WORKPLACE&) = delete;
 
   std::filesystem::path directory;
+  bool is_kept = false;
 };
 
 /// Whether a name still leads to the file that was opened under it.
@@ -188,30 +190,24 @@ void OpenLocked(POOL_STREAM& stream, const std::string& file) {
   } while (!IsStill(file, opened));
 }
 
-/// Copies the pool, lets the product change the copy, and puts it in the pool's place. An update of
-/// the pool itself could stop halfway on a full disk.
-void Replace(POOL_STREAM& stream, const std::filesystem::path& path, const CHANGE_PLAN& plan) {
-  const WORKPLACE workplace(path);
-  const std::filesystem::path copy = workplace.directory / path.filename();
-  stream.Rewind();
-  const std::string content = stream.ReadRest();
-  POOL_STREAM written;
-  if (stream.HasError() || !written.Open(copy.c_str(), POOL_STREAM::MODE::CREATE)) {
-    throw SystemFailure("can't copy the pool");
-  }
-  struct stat status {};
-  if (fstat(stream.Descriptor(), &status) != 0) throw SystemFailure("can't copy the pool");
-  written.Write(content);
-  if (!written.Flush()) throw SystemFailure("can't copy the pool");
-  // Only root can give a file away; the mode comes second, as a new owner clears parts of it.
-  if (fchown(written.Descriptor(), status.st_uid, status.st_gid) != 0 && geteuid() == 0) {
-    throw SystemFailure("can't keep the pool's owner");
-  }
-  if (fchmod(written.Descriptor(), status.st_mode & 07777) != 0) {
-    throw SystemFailure("can't keep the pool's permissions");
-  }
-  if (!written.Close()) throw SystemFailure("can't copy the pool");
+/// Makes a text the whole content of an open file. A file that keeps or gains length is never
+/// shorter on the way.
+bool PutContent(int file, const std::string& content) {
+  std::size_t written = 0;
+  const auto write = [&](const char* next, std::size_t left) {
+    return ::pwrite(file, next, left, static_cast<off_t>(written));
+  };
+  return WriteAllBy(write, content.data(), content.size(), written) &&
+         ::ftruncate(file, static_cast<off_t>(content.size())) == 0 && ::fsync(file) == 0;
+}
 
+/// The pool's content after the change, made by the product in a copy: an update of the pool itself
+/// could stop halfway on a full disk.
+std::string Changed(const std::string& content, const std::string& copy, const CHANGE_PLAN& plan) {
+  POOL_STREAM stream;
+  if (!stream.Open(copy.c_str(), POOL_STREAM::MODE::CREATE)) throw SystemFailure("can't copy it");
+  stream.Write(content);
+  if (!stream.Close()) throw SystemFailure("can't copy it");
   PARAMETER_POOL_READ_WRITE_CHANGE pool(copy.c_str());
   try {
     Change(pool, plan);
@@ -221,7 +217,26 @@ void Replace(POOL_STREAM& stream, const std::filesystem::path& path, const CHANG
   }
   pool.SetDurable(true);
   pool.update();
-  if (::rename(copy.c_str(), path.c_str()) != 0) throw SystemFailure("can't replace the pool");
+  stream.Open(copy.c_str(), POOL_STREAM::MODE::READ);
+  std::string changed = stream.ReadRest();
+  if (stream.HasError()) throw SystemFailure("can't read the copy");
+  return changed;
+}
+
+/// Changes a locked pool in its place, so that links, owner and permissions stay, and a run that
+/// waits for the lock finds the change. The copy stays if the pool can't be made whole again.
+void ChangeInPlace(POOL_STREAM& stream, const std::filesystem::path& path,
+                   const CHANGE_PLAN& plan) {
+  WORKPLACE workplace(path);
+  stream.Rewind();
+  const std::string old = stream.ReadRest();
+  if (stream.HasError()) throw SystemFailure("can't read it");
+  const std::string copy = workplace.directory / path.filename();
+  if (PutContent(stream.Descriptor(), Changed(old, copy, plan))) return;
+  const std::runtime_error failure = SystemFailure("can't write it");
+  if (PutContent(stream.Descriptor(), old)) throw failure;
+  workplace.is_kept = true;
+  throw std::runtime_error(failure.what() + ("; its whole new content is in " + copy));
 }
 
 }  // namespace
@@ -242,7 +257,7 @@ TOOL_STATUS SetValue(const SET_REQUEST& request) {
            "the last line has no line end and would be lost: mend it first");
       return FINDINGS;
     }
-    Replace(stream, std::filesystem::canonical(request.file), Plan(request, type, pool));
+    ChangeInPlace(stream, std::filesystem::absolute(request.file), Plan(request, type, pool));
     return GOOD;
   } catch (const std::exception& error) {
     Tell(request.file, 1, SEVERITY::ERROR, error.what());
