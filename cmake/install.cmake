@@ -5,6 +5,8 @@ include(CMakePackageConfigHelpers)
 install(TARGETS varnoth RUNTIME COMPONENT program)
 if(TARGET varnoth-tools)
   install(TARGETS varnoth-tools RUNTIME COMPONENT tools)
+  install(FILES packaging/varnoth-tools.bash-completion RENAME varnoth-tools
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tools)
 endif()
 # The pages name each other, the pictures and the examples by their places here.
 install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program)

@@ -1,10 +1,10 @@
-# Debian packages: the program, and the libraries with their headers. Made by scripts/package.
+# Debian packages: the program, the libraries with their headers, and varnoth-tools. Made by scripts/package.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME varnoth)
 set(CPACK_PACKAGE_VENDOR "The varnoth developers")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
-set(CPACK_COMPONENTS_ALL program libraries)
+set(CPACK_COMPONENTS_ALL program libraries tools)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_GROUPING IGNORE)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
@@ -22,11 +22,17 @@ set(CPACK_DEBIAN_LIBRARIES_PACKAGE_SECTION libdevel)
 set(CPACK_COMPONENT_LIBRARIES_DESCRIPTION
 "Static libraries and headers: text files of typed parameters, orbits and
 their interpolation, geolocation, times with leap seconds, a log.")
-foreach(package IN ITEMS varnoth varnoth-dev)
-  set(component program)
-  if(package STREQUAL varnoth-dev)
-    set(component libraries)
-  endif()
+set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME varnoth-tools)
+set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION science)
+set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
+set(CPACK_COMPONENT_TOOLS_DESCRIPTION
+"A companion of varnoth: imports the annotation and orbit files of radar
+scenes, checks a run before it starts, and shows, compares and changes pools.")
+set(component_of_varnoth program)
+set(component_of_varnoth-dev libraries)
+set(component_of_varnoth-tools tools)
+foreach(package IN ITEMS varnoth varnoth-dev varnoth-tools)
+  set(component ${component_of_${package}})
   install(FILES packaging/copyright DESTINATION share/doc/${package} COMPONENT ${component})
   # The maintainer's address is a placeholder as long as there is none.
   file(WRITE ${PROJECT_BINARY_DIR}/packaging/overrides/${package}
