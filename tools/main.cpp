@@ -5,6 +5,7 @@
 #include <new>
 
 #include "log/log.hpp"
+#include "tools/check/command.hpp"
 #include "tools/pool/commands.hpp"
 
 namespace varnoth {
@@ -20,8 +21,14 @@ void SilenceLog() {
 constexpr char VALUE_MARK = '=';
 
 /// CLI11 takes a value that begins with a minus for an option, and brackets for a list: what stands
-/// behind FILE KEY TYPE of "pool set" gets a mark in front.
+/// behind FILE KEY TYPE of "pool set", and the step's arguments behind the options of "check", get
+/// a mark in front.
 std::vector<std::string> MarkValues(std::vector<std::string> words) {
+  if (!words.empty() && words[0] == "check") {
+    std::size_t i = 1;
+    while (i < words.size() && words[i].starts_with("--")) ++i;
+    for (; i < words.size(); ++i) words[i].insert(0, 1, VALUE_MARK);
+  }
   if (words.size() < 2 || words[0] != "pool" || words[1] != "set") return words;
   int place = 0;
   bool only_values = false;
@@ -49,6 +56,22 @@ bool AddTolerance(const std::string& text, DIFF_LIMITS& limits) {
   if (!(limit >= 0)) return false;
   limits.of_key[text.substr(0, sign)] = limit;
   return true;
+}
+
+/// What the command "check" was given.
+struct CHECK_ARGUMENTS {
+  std::vector<std::string> of_step;
+  bool as_json = false;
+};
+
+void AddCheck(CLI::App& app, CHECK_ARGUMENTS& given, TOOL_STATUS& status) {
+  CLI::App* const check = app.add_subcommand("check", "Tell whether a run would work");
+  check->add_flag("--json", given.as_json, "Print JSON; ahead of the step's arguments");
+  check->add_option("ARGUMENT", given.of_step, "The step's own arguments");
+  check->callback([&] {
+    for (std::string& word : given.of_step) word.erase(0, 1);
+    status = tools::CheckStep(given.of_step, given.as_json);
+  });
 }
 
 int Run(int count, char** arguments) {
@@ -106,6 +129,9 @@ int Run(int count, char** arguments) {
   CLI::App* const check = pool->add_subcommand("check", "Tell every pit of the format");
   check->add_option("FILE", files, "Pools")->required();
   check->callback([&] { status = CheckPools(files); });
+
+  CHECK_ARGUMENTS step;
+  AddCheck(app, step, status);
 
   try {
     std::vector<std::string> words = MarkValues({arguments + 1, arguments + count});
