@@ -171,7 +171,7 @@ class ORBIT_DOUBTS {
       const char* const line = part == 0.0 ? "first" : part == 1.0 ? "last" : "middle";
       Add("time-on-sample", FirstTimeKey(MASTER), insar,
           std::string("the ") + line + " line's time, " + Short(time) +
-              " s, is that of an orbit sample, where everett divides by zero",
+              " s, is that of an orbit sample, and everett divides by the distance to it",
           "move the epochs or the scene by some microseconds, or use localpolynom_0_9", true);
     }
   }
@@ -403,9 +403,9 @@ void TellSweepDoubts(const varnoth::SCENE& scene, const SWEEP& sweep, const STEP
     const double off = std::hypot(latitude - mean_latitude,
                                   0.5 * (east + west) * std::cos(latitude * PI / 180.0)) *
                        DEGREE;
-    const double size = Distance(sweep.samples[FIRST_LINE][NEAR_SAMPLE].target.position,
-                                 sweep.samples[LAST_LINE][FAR_SAMPLE].target.position);
-    if (!(off > 5e3 + 0.1 * size)) return;
+    // The pair may be a part of the scene that the centre belongs to.
+    constexpr double FAR_OFF = 150e3;  // m
+    if (!(off > FAR_OFF)) return;
     tell(Doubt("scene-center", "center_latitude", pools.scene[MASTER],
                "the scene's centre comes out " + Short(off / 1e3) + " km from the stated one",
                "check first times, line rate, look direction and orbit"));

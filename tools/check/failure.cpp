@@ -60,6 +60,11 @@ constexpr FAILURE_ROW ROWS[] = {
      "give the scene's size; use a degree of 10 or less"},
     {"LUDCMP", "orbit-values", PLACE::SCENE, "orbit_value_key", "correct the orbit"},
     {"svdcmp", "orbit-values", PLACE::SCENE, "orbit_value_key", "correct the orbit"},
+    {"to look direction", "word-unknown", PLACE::NONE, "antenna_look_direction",
+     "write left or right"},
+    {"to observation mode", "word-unknown", PLACE::INSAR, "observation_mode",
+     "write single_pass or dual_pass"},
+    {"9 are needed", "ellipsoid-short", PLACE::SCENE, "ellipsoid_parameters", "give nine elements"},
     {"not enough memory", "memory", PLACE::NONE, "", "look for an absurd count or degree"},
     {"/tmp", "temporary-file", PLACE::NONE, "TMPDIR", "give a temporary directory that works"},
     {"tmp file", "temporary-file", PLACE::NONE, "TMPDIR", "give a temporary directory that works"},
@@ -103,7 +108,7 @@ FINDING ExplainFailure(STAGE stage, const std::vector<std::string>& lines,
     text += (text.empty() ? "" : "; ") + line;
     if (finding.key.empty()) finding.key = KeyIn(line);
   }
-  if (!reason.empty()) text += (text.empty() ? "" : "; ") + reason;
+  if (text.empty()) text = reason;  // otherwise the lines say it better
   const bool is_mute = text.empty();
   finding.code = is_mute ? "arithmetic" : "run-fails";
   finding.message =

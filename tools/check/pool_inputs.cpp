@@ -259,8 +259,11 @@ void CheckAgainstEachOther(const STEP_POOLS& pools, FINDING_LIST& findings) {
   INPUT_CHECK slave(pools.scene[SLAVE], findings);
   INPUT_CHECK insar(pools.insar, findings);
   const auto of = [&](ROLE role, const char* key) { return pools.scene[role].Number(key); };
-  if (pools.scene[MASTER].Text("antenna_look_direction") !=
-      pools.scene[SLAVE].Text("antenna_look_direction")) {
+  const auto looks = [&](ROLE role, const char* side) {
+    return pools.scene[role].Text("antenna_look_direction").find(side) != std::string::npos;
+  };
+  if ((looks(MASTER, "left") && looks(SLAVE, "right")) ||
+      (looks(MASTER, "right") && looks(SLAVE, "left"))) {
     slave.Add(SEVERITY::WARNING, "antenna_look_direction", "look-directions",
               "the scenes look to different sides, and their centres will decide",
               "correct the wrong one");
