@@ -42,6 +42,12 @@ class Faults:
         if path.is_file():
             path.write_bytes(change(path.read_bytes()))
 
+    def remove(self, *names):
+        """Takes one of the files away, whatever it is, and gives its path."""
+        path = self.directory / self.name(*names)
+        shutil.rmtree(path) if path.is_dir() and not path.is_symlink() else path.unlink(missing_ok=True)
+        return path
+
     def entry(self, name, change, wanted=None):
         """Changes one entry's key, type and value, of a random one or of one by its name."""
         def one(content):
@@ -123,26 +129,20 @@ class Faults:
     def settings_file(self):
         rows = self.chance.choice(["FlatEarthPolyDegree 2\nlog_pp file.pool\n", "FlatEarthPolyDegree 2\nlfn none/a\nFlatEarthPolyDegree -1\n",
                                    "MasterPar none.pool\nMasterPar master.pool\n", "SlavePar " + "s" * 400 + "\n", "LocalHeight\n"])
-        (self.directory / "pcf.varnoth").write_text(rows)
+        self.remove("pcf.varnoth").write_text(rows)
         for key in set(row.split()[0] for row in rows.splitlines()):
             self.words[key] = None
-    def settings_unreadable(self): (self.directory / "pcf.varnoth").mkdir()
+    def settings_unreadable(self): self.remove("pcf.varnoth").mkdir()
     def log_pool(self):
         table = "".join(f'software_{name} {"STR_V" if name != "execution_times" else "INT_32_V"} 0 1\n {{\n  {"7" if name == "execution_times" else chr(34) + "a" + chr(34)}\n }}\n'
                         for name in ("names", "versions", "dates", "execution_times", "start_times", "end_times"))
-        (self.directory / "log.pool").write_bytes(self.chance.choice([lambda t, _: t, mutated])(table.encode(), self.chance))
+        self.remove("log.pool").write_bytes(self.chance.choice([lambda t, _: t, mutated])(table.encode(), self.chance))
     def directory_instead(self):
-        name = self.name("log.pool", "current_process.pid", "log.varnoth", "insar.pool")
-        (self.directory / name).unlink(missing_ok=True)
-        (self.directory / name).mkdir()
+        self.remove("log.pool", "current_process.pid", "log.varnoth", "insar.pool").mkdir()
     def link(self):
-        name = self.name("log.pool", "master.pool", "parent_process.pid", "log.varnoth")
-        (self.directory / name).unlink(missing_ok=True)
-        (self.directory / name).symlink_to(self.name("nowhere/x", "there", "slave.pool", "slave.pool/x"))
+        self.remove("log.pool", "master.pool", "parent_process.pid", "log.varnoth").symlink_to(self.name("nowhere/x", "there", "slave.pool", "slave.pool/x"))
     def pipe(self):
-        name = self.name("log.pool", "master.pool", "current_process.pid", "insar.pool")
-        (self.directory / name).unlink(missing_ok=True)
-        os.mkfifo(self.directory / name)
+        os.mkfifo(self.remove("log.pool", "master.pool", "current_process.pid", "insar.pool"))
     def rights(self):
         """Takes rights away, from a user who is not above them."""
         name = self.name(".", ".", "insar.pool", "master.pool", "log.pool", "log.varnoth", "current_process.pid", "pcf.varnoth")
@@ -170,7 +170,7 @@ class Faults:
         place.chmod(0o555)
 
 
-FAULTS = [name for name in vars(Faults) if name not in ("__init__", "name", "edit", "entry", "value")
+FAULTS = [name for name in vars(Faults) if name not in ("__init__", "name", "edit", "remove", "entry", "value")
           and not name.startswith("_")]
 
 

@@ -64,7 +64,7 @@ class ORBIT_DOUBTS {
   void Tell() {
     if (!TellEpochs()) return;
     TellPlaces();
-    if (role == MASTER) TellSampleTimes();
+    TellSampleTimes();
     const double first = role == MASTER ? scene.master_first_az_time : scene.slave_first_az_time;
     const double last = role == MASTER ? scene.master_last_az_time : scene.slave_last_az_time;
     CutNear(first, last);
@@ -163,13 +163,14 @@ class ORBIT_DOUBTS {
     if (words.name != "everett" || words.order == 0 || samples.times.size() < 2) return;
     const double step =
         (samples.times.back() - samples.times[0]) / static_cast<double>(samples.times.size() - 1);
+    const double first = role == MASTER ? scene.master_first_az_time : scene.slave_first_az_time;
     for (const double part : {0.0, 0.5, 1.0}) {
-      const double time = scene.master_first_az_time +
-                          part * (scene.master_last_az_time - scene.master_first_az_time);
+      if (role == SLAVE && part > 0) break;  // the search begins at the first line's time
+      const double time = first + part * (scene.master_last_az_time - scene.master_first_az_time);
       const double steps = (time - samples.times[0]) / step;
       if (std::fabs(steps - std::round(steps)) > 1e-12 * std::max(1.0, std::fabs(steps))) continue;
       const char* const line = part == 0.0 ? "first" : part == 1.0 ? "last" : "middle";
-      Add("time-on-sample", FirstTimeKey(MASTER), insar,
+      Add("time-on-sample", FirstTimeKey(role), insar,
           std::string("the ") + line + " line's time, " + Short(time) +
               " s, is that of an orbit sample, and everett divides by the distance to it",
           "move the epochs or the scene by some microseconds, or use localpolynom_0_9", true);

@@ -19,6 +19,14 @@ struct FAILURE_ROW {
   const char* remedy;
 };
 constexpr FAILURE_ROW ROWS[] = {
+    {"to orbit_type_id", "word-unknown", PLACE::SCENE, "orbit_representation",
+     "for instance orbit_pool_double_utc"},
+    {"to interpolation_id", "word-unknown", PLACE::SCENE, "orbit_interpolation",
+     "for instance everett_8"},
+    {"interpolation type from", "word-unknown", PLACE::SCENE, "orbit_interpolation",
+     "for instance everett_8"},
+    {"can not copy array", "degree-negative", PLACE::NONE, "FlatEarthPolyDegree",
+     "give a degree of 0 or more"},
     {"even order", "order-odd", PLACE::SCENE, "orbit_interpolation", "use an even order"},
     {"equidistant grid", "grid-uneven", PLACE::SCENE, "@epochs",
      "move the epochs onto an even grid, or use localpolynom_0_9"},
@@ -118,21 +126,21 @@ FINDING ExplainFailure(STAGE stage, const std::vector<std::string>& lines,
                            : "correct what the lines name";
   const POOL_INPUT* scene = &pools.scene[stage == STAGE::SLAVE_ORBIT ? SLAVE : MASTER];
   const bool is_orbit = stage == STAGE::MASTER_ORBIT || stage == STAGE::SLAVE_ORBIT;
+  if (is_orbit) finding.file = scene->file;
+  if (stage == STAGE::LOG_POOL) {
+    finding.code = "log-pool";
+    finding.remedy = "correct the log pool, or name another one";
+    finding.key = finding.key.empty() ? "log_pp" : finding.key;
+    finding.file = pools.log_file;
+  }
   if (!finding.key.empty()) {
-    if (is_orbit) finding.file = scene->file;
-    for (const POOL_INPUT* pool : {&pools.scene[MASTER], &pools.scene[SLAVE], &pools.insar}) {
-      if (finding.file.empty() && pool->Value(finding.key).is_null()) finding.file = pool->file;
-    }
     if (is_orbit) finding.line = scene->LineOf(finding.key);
     return finding;
   }
   const auto* const row = std::find_if(std::begin(ROWS), std::end(ROWS), [&](const auto& known) {
     return text.find(known.text) != text.npos;
   });
-  if (row == std::end(ROWS)) {
-    if (is_orbit) finding.file = scene->file;
-    return finding;
-  }
+  if (row == std::end(ROWS)) return finding;
   finding.code = row->code;
   finding.remedy = row->remedy;
   finding.key = row->key;

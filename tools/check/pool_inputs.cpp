@@ -362,6 +362,8 @@ void NeedWritable(const SETTING& setting, bool must_update, FINDING_LIST& findin
                         .message = message,
                         .remedy = remedy});
   };
+  struct stat status {};
+  const bool is_there = stat(setting.value.c_str(), &status) == 0;
   if (const std::string reason = WhyNotWritable(setting.value); !reason.empty()) {
     add(SEVERITY::ERROR, "pool-unwritable", "can't open the pool for its update: " + reason,
         "correct the name, or the right to write");
@@ -370,6 +372,9 @@ void NeedWritable(const SETTING& setting, bool must_update, FINDING_LIST& findin
         "the update needs a file beside the pool: " + why +
             (must_update ? "" : "; the run would end with 0 and without results"),
         "correct the right to write into that directory");
+  } else if (is_there && !S_ISREG(status.st_mode) && must_update) {
+    add(SEVERITY::ERROR, "update-impossible", "is no plain file: the update can't cut its length",
+        "name a file");
   } else {
     struct statvfs disk {};
     constexpr unsigned long NEEDED = 1 << 20;
@@ -414,6 +419,7 @@ std::optional<STEP_POOLS> OpenPools(const STEP_SETTINGS& settings, FINDING_LIST&
   pools.scene[MASTER].file = settings.master.value;
   pools.scene[SLAVE].file = settings.slave.value;
   pools.insar.file = settings.insar.value;
+  pools.log_file = settings.log_pool.value;
   bool is_open = Open(settings.master, pools.scene[MASTER].document, findings);
   is_open &= Open(settings.slave, pools.scene[SLAVE].document, findings);
   is_open &= Open(settings.insar, pools.insar.document, findings);

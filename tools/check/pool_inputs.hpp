@@ -26,10 +26,11 @@ struct POOL_INPUT {
   std::size_t LineOfElement(const std::string& key, std::size_t index) const;
 };
 
-/// The three pools that a run reads.
+/// The three pools that a run reads, and the name of the one that takes its row.
 struct STEP_POOLS {
   POOL_INPUT scene[2];  ///< by ROLE
   POOL_INPUT insar;
+  std::string log_file;
 };
 
 /// Tells what stands in the way of the pools: missing, unreadable, unwritable. Nothing is read

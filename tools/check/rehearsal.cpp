@@ -38,7 +38,7 @@ constexpr char FINDING_MARK = '\2';
 constexpr char FAILURE_MARK = '\3';
 
 void Say(char mark, const std::string& text) {
-  const std::string line = mark + text + "\n";
+  const std::string line = std::string("\n") + mark + text + "\n";  // the log may stand in a line
   std::size_t written = 0;
   WriteAll(STDOUT_FILENO, line.data(), line.size(), written);
 }

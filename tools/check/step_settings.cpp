@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <set>
 
 #include "log/log.hpp"
@@ -314,7 +315,11 @@ std::string WhyNotWritable(const std::string& path) {
   }
   if (errno != ENOENT) return std::strerror(errno);
   if (path.back() == '/') return std::strerror(EISDIR);
-  return WhyNoneBeside(path);
+  // A link that leads nowhere: the file comes to be at its end.
+  std::error_code error;
+  const std::filesystem::path target = std::filesystem::read_symlink(path, error);
+  if (error) return WhyNoneBeside(path);
+  return WhyNotWritable(std::filesystem::path(path).parent_path() / target);
 }
 
 }  // namespace varnoth::tools
