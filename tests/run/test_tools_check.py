@@ -12,7 +12,6 @@ from varnoth_run import BINARY, EXAMPLES, Pair, arguments, run
 
 TOOLS = Path(os.environ.get("VARNOTH_TOOLS_BINARY", BINARY.parents[2] / "tools" / "varnoth-tools"))
 pytestmark = pytest.mark.skipif(not TOOLS.exists(), reason="varnoth-tools is not built")
-UTC = make.Example(kind="utc")
 
 
 def tool(directory, *words, **options):
@@ -52,7 +51,7 @@ CASES = {
     "one way": ({"insar.master_first_rg_time": halved, "insar.slave_first_rg_time": halved}, {}, ["e range-short insar.pool 9"]),
     "one way in the slave": ({"insar.slave_first_rg_time": halved}, {}, ["w ranges insar.pool 11"]),
     "beyond the horizon": ({"insar.master_first_rg_time": 0.0221}, {}, [
-        "e range-long insar.pool 9", "w ranges insar.pool 11"]),
+        "w range-long insar.pool 9", "w ranges insar.pool 11"]),
     "last line on a sample": ({"insar.master_first_az_time": 3596.0}, {}, ["e time-on-sample insar.pool 5"]),
     "search from a sample": ({"insar.slave_first_az_time": 3600.0}, {}, ["e time-on-sample insar.pool 7"]),
     "early": ({"insar.master_first_az_time": 3579.0}, {}, ["w orbit-coverage insar.pool 5", "w orbit-coverage insar.pool 7"]),
@@ -60,10 +59,10 @@ CASES = {
     "odd order": ({"slave.orbit_interpolation": "everett_7"}, {}, ["e order-odd slave.pool 26"]),
     "uneven": ({"master.orbit_epoch": moved("orbit_epoch", 6, lambda x: x + 1e-3)}, {}, ["e grid-uneven master.pool 34"]),
     "unordered": ({"master.orbit_epoch": moved("orbit_epoch", 3, lambda x: x + 25), "master.orbit_interpolation": "chebyshev_4"}, {},
-                  ["w epochs-unordered master.pool 40", "w scene-far master.pool -"]),
+                  ["w epochs-unordered master.pool 40"]),
     "a list too short": ({"slave.orbit_y": lambda entry: (entry[0], entry[1][:-1])}, {}, ["e list-length slave.pool 68"]),
     "kilometres": ({f"master.orbit_{c}": lambda entry: (entry[0], [x / 1e3 for x in entry[1]]) for c in "xyz"}, {}, [
-        "e no-ground", "e radius master.pool 53"]),
+        "e no-ground master.pool 30", "e radius master.pool 53", "e range-long insar.pool 9"]),
     "coarse fit": ({"master.orbit_interpolation": "spline"}, {}, ["w interpolation-inexact master.pool 26"]),
     "degree": ({}, {"FlatEarthPolyDegree": "4.5"}, ["w degree-no-number - -"]),
     "high degree, decimal comma": ({}, {"FlatEarthPolyDegree": "11", "LocalHeight": "12,5"}, [

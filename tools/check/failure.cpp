@@ -1,6 +1,7 @@
 #include "tools/check/failure.hpp"
 
 #include <algorithm>
+#include <cstring>
 #include <iterator>
 
 namespace varnoth::tools {
@@ -98,12 +99,16 @@ const char* StageWords(STAGE stage) {
   return "the run";
 }
 
-/// The key that a line names: "… >> KEY << …".
+/// The key that a line names: "… parameter key >> KEY << …", "… list KEY has …".
 std::string KeyIn(const std::string& line) {
-  const std::size_t begin = line.find("parameter key >> ");
-  if (begin == line.npos) return "";
-  const std::size_t start = begin + 17;
-  return line.substr(start, line.find(" <<", start) - start);
+  constexpr const char* BRACKETS[][2] = {{"parameter key >> ", " <<"}, {"list ", " has"}};
+  for (const auto& [opening, closing] : BRACKETS) {
+    const std::size_t begin = line.find(opening);
+    const std::size_t start = begin + std::strlen(opening);
+    const std::size_t end = begin == line.npos ? line.npos : line.find(closing, start);
+    if (end != line.npos) return line.substr(start, end - start);
+  }
+  return "";
 }
 
 }  // namespace

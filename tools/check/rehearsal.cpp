@@ -216,7 +216,7 @@ class LISTENER {
       const bool is_mute = failure.code == "arithmetic";
       const auto is_same = [&](const FINDING& other) {
         return other.level == SEVERITY::ERROR && !failure.key.empty() && other.key == failure.key &&
-               other.file == failure.file;
+               (failure.file.empty() || other.file == failure.file);
       };
       if ((is_mute && is_explained) || std::any_of(findings.begin(), findings.end(), is_same)) {
         continue;
