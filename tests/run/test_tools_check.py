@@ -57,7 +57,7 @@ CASES = {
     "early": ({"insar.master_first_az_time": 3579.0}, {}, ["w orbit-coverage insar.pool 5", "w orbit-coverage insar.pool 7"]),
     "last covered": ({"insar.master_first_az_time": 3615.99}, {}, []),
     "odd order": ({"slave.orbit_interpolation": "everett_7"}, {}, ["e order-odd slave.pool 26"]),
-    "uneven": ({"master.orbit_epoch": moved("orbit_epoch", 6, lambda x: x + 1e-3)}, {}, ["e grid-uneven master.pool 34"]),
+    "uneven": ({"master.orbit_epoch": moved("orbit_epoch", 6, lambda x: x + 1e-3)}, {}, ["e grid-uneven master.pool 42"]),
     "unordered": ({"master.orbit_epoch": moved("orbit_epoch", 3, lambda x: x + 25), "master.orbit_interpolation": "chebyshev_4"}, {},
                   ["w epochs-unordered master.pool 40"]),
     "a list too short": ({"slave.orbit_y": lambda entry: (entry[0], entry[1][:-1])}, {}, ["e list-length slave.pool 68"]),

@@ -360,6 +360,33 @@ void TellOrbitDoubts(const varnoth::SCENE& scene, ROLE role, const STEP_POOLS& p
   Measure([&] { ORBIT_DOUBTS(scene, role, pools, tell).Tell(); });
 }
 
+void TellUnevenGrid(const SCENE_ORBIT& orbit, const POOL_INPUT& pool, const TELL_FINDING& tell) {
+  Measure([&] {
+    const bool is_loaded = orbit.core != nullptr && orbit.core->GetSampleCount() > 2;
+    if (!is_loaded || !pool.Text("orbit_interpolation").starts_with("everett")) return;
+    const std::vector<double> times = SamplesOf(orbit).times;
+    const double step = (times.back() - times[0]) / static_cast<double>(times.size() - 1);
+    double most = 0.0;
+    std::size_t at = 0;
+    for (std::size_t i = 0; i < times.size(); ++i) {
+      const double off = times[i] - times[0] - static_cast<double>(i) * step;
+      if (std::fabs(off) <= std::fabs(most)) continue;
+      most = off;
+      at = i;
+    }
+    constexpr double TOLERANCE = 1e-8;  // of a step, as everett's own
+    if (!(std::fabs(most) > TOLERANCE * std::fabs(step))) return;
+    const std::string key = pool.Text("orbit_param_key");
+    FINDING finding =
+        Doubt("grid-uneven", key, pool,
+              "epoch " + std::to_string(at + 1) + " is " + Short(most) + " s off an even grid of " +
+                  Short(step) + " s, which everett needs",
+              "move the epochs onto the grid, along the velocity, or use localpolynom_0_9", true);
+    finding.line = pool.LineOfElement(key, at);
+    tell(finding);
+  });
+}
+
 void TellPairDoubts(const varnoth::SCENE& scene, const STEP_POOLS& pools,
                     const TELL_FINDING& tell) {
   Measure([&] { TellReferenceTimes(scene, pools, tell); });

@@ -17,6 +17,9 @@ using TELL_FINDING = std::function<void(const FINDING&)>;
 void TellOrbitDoubts(const varnoth::SCENE& scene, ROLE role, const STEP_POOLS& pools,
                      const TELL_FINDING& tell);
 
+/// About an orbit that everett refuses: which epoch is how far off an even grid.
+void TellUnevenGrid(const SCENE_ORBIT& orbit, const POOL_INPUT& pool, const TELL_FINDING& tell);
+
 /// About the pair: reference times in single pass, and the first range against the satellite's
 /// height.
 void TellPairDoubts(const varnoth::SCENE& scene, const STEP_POOLS& pools, const TELL_FINDING& tell);

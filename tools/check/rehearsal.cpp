@@ -60,8 +60,13 @@ class REHEARSAL {
     };
     // Each part for itself, so that one failure does not hide the next.
     bool is_good = Do(STAGE::LOG_POOL, [&] { ReadLogPool(); });
-    is_good &= Do(STAGE::MASTER_ORBIT, [&] { scene.master_orbit.read(master); });
-    is_good &= Do(STAGE::SLAVE_ORBIT, [&] { scene.slave_orbit.read(slave); });
+    const auto load = [&](STAGE stage, ROLE role, SCENE_ORBIT& orbit, PARAMETER_POOL& pool) {
+      if (Do(stage, [&] { orbit.read(pool); })) return;
+      is_good = false;
+      TellUnevenGrid(orbit, pools.scene[role], tell);
+    };
+    load(STAGE::MASTER_ORBIT, MASTER, scene.master_orbit, master);
+    load(STAGE::SLAVE_ORBIT, SLAVE, scene.slave_orbit, slave);
     is_good &= Do(STAGE::PARAMETERS, [&] {
       ReadHeight(insar);
       read_scene_parameters(scene, master, slave, insar);
