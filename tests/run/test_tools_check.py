@@ -124,13 +124,15 @@ def test_velocities(tmp_path):
 
 def test_configuration_file(tmp_path):
     make_pair(tmp_path, {})
-    (tmp_path / "pcf.varnoth").write_text("MasterPar master.pool\n\nlog_pp insar.pool\nMasterPar none.pool\nlfl LOUD\n")
+    (tmp_path / "pcf.varnoth").write_text("MasterPar master.pool\n\nlog_pp insar.pool\nLocalHeight 1\nlfl LOUD\nLocalHeight 2,5\n")
     words = arguments(MasterPar=None, log_pp=None)
-    assert short(told(tmp_path, words)) == ["w key-twice pcf.varnoth 4", "w level-unknown pcf.varnoth 5"]
+    # The run looks whether there is a height, and then reads the next one.
+    assert short(told(tmp_path, words)) == [
+        "w height-no-number pcf.varnoth 6", "w key-twice pcf.varnoth 6", "w level-unknown pcf.varnoth 5"]
     (tmp_path / "STOP.varnoth").touch()
     done = tool(tmp_path, *words)
-    assert done.returncode == 1 and done.stdout == "the run would fail: 1 error, 2 warnings\n"
-    assert done.stderr.splitlines()[1].startswith("pcf.varnoth:4: warning: MasterPar: stands twice")
+    assert done.returncode == 1 and done.stdout == "the run would fail: 1 error, 3 warnings\n"
+    assert done.stderr.splitlines()[1].startswith("pcf.varnoth:6: warning: LocalHeight: stands twice")
 
 
 @pytest.mark.parametrize("example", sorted(p.parent.name for p in EXAMPLES.glob("*/insar.pool")))
