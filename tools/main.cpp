@@ -6,6 +6,7 @@
 
 #include "log/log.hpp"
 #include "tools/check/command.hpp"
+#include "tools/import/commands.hpp"
 #include "tools/pool/commands.hpp"
 
 namespace varnoth {
@@ -74,8 +75,30 @@ void AddCheck(CLI::App& app, CHECK_ARGUMENTS& given, TOOL_STATUS& status) {
   });
 }
 
+/// "import" itself; its subcommands are added by an Add... each.
+CLI::App* AddImport(CLI::App& app) {
+  CLI::App* const import =
+      app.add_subcommand("import", "Make scene pools of annotation and orbits");
+  import->require_subcommand(1);
+  return import;
+}
+
+void AddImportSentinel1(CLI::App& import, tools::SENTINEL1_REQUEST& request, TOOL_STATUS& status) {
+  CLI::App* const command =
+      import.add_subcommand("sentinel1", "Read the annotation of a single-look complex image");
+  command->add_option("SOURCE", request.source, "Annotation (.xml, .xml.gz), .SAFE folder or .zip")
+      ->required();
+  command->add_option("--out", request.out, "Scene pool to write")->required();
+  command->add_option("--swath", request.swath, "Swath, as IW1");
+  command->add_option("--polarisation", request.polarisation, "Polarisation, as VV");
+  command->add_option("--orbit", request.orbit, "Orbit file (.EOF), or a folder of them");
+  command->add_option("--interpolation", request.interpolation, "Of the orbit")
+      ->capture_default_str();
+  command->callback([&] { status = tools::ImportSentinel1(request); });
+}
+
 int Run(int count, char** arguments) {
-  CLI::App app("Tools around varnoth: look at pools, and mend them", "varnoth-tools");
+  CLI::App app("Tools around varnoth: make, look at and mend pools", "varnoth-tools");
   app.require_subcommand(1);
   CLI::App* const pool = app.add_subcommand("pool", "Show, change, compare and check pools");
   pool->require_subcommand(1);
@@ -132,6 +155,9 @@ int Run(int count, char** arguments) {
 
   CHECK_ARGUMENTS step;
   AddCheck(app, step, status);
+  CLI::App* const import = AddImport(app);
+  tools::SENTINEL1_REQUEST sentinel1;
+  AddImportSentinel1(*import, sentinel1, status);
 
   try {
     std::vector<std::string> words = MarkValues({arguments + 1, arguments + count});

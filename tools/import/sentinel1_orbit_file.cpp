@@ -1,0 +1,208 @@
+#include "tools/import/sentinel1_orbit_file.hpp"
+
+#include <algorithm>
+#include <filesystem>
+#include <sstream>
+
+#include "tools/import/orbit_work.hpp"
+#include "tools/import/scene_check.hpp"
+
+namespace varnoth::tools {
+
+namespace {
+
+enum class KIND { PRECISE, RESTITUTED, OTHER };
+
+KIND KindOf(const std::string& type) {
+  if (type.find("POEORB") != type.npos) return KIND::PRECISE;
+  return type.find("RESORB") != type.npos ? KIND::RESTITUTED : KIND::OTHER;
+}
+
+const char* Word(KIND kind) {
+  if (kind == KIND::PRECISE) return "precise";
+  return kind == KIND::RESTITUTED ? "restituted" : "other";
+}
+
+/// What the name of an orbit file tells; a name of another form tells nothing.
+struct ORBIT_FILE_NAME {
+  std::string path;
+  std::string satellite;
+  KIND kind = KIND::OTHER;
+  std::string created;  ///< as "20210304T033926", so that texts sort as times
+  std::optional<MOMENT> start;
+  std::optional<MOMENT> stop;
+};
+
+/// "20210304T033926"
+std::optional<MOMENT> CompactTime(std::string text) {
+  if (text.size() < 15) return std::nullopt;
+  text.resize(15);
+  for (const std::size_t place : {13, 11}) text.insert(place, ":");
+  for (const std::size_t place : {6, 4}) text.insert(place, "-");
+  return MomentFromText(text);
+}
+
+/// As in S1A_OPER_AUX_POEORB_OPOD_20210304T033926_V20141003T225944_20141005T005944.EOF
+ORBIT_FILE_NAME ReadName(const std::string& path) {
+  ORBIT_FILE_NAME name;
+  name.path = path;
+  std::istringstream text(std::filesystem::path(path).filename().string());
+  std::vector<std::string> parts;
+  for (std::string part; std::getline(text, part, '_');) parts.push_back(part);
+  if (parts.size() != 8 || !parts[6].starts_with('V')) return name;
+  name.satellite = parts[0];
+  name.kind = KindOf(parts[3]);
+  name.created = parts[5];
+  name.start = CompactTime(parts[6].substr(1));
+  name.stop = CompactTime(parts[7]);
+  return name;
+}
+
+bool IsOrbitFile(const std::string& name) {
+  return name.ends_with(".EOF") || name.ends_with(".EOF.gz") || name.ends_with(".EOF.zip");
+}
+
+/// Whether the name leaves it open that the file is of use.
+bool MayCover(const ORBIT_FILE_NAME& name, const SCENE& scene) {
+  if (!name.satellite.empty() && name.satellite != scene.satellite) return false;
+  return !(name.start && MicrosecondsBetween(*name.start, scene.first_line.value) < 0) &&
+         !(name.stop && MicrosecondsBetween(LastLine(scene), *name.stop) < 0);
+}
+
+SOURCE_FILE ReadPacked(const std::string& path) {
+  if (!HoldsFiles(path)) return ReadSource(path);
+  for (const std::string& name : FilesWithin(path)) {
+    if (IsOrbitFile(name)) return ReadWithin(path, name);
+  }
+  throw IMPORT_FAILURE(path, 1, "holds no orbit file");
+}
+
+std::string Span(const STATE_VECTORS& orbit) {
+  return IsoTime(orbit.epoch.front()) + " to " + IsoTime(orbit.epoch.back());
+}
+
+void TakeFile(SCENE& scene, const std::string& path, const INTERPOLATION& interpolation) {
+  const XML_FILE xml(ReadPacked(path));
+  SENTINEL1_ORBIT_FILE file = ReadSentinel1OrbitFile(xml);
+  if (file.satellite != scene.satellite) {
+    xml.Fail(xml.Root(), "an orbit of " + file.satellite + ", and the scene is of " +
+                             scene.satellite);
+  }
+  const MOMENT last = LastLine(scene);
+  const COVERAGE coverage = CoverageOf(file.orbit, scene.first_line.value, last);
+  const std::size_t needed = interpolation.vectors_beyond;
+  if (coverage.ahead < needed || coverage.behind < needed) {
+    xml.Fail(xml.Root(), "its vectors, " + Span(file.orbit) + ", do not cover the scene, " +
+                             IsoTime(scene.first_line.value) + " to " + IsoTime(last) + ", with " +
+                             std::to_string(needed) + " vectors to spare");
+  }
+  CutToScene(file.orbit, scene.first_line.value, last, interpolation);
+  const STATE_VECTORS& orbit = file.orbit;
+  const auto degraded = std::count_if(
+      file.degraded.begin(), file.degraded.end(), [&](const MOMENT& epoch) {
+        return MicrosecondsBetween(orbit.epoch.front(), epoch) >= 0 &&
+               MicrosecondsBetween(epoch, orbit.epoch.back()) >= 0;
+      });
+  if (degraded > 0) {
+    file.warnings.push_back(std::to_string(degraded) + " vectors around the scene are of a "
+                            "degraded quality");
+  }
+  for (const std::string& warning : file.warnings) {
+    scene.warnings.push_back(xml.Name() + ": " + warning);
+  }
+  scene.orbit = file.orbit;
+}
+
+}  // namespace
+
+SENTINEL1_ORBIT_FILE ReadSentinel1OrbitFile(const XML_FILE& file) {
+  const pugi::xml_node root = file.Root();
+  if (std::string(root.name()) != "Earth_Explorer_File") {
+    file.Fail(root, std::string("XML with the root element ") + root.name() +
+                        ": no orbit file of Sentinel-1");
+  }
+  const pugi::xml_node header = file.Find(root, "Earth_Explorer_Header");
+  const std::string mission = file.Text(header, "Fixed_Header/Mission");
+  const std::string type = file.Text(header, "Fixed_Header/File_Type");
+  SENTINEL1_ORBIT_FILE result;
+  STATE_VECTORS& orbit = result.orbit;
+  orbit.frame = file.Text(header, "Variable_Header/Ref_Frame");
+  orbit.time_system = file.Text(header, "Variable_Header/Time_Reference");
+  if (!mission.starts_with("Sentinel-1") || mission.size() != 11) {
+    file.Fail(file.Find(header, "Fixed_Header/Mission"), "an orbit of " + mission.substr(0, 40));
+  }
+  if (orbit.frame != "EARTH_FIXED" || orbit.time_system != "UTC") {
+    file.Fail(file.Find(header, "Variable_Header"),
+              "vectors in the frame " + orbit.frame + " and the time " + orbit.time_system +
+                  ": EARTH_FIXED and UTC are needed");
+  }
+  result.satellite = "S1" + mission.substr(10);
+  orbit.source = "orbit file " + std::filesystem::path(file.Name()).filename().string() + " (" +
+                 Word(KindOf(type)) + ")";
+
+  const pugi::xml_node list = file.Find(root, "Data_Block/List_of_OSVs");
+  for (const pugi::xml_node node : list.children("OSV")) {
+    const MOMENT epoch = file.Time(node, "UTC", "UTC=");
+    if (orbit.epoch.empty() && node.child("TAI")) {
+      const MOMENT tai = file.Time(node, "TAI", "TAI=");
+      const std::int64_t ahead = (tai.day - epoch.day) * MICROSECONDS_OF_DAY + tai.microseconds -
+                                 epoch.microseconds;
+      const std::int64_t expected = TaiMinusUtc(epoch) * MICROSECONDS_OF_SECOND;
+      if (ahead != expected) {
+        result.warnings.push_back("TAI - UTC is " + std::to_string(ahead / MICROSECONDS_OF_SECOND) +
+                                  " s there and " +
+                                  std::to_string(expected / MICROSECONDS_OF_SECOND) +
+                                  " s by the table of leap seconds");
+      }
+    }
+    AddVector(orbit, epoch, {file.Number(node, "X"), file.Number(node, "Y"), file.Number(node, "Z")},
+              {file.Number(node, "VX"), file.Number(node, "VY"), file.Number(node, "VZ")});
+    if (std::string_view(node.child("Quality").child_value()) != "NOMINAL") {
+      result.degraded.push_back(epoch);
+    }
+  }
+  if (orbit.epoch.empty()) file.Fail(list, "holds no state vectors");
+  const std::int64_t stated = list.attribute("count").as_llong(-1);
+  if (stated != static_cast<std::int64_t>(orbit.epoch.size())) {
+    result.warnings.push_back("states " + std::to_string(stated) + " vectors and holds " +
+                              std::to_string(orbit.epoch.size()) + ", " + Span(orbit));
+  }
+  return result;
+}
+
+void TakeSentinel1Orbit(SCENE& scene, const std::string& file_or_folder,
+                        const INTERPOLATION& interpolation) {
+  std::error_code ignored;
+  if (!std::filesystem::is_directory(file_or_folder, ignored)) {
+    return TakeFile(scene, file_or_folder, interpolation);
+  }
+  std::vector<ORBIT_FILE_NAME> names;
+  std::size_t count = 0;
+  for (const std::string& file : FilesWithin(file_or_folder)) {
+    if (!IsOrbitFile(file)) continue;
+    ++count;
+    ORBIT_FILE_NAME name = ReadName((std::filesystem::path(file_or_folder) / file).string());
+    if (MayCover(name, scene)) names.push_back(std::move(name));
+  }
+  std::stable_sort(names.begin(), names.end(),
+                   [](const ORBIT_FILE_NAME& a, const ORBIT_FILE_NAME& b) {
+                     return a.kind != b.kind ? a.kind < b.kind : a.created > b.created;
+                   });
+  std::string reasons;
+  for (const ORBIT_FILE_NAME& name : names) {
+    try {
+      TakeFile(scene, name.path, interpolation);
+      scene.orbit.remarks.push_back("best of the " + std::to_string(count) +
+                                    " orbit files in its folder");
+      return;
+    } catch (const IMPORT_FAILURE& failure) {
+      reasons += "; " + failure.file + ": " + failure.what();
+    }
+  }
+  throw IMPORT_FAILURE(file_or_folder, 1,
+                       "none of " + std::to_string(count) + " orbit files covers " +
+                           scene.satellite + " from " + IsoTime(scene.first_line.value) + " to " +
+                           IsoTime(LastLine(scene)) + reasons);
+}
+
+}  // namespace varnoth::tools

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "tools/import/interpolation.hpp"
+#include "tools/import/xml_file.hpp"
+
+namespace varnoth::tools {
+
+/// An orbit file (EOF) of Sentinel-1, precise or restituted, with all its vectors.
+struct SENTINEL1_ORBIT_FILE {
+  std::string satellite;  ///< "S1A"
+  STATE_VECTORS orbit;
+  std::vector<MOMENT> degraded;       ///< epochs whose quality is not nominal
+  std::vector<std::string> warnings;  ///< about the file as a whole
+};
+
+/// Throws IMPORT_FAILURE, which names a frame or time system that is not Earth-fixed or UTC.
+SENTINEL1_ORBIT_FILE ReadSentinel1OrbitFile(const XML_FILE& file);
+
+/// Takes a scene's orbit from a file, or from the best one of a folder: of the scene's satellite,
+/// with enough vectors for the interpolation on both sides of the scene; a precise one before a
+/// restituted one, and of these the newest. What the vectors cover counts, not what the name says.
+/// A remark names the choice. Throws IMPORT_FAILURE if there is none.
+void TakeSentinel1Orbit(SCENE& scene, const std::string& file_or_folder,
+                        const INTERPOLATION& interpolation);
+
+}  // namespace varnoth::tools
