@@ -10,7 +10,8 @@ namespace varnoth::tools {
 // it holds, and on standard error what to mind.
 
 struct SENTINEL1_REQUEST {
-  std::string source;  ///< an annotation file, also gzipped, or a product as a folder or ZIP archive
+  std::string
+      source;  ///< an annotation file, also gzipped, or a product as a folder or ZIP archive
   std::string out;
   std::string swath;         ///< as "IW1"; may be empty where there is only one
   std::string polarisation;  ///< as "VV"; empty: the one that the antenna sends

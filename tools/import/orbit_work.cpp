@@ -118,8 +118,8 @@ bool MoveOntoGrid(STATE_VECTORS& orbit) {
   const std::size_t count = orbit.epoch.size();
   if (count < 3) return true;
   const std::vector<std::int64_t> times = TimesOf(orbit);
-  const std::int64_t step = std::llround(static_cast<double>(times.back()) /
-                                         static_cast<double>(count - 1));
+  const std::int64_t step =
+      std::llround(static_cast<double>(times.back()) / static_cast<double>(count - 1));
   std::vector<std::int64_t> offsets;
   for (std::size_t i = 0; i < count; ++i) {
     offsets.push_back(times[i] - static_cast<std::int64_t>(i) * step);
@@ -142,11 +142,10 @@ bool MoveOntoGrid(STATE_VECTORS& orbit) {
     if (late == 0) continue;
     orbit.epoch[i] = Later(orbit.epoch[i], -late);
     for (int axis = 0; axis < 3; ++axis) {
-      orbit.position[axis][i] -=
-          orbit.velocity[axis][i] * static_cast<double>(late) * MICROSECOND;
+      orbit.position[axis][i] -= orbit.velocity[axis][i] * static_cast<double>(late) * MICROSECOND;
     }
-    distance = std::max(distance, std::abs(static_cast<double>(late)) * MICROSECOND *
-                                      Norm(VelocityOf(orbit, i)));
+    distance = std::max(
+        distance, std::abs(static_cast<double>(late)) * MICROSECOND * Norm(VelocityOf(orbit, i)));
   }
   if (moved > 0) {
     char text[160];
@@ -190,8 +189,9 @@ std::vector<VECTOR_3> VelocityGaps(const STATE_VECTORS& orbit) {
 double AlongTrackShift(const STATE_VECTORS& orbit, const std::vector<VECTOR_3>& gaps,
                        const MOMENT& moment, const VECTOR_3& target) {
   // Straight lines between the vectors are good to 100 m here, and the gaps change slowly.
-  const auto next = std::find_if(orbit.epoch.begin() + 1, orbit.epoch.end() - 1,
-                                 [&](const MOMENT& e) { return MicrosecondsBetween(e, moment) < 0; });
+  const auto next =
+      std::find_if(orbit.epoch.begin() + 1, orbit.epoch.end() - 1,
+                   [&](const MOMENT& e) { return MicrosecondsBetween(e, moment) < 0; });
   const auto b = static_cast<std::size_t>(next - orbit.epoch.begin());
   const std::size_t a = b - 1;
   const double part = static_cast<double>(MicrosecondsBetween(orbit.epoch[a], moment)) /

@@ -22,8 +22,7 @@ void CheckWithin(const char* name, double value, const std::string& source, doub
 }  // namespace
 
 MOMENT LastLine(const SCENE& scene) {
-  const double seconds =
-      static_cast<double>(scene.line_count.value - 1) / scene.line_rate.value;
+  const double seconds = static_cast<double>(scene.line_count.value - 1) / scene.line_rate.value;
   return Later(scene.first_line.value, std::llround(seconds * MICROSECONDS_OF_SECOND));
 }
 

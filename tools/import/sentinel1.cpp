@@ -71,22 +71,21 @@ SOURCE_FILE ReadFromProduct(const SENTINEL1_REQUEST& request,
   std::string polarisation = Upper(request.polarisation);
   // All polarisations of a pass have one geometry.
   for (const char* const usual : {"VV", "HH"}) {
-    const bool is_there = std::any_of(candidates.begin(), candidates.end(), [&](const auto& c) {
-      return c.polarisation == usual;
-    });
+    const bool is_there = std::any_of(candidates.begin(), candidates.end(),
+                                      [&](const auto& c) { return c.polarisation == usual; });
     if (polarisation.empty() && is_there) polarisation = usual;
   }
   Choose(candidates, &CANDIDATE::polarisation, polarisation, "polarisation", source);
   if (candidates.size() > 1) {
-    throw IMPORT_FAILURE(source, 1, "has " + std::to_string(candidates.size()) +
-                                        " images of this kind: give the annotation file itself");
+    throw IMPORT_FAILURE(source, 1,
+                         "has " + std::to_string(candidates.size()) +
+                             " images of this kind: give the annotation file itself");
   }
   return ReadWithin(source, candidates[0].name);
 }
 
 /// Manifests are known that count the cycle's orbits in another way.
-void CheckManifest(const std::string& source, const std::vector<std::string>& names,
-                   SCENE& scene) {
+void CheckManifest(const std::string& source, const std::vector<std::string>& names, SCENE& scene) {
   const auto name = std::find_if(names.begin(), names.end(), [](const std::string& n) {
     return std::filesystem::path(n).filename() == "manifest.safe";
   });
@@ -122,8 +121,8 @@ void MeasureVelocities(const SENTINEL1_ANNOTATION& annotation, bool has_orbit_fi
   for (const VECTOR_3& one : gaps) gap = std::max(gap, Norm(one));
   double shift = 0.0;
   for (const ANNOTATED_POINT& point : annotation.grid) {
-    shift = std::max(shift,
-                     std::abs(AlongTrackShift(scene.orbit, gaps, point.time, point.position)));
+    shift =
+        std::max(shift, std::abs(AlongTrackShift(scene.orbit, gaps, point.time, point.position)));
   }
   if (shift < NOTEWORTHY) return;
   char text[200];

@@ -42,8 +42,9 @@ void CheckProduct(const XML_FILE& file) {
   const std::string projection = file.Text(root, "generalAnnotation/productInformation/projection");
   if (type == "GRD" || projection == "Ground Range") {
     file.Fail(file.Find(root, "adsHeader/productType"),
-              "a " + type + " product: it has no slant range grid; take the SLC product of the "
-              "same pass");
+              "a " + type +
+                  " product: it has no slant range grid; take the SLC product of the "
+                  "same pass");
   }
   if (type != "SLC" || projection != "Slant Range") {
     file.Fail(file.Find(root, "adsHeader/productType"),
@@ -57,8 +58,7 @@ void ReadTiming(const XML_FILE& file, SCENE& scene) {
   scene.line_count = {file.Whole(image, "numberOfLines"), at + "numberOfLines"};
   scene.sample_count = {file.Whole(image, "numberOfSamples"), at + "numberOfSamples"};
   scene.first_line = {file.Time(image, "productFirstLineUtcTime"), at + "productFirstLineUtcTime"};
-  scene.first_range_time = {file.Number(image, "slantRangeTime"),
-                            at + "slantRangeTime, two-way"};
+  scene.first_range_time = {file.Number(image, "slantRangeTime"), at + "slantRangeTime, two-way"};
   scene.line_rate = {file.Number(image, "azimuthFrequency"),
                      at + "azimuthFrequency, the line rate of the focused image"};
   const double interval = file.Number(image, "azimuthTimeInterval");
@@ -95,14 +95,12 @@ void ReadTiming(const XML_FILE& file, SCENE& scene) {
 }
 
 void ReadRadar(const XML_FILE& file, SCENE& scene) {
-  const pugi::xml_node product =
-      file.Find(file.Root(), "generalAnnotation/productInformation");
+  const pugi::xml_node product = file.Find(file.Root(), "generalAnnotation/productInformation");
   const std::string at = "generalAnnotation/productInformation/";
   scene.range_sampling_frequency = {file.Number(product, "rangeSamplingRate"),
                                     at + "rangeSamplingRate"};
   scene.radar_frequency = {file.Number(product, "radarFrequency"), at + "radarFrequency"};
-  const pugi::xml_node processing =
-      file.Find(file.Root(), "imageAnnotation/processingInformation");
+  const pugi::xml_node processing = file.Find(file.Root(), "imageAnnotation/processingInformation");
   scene.azimuth_bandwidth = {
       file.Number(processing,
                   "swathProcParamsList/swathProcParams/azimuthProcessing/processingBandwidth"),
@@ -160,9 +158,8 @@ void ReadGrid(const XML_FILE& file, SENTINEL1_ANNOTATION& annotation) {
         {file.Time(node, "azimuthTime"),
          GroundPosition(latitude, longitude, file.Number(node, "height"),
                         scene.equatorial_radius.value, scene.polar_radius.value)});
-    const double distance =
-        std::hypot(lines / static_cast<double>(scene.line_count.value),
-                   samples / static_cast<double>(scene.sample_count.value));
+    const double distance = std::hypot(lines / static_cast<double>(scene.line_count.value),
+                                       samples / static_cast<double>(scene.sample_count.value));
     if (distance < nearest) {
       nearest = distance;
       scene.center_latitude = {latitude, "latitude of the middle point of geolocationGrid"};
@@ -207,8 +204,8 @@ SENTINEL1_ANNOTATION ReadSentinel1Annotation(const XML_FILE& file) {
       Sentinel1RelativeOrbit(scene.satellite, scene.absolute_orbit.value),
       "from the absolute orbit: " + scene.satellite + " repeats its orbits after 175"};
   ReadTiming(file, scene);
-  scene.attribution = "Contains modified Copernicus Sentinel data " +
-                      IsoTime(scene.first_line.value).substr(0, 4);
+  scene.attribution =
+      "Contains modified Copernicus Sentinel data " + IsoTime(scene.first_line.value).substr(0, 4);
   ReadRadar(file, scene);
   ReadOrbit(file, scene);
   ReadGrid(file, annotation);

@@ -93,8 +93,8 @@ std::vector<std::string> NamesInFolder(const std::string& folder) {
   constexpr int DEEPEST = 1;  // products and archives of orbit files are flat
   std::vector<std::string> names;
   std::error_code error;
-  const auto options =
-      fs::directory_options::skip_permission_denied | fs::directory_options::follow_directory_symlink;
+  const auto options = fs::directory_options::skip_permission_denied |
+                       fs::directory_options::follow_directory_symlink;
   for (fs::recursive_directory_iterator i(folder, options, error), end; !error && i != end;
        i.increment(error)) {
     std::error_code ignored;
@@ -144,9 +144,8 @@ bool HoldsFiles(const std::string& place) {
 
 std::vector<std::string> FilesWithin(const std::string& place) {
   std::error_code ignored;
-  std::vector<std::string> names = std::filesystem::is_directory(place, ignored)
-                                       ? NamesInFolder(place)
-                                       : NamesInArchive(place);
+  std::vector<std::string> names =
+      std::filesystem::is_directory(place, ignored) ? NamesInFolder(place) : NamesInArchive(place);
   std::sort(names.begin(), names.end());
   return names;
 }
