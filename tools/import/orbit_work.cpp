@@ -89,14 +89,20 @@ void CutToScene(STATE_VECTORS& orbit, const MOMENT& first, const MOMENT& last,
                           " of " + std::to_string(count));
 }
 
+void CheckOrder(const STATE_VECTORS& orbit) {
+  for (std::size_t i = 1; i < orbit.epoch.size(); ++i) {
+    if (MicrosecondsBetween(orbit.epoch[i - 1], orbit.epoch[i]) <= 0) {
+      throw std::runtime_error("the state vector at " + IsoTime(orbit.epoch[i]) +
+                               " is not later than the one before it");
+    }
+  }
+}
+
 void CheckVectors(const STATE_VECTORS& orbit) {
   constexpr double RADII[2] = {6.5e6, 8.5e6};   // m
   constexpr double SPEEDS[2] = {6.0e3, 8.5e3};  // m/s, Earth-fixed
   for (std::size_t i = 0; i < orbit.epoch.size(); ++i) {
     const std::string at = " at " + IsoTime(orbit.epoch[i]);
-    if (i > 0 && MicrosecondsBetween(orbit.epoch[i - 1], orbit.epoch[i]) <= 0) {
-      throw std::runtime_error("the state vector" + at + " is not later than the one before it");
-    }
     const double radius = Norm(PositionOf(orbit, i));
     const double speed = Norm(VelocityOf(orbit, i));
     char text[160];

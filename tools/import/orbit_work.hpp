@@ -40,7 +40,9 @@ COVERAGE CoverageOf(const STATE_VECTORS& orbit, const MOMENT& first, const MOMEN
 void CutToScene(STATE_VECTORS& orbit, const MOMENT& first, const MOMENT& last,
                 const INTERPOLATION& interpolation);
 
-/// Fails for epochs that don't increase, and for radii or speeds that no radar satellite has.
+/// Fails for epochs that don't increase.
+void CheckOrder(const STATE_VECTORS& orbit);
+/// Fails for radii or speeds that no radar satellite has.
 void CheckVectors(const STATE_VECTORS& orbit);
 
 /// Printed epochs of an even grid are rounded, some by a microsecond more than others. Moves such

@@ -48,6 +48,7 @@ void CheckScene(const SCENE& scene) {
 
 void FitOrbit(SCENE& scene, const INTERPOLATION& interpolation) {
   STATE_VECTORS& orbit = scene.orbit;
+  CheckOrder(orbit);
   const MOMENT& first = scene.first_line.value;
   const MOMENT last = LastLine(scene);
   const COVERAGE coverage = CoverageOf(orbit, first, last);

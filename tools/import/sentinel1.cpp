@@ -102,11 +102,11 @@ void CheckManifest(const std::string& source, const std::vector<std::string>& na
 }
 
 void CheckChoice(const SENTINEL1_REQUEST& request, const XML_FILE& file, const SCENE& scene) {
-  std::string wanted = Upper(request.swath);
-  wanted += wanted.empty() || request.polarisation.empty() ? "" : " ";
-  wanted += Upper(request.polarisation);
-  if (scene.mode.find(wanted) == scene.mode.npos) {
-    file.Fail(file.Root(), "holds " + scene.mode + ", not " + wanted);
+  for (const std::string& wanted : {Upper(request.swath), Upper(request.polarisation)}) {
+    const std::string words = " " + scene.mode + " ";
+    if (!wanted.empty() && words.find(" " + wanted + " ") == words.npos) {
+      file.Fail(file.Root(), "holds " + scene.mode + ", not " + wanted);
+    }
   }
 }
 
@@ -134,7 +134,9 @@ void MeasureVelocities(const SENTINEL1_ANNOTATION& annotation, bool has_orbit_fi
                            (has_orbit_file ? "" : "; a precise orbit file (--orbit) mends it"));
 }
 
-SCENE ReadScene(const SENTINEL1_REQUEST& request, const INTERPOLATION& interpolation) {
+/// Adds the files that count to `inputs`.
+SCENE ReadScene(const SENTINEL1_REQUEST& request, const INTERPOLATION& interpolation,
+                std::vector<std::string>& inputs) {
   SENTINEL1_REQUEST from = request;
   if (std::filesystem::path(from.source).filename() == "manifest.safe") {
     from.source = std::filesystem::path(from.source).parent_path().string();
@@ -146,39 +148,48 @@ SCENE ReadScene(const SENTINEL1_REQUEST& request, const INTERPOLATION& interpola
   const XML_FILE file(is_product ? ReadFromProduct(from, names) : ReadSource(from.source));
   const SENTINEL1_ANNOTATION annotation = ReadSentinel1Annotation(file);
   SCENE scene = annotation.scene;
+  inputs.push_back(file.Name());
   CheckChoice(request, file, scene);
   if (is_product) CheckManifest(from.source, names, scene);
   try {
     CheckScene(scene);
-    if (!request.orbit.empty()) TakeSentinel1Orbit(scene, request.orbit, interpolation);
+    if (!request.orbit.empty()) {
+      inputs.push_back(TakeSentinel1Orbit(scene, request.orbit, interpolation));
+    }
     FitOrbit(scene, interpolation);
   } catch (const IMPORT_FAILURE&) {
     throw;
   } catch (const std::runtime_error& failure) {
-    throw IMPORT_FAILURE(file.Name(), 1, failure.what());
+    throw IMPORT_FAILURE(inputs.back(), 1, failure.what());
   }
   MeasureVelocities(annotation, !request.orbit.empty(), scene);
   return scene;
 }
 
-bool IsInput(const SENTINEL1_REQUEST& request) {
+bool IsInput(const std::string& out, const std::vector<std::string>& inputs) {
   std::error_code ignored;
-  return std::filesystem::equivalent(request.out, request.source, ignored) ||
-         std::filesystem::equivalent(request.out, request.orbit, ignored);
+  return std::any_of(inputs.begin(), inputs.end(), [&](const std::string& input) {
+    return std::filesystem::equivalent(out, input, ignored);
+  });
 }
 
 }  // namespace
 
 TOOL_STATUS ImportSentinel1(const SENTINEL1_REQUEST& request) {
   const auto interpolation = FindInterpolation(request.interpolation);
-  if (!interpolation || IsInput(request)) {
-    Tell(interpolation ? request.out : request.source, 1, SEVERITY::ERROR,
-         interpolation ? "is an input" : "no run knows the interpolation " + request.interpolation);
+  if (!interpolation) {
+    Tell(request.source, 1, SEVERITY::ERROR,
+         "no run knows the interpolation " + request.interpolation);
     return WRONG_USAGE;
   }
   SCENE scene;
   try {
-    scene = ReadScene(request, *interpolation);
+    std::vector<std::string> inputs = {request.source};
+    scene = ReadScene(request, *interpolation, inputs);
+    if (IsInput(request.out, inputs)) {
+      Tell(request.out, 1, SEVERITY::ERROR, "is an input");
+      return WRONG_USAGE;
+    }
   } catch (const IMPORT_FAILURE& failure) {
     Tell(failure.file, failure.line, SEVERITY::ERROR, failure.what());
     return FINDINGS;

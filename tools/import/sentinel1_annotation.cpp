@@ -122,7 +122,11 @@ void ReadOrbit(const XML_FILE& file, SCENE& scene) {
                 "state vectors of the frame '" + frame + "': Earth-fixed ones are needed");
     }
     orbit.frame = frame;
-    AddVector(orbit, file.Time(node, "time"),
+    const MOMENT epoch = file.Time(node, "time");
+    if (!orbit.epoch.empty() && MicrosecondsBetween(orbit.epoch.back(), epoch) <= 0) {
+      file.Fail(node, "the state vector is not later than the one before it");
+    }
+    AddVector(orbit, epoch,
               {file.Number(node, "position/x"), file.Number(node, "position/y"),
                file.Number(node, "position/z")},
               {file.Number(node, "velocity/x"), file.Number(node, "velocity/y"),

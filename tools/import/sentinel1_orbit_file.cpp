@@ -18,9 +18,10 @@ KIND KindOf(const std::string& type) {
   return type.find("RESORB") != type.npos ? KIND::RESTITUTED : KIND::OTHER;
 }
 
-const char* Word(KIND kind) {
-  if (kind == KIND::PRECISE) return "precise";
-  return kind == KIND::RESTITUTED ? "restituted" : "other";
+std::string KindText(const std::string& type) {
+  const KIND kind = KindOf(type);
+  if (kind == KIND::OTHER) return type.substr(0, 40);
+  return kind == KIND::PRECISE ? "precise" : "restituted";
 }
 
 /// What the name of an orbit file tells; a name of another form tells nothing.
@@ -85,7 +86,7 @@ std::string Span(const STATE_VECTORS& orbit) {
   return IsoTime(orbit.epoch.front()) + " to " + IsoTime(orbit.epoch.back());
 }
 
-void TakeFile(SCENE& scene, const std::string& path, const INTERPOLATION& interpolation) {
+std::string TakeFile(SCENE& scene, const std::string& path, const INTERPOLATION& interpolation) {
   const XML_FILE xml(ReadPacked(path));
   SENTINEL1_ORBIT_FILE file = ReadSentinel1OrbitFile(xml);
   if (file.satellite != scene.satellite) {
@@ -116,6 +117,7 @@ void TakeFile(SCENE& scene, const std::string& path, const INTERPOLATION& interp
     scene.warnings.push_back(xml.Name() + ": " + warning);
   }
   scene.orbit = file.orbit;
+  return path;
 }
 
 }  // namespace
@@ -143,7 +145,7 @@ SENTINEL1_ORBIT_FILE ReadSentinel1OrbitFile(const XML_FILE& file) {
   }
   result.satellite = "S1" + mission.substr(10);
   orbit.source = "orbit file " + std::filesystem::path(file.Name()).filename().string() + " (" +
-                 Word(KindOf(type)) + ")";
+                 KindText(type) + ")";
 
   const pugi::xml_node list = file.Find(root, "Data_Block/List_of_OSVs");
   MOMENT last_tai;
@@ -152,8 +154,11 @@ SENTINEL1_ORBIT_FILE ReadSentinel1OrbitFile(const XML_FILE& file) {
     const MOMENT tai = file.Time(node, "TAI", "TAI=");
     // Both axes have the same steps, unless the table of leap seconds, which a run counts with,
     // misses one. TAI has none.
-    if (!orbit.epoch.empty() && MicrosecondsBetween(orbit.epoch.back(), epoch) !=
-                                    SinceDayZero(tai) - SinceDayZero(last_tai)) {
+    const std::int64_t step =
+        orbit.epoch.empty() ? 1 : MicrosecondsBetween(orbit.epoch.back(), epoch);
+    if (step <= 0) file.Fail(node, "the state vector is not later than the one before it");
+    if (!orbit.epoch.empty() && result.warnings.empty() &&
+        step != SinceDayZero(tai) - SinceDayZero(last_tai)) {
       result.warnings.push_back("a leap second before " + IsoTime(epoch) +
                                 " is not in the table of leap seconds that a run counts with");
     }
@@ -174,8 +179,8 @@ SENTINEL1_ORBIT_FILE ReadSentinel1OrbitFile(const XML_FILE& file) {
   return result;
 }
 
-void TakeSentinel1Orbit(SCENE& scene, const std::string& file_or_folder,
-                        const INTERPOLATION& interpolation) {
+std::string TakeSentinel1Orbit(SCENE& scene, const std::string& file_or_folder,
+                               const INTERPOLATION& interpolation) {
   std::error_code ignored;
   if (!std::filesystem::is_directory(file_or_folder, ignored)) {
     return TakeFile(scene, file_or_folder, interpolation);
@@ -195,10 +200,10 @@ void TakeSentinel1Orbit(SCENE& scene, const std::string& file_or_folder,
   std::string reasons;
   for (const ORBIT_FILE_NAME& name : names) {
     try {
-      TakeFile(scene, name.path, interpolation);
+      const std::string taken = TakeFile(scene, name.path, interpolation);
       scene.orbit.remarks.push_back("best of the " + std::to_string(count) +
                                     " orbit files in its folder");
-      return;
+      return taken;
     } catch (const IMPORT_FAILURE& failure) {
       reasons += "; " + failure.file + ": " + failure.what();
     }

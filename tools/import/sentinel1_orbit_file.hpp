@@ -19,8 +19,9 @@ SENTINEL1_ORBIT_FILE ReadSentinel1OrbitFile(const XML_FILE& file);
 /// Takes a scene's orbit from a file, or from the best one of a folder: of the scene's satellite,
 /// with enough vectors for the interpolation on both sides of the scene; a precise one before a
 /// restituted one, and of these the newest. What the vectors cover counts, not what the name says.
-/// A remark names the choice. Throws IMPORT_FAILURE if there is none.
-void TakeSentinel1Orbit(SCENE& scene, const std::string& file_or_folder,
-                        const INTERPOLATION& interpolation);
+/// The orbit's source
+/// names the choice. Returns its path. Throws IMPORT_FAILURE if there is none.
+std::string TakeSentinel1Orbit(SCENE& scene, const std::string& file_or_folder,
+                               const INTERPOLATION& interpolation);
 
 }  // namespace varnoth::tools

@@ -25,7 +25,7 @@ constexpr std::size_t BLOCK = std::size_t{1} << 18;
 }
 
 [[noreturn]] void FailTooLarge(const std::string& file) {
-  Fail(file, "larger than " + std::to_string(SOURCE_LIMIT >> 20) +
+  Fail(file, "larger than " + std::to_string(SOURCE_LIMIT / 1000000) +
                  " million bytes: no annotation or orbit file is");
 }
 
@@ -69,10 +69,10 @@ ZIP_ARCHIVE OpenArchive(const std::string& file) {
   Fail(file, "not a whole ZIP archive: " + reason);
 }
 
-bool LeadsOut(const std::string& name) {
+bool LeadsOut(std::string name) {
+  std::replace(name.begin(), name.end(), '\\', '/');
   const std::filesystem::path path(name);
-  return path.is_absolute() || name.find('\\') != name.npos ||
-         std::find(path.begin(), path.end(), "..") != path.end();
+  return path.is_absolute() || std::find(path.begin(), path.end(), "..") != path.end();
 }
 
 std::vector<std::string> NamesInArchive(const std::string& file) {
@@ -120,11 +120,12 @@ SOURCE_FILE ReadSource(const std::string& file) {
   std::string content = ReadBounded(file, [&](char* block) {
     const int count = gzread(packed.get(), block, BLOCK);
     int code = Z_OK;
-    const char* const reason = gzerror(packed.get(), &code);
+    const std::string reason = gzerror(packed.get(), &code);
     // A file that ends within the packed data gives its bytes first, and then nothing more.
     if (count < 0 || code == Z_BUF_ERROR) {
+      // The library puts a name of its own in front.
       Fail(file, code == Z_ERRNO ? std::string(std::strerror(errno))
-                                 : "broken gzip file: " + std::string(reason));
+                                 : "broken gzip file" + reason.substr(reason.find(": ")));
     }
     return static_cast<std::size_t>(count);
   });

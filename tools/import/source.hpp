@@ -7,7 +7,7 @@ namespace varnoth::tools {
 
 /// The most bytes of a file, unpacked, that an import reads. The largest of them, an orbit file of
 /// a day, has 5 million.
-constexpr std::size_t SOURCE_LIMIT = std::size_t{64} << 20;
+constexpr std::size_t SOURCE_LIMIT = 64000000;
 
 /// A file that was read whole.
 struct SOURCE_FILE {
