@@ -288,7 +288,7 @@ def test_what_it_warns_of_and_takes_all_the_same(tmp_path):
     done, pool = sentinel1(source, "--interpolation", "localpolynom_0_9")
     assert done.stderr == "" and pool["orbit_epoch"][8][-6:] == "325203"
     before_leap = [(t - (t > 58.7), r, v) for t, r, v in ORBIT]  # second 60 delays all later labels
-    leap = annotation(before_leap).replace("2025-04-05", "2015-06-30").replace("2025-04-06", "2015-07-01")
+    leap = annotation(before_leap).replace("2025-04-05", "2008-12-31").replace("2025-04-06", "2009-01-01")
     done, _ = sentinel1(file_of(tmp_path / "b.xml", leap))
     assert (done.stderr, done.returncode) == ("", 0)
     leap = orbit_file(ORBIT).replace("TAI=" + iso(37 + 70), "TAI=" + iso(38 + 70))
