@@ -14,6 +14,11 @@
 
 namespace varnoth::fuzz {
 
+#ifdef VARNOTH_FUZZES_TOOLS
+#define VARNOTH_TOOLS_TARGETS(ROW) ROW(annotations, FuzzAnnotations)
+#else
+#define VARNOTH_TOOLS_TARGETS(ROW)
+#endif
 // A target takes any bytes and must neither crash nor break what it requires.
 #define VARNOTH_TARGETS(ROW)               \
   ROW(configuration, FuzzConfiguration)    \
@@ -23,7 +28,8 @@ namespace varnoth::fuzz {
   ROW(mission_times, FuzzMissionTimes)     \
   ROW(leap_seconds, FuzzLeapSeconds)       \
   ROW(orbits, FuzzOrbits)                  \
-  ROW(records, FuzzRecords)
+  ROW(records, FuzzRecords)                \
+  VARNOTH_TOOLS_TARGETS(ROW)
 #define VARNOTH_DECLARED(NAME, RUN) void RUN(const std::string& input);
 #define VARNOTH_ROW(NAME, RUN) {#NAME, RUN},
 VARNOTH_TARGETS(VARNOTH_DECLARED)

@@ -5,6 +5,8 @@ import gzip
 import itertools
 import math
 import os
+import resource
+import signal
 import subprocess
 import zipfile
 from datetime import datetime, timedelta
@@ -250,8 +252,9 @@ BAD = {
     "swath": (GOOD, "--swath IW2", "holds IW1 VV, not IW2"), "interpolation": (GOOD, "--interpolation everett_7", "no run"),
     "orbit of another": (GOOD, orbit_file(ORBIT, "B"), ":1: error: an orbit of S1B"),
     "orbit elsewhere": (GOOD, orbit_file(ORBIT[5:]), "do not cover the scene"),
+    "orbit ends early": (GOOD, orbit_file(ORBIT[:11]), "with 4 vectors to spare"),
     "inertial orbit": (GOOD, orbit_file(ORBIT, frame="EME2000"), "in the frame EME2000"),
-    "orbit and leap": (GOOD, orbit_file(ORBIT).replace("<X>", "<X>1e999", 1), "is no number"),
+    "orbit too large": (GOOD, orbit_file(ORBIT).replace("<X>", "<X>1e999", 1), "is no number"),
 }
 
 
@@ -303,6 +306,9 @@ def test_inputs_stay_and_a_replaced_pool_keeps_its_permissions(tmp_path):
     file_of(tmp_path / "scene.pool", "old\n").chmod(0o640)
     assert sentinel1(source)[0].returncode == 0 and (tmp_path / "scene.pool").stat().st_mode & 0o777 == 0o640
     assert sorted(os.listdir(tmp_path)) == ["a.xml", "scene.pool"]
+    full = {"preexec_fn": lambda: (signal.signal(signal.SIGXFSZ, signal.SIG_IGN),
+                                   resource.setrlimit(resource.RLIMIT_FSIZE, (1000, 1000)))}
     (tmp_path / "scene.pool").unlink()
+    assert sentinel1(source, **full)[0].returncode == 1 and os.listdir(tmp_path) == ["a.xml"]
     assert sentinel1(source, preexec_fn=lambda: os.umask(0o027))[0].returncode == 0
     assert (tmp_path / "scene.pool").stat().st_mode & 0o777 == 0o640
