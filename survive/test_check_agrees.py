@@ -152,7 +152,7 @@ class Faults:
             path.touch()
         for p in (self.directory, *self.directory.rglob("*")):
             if NOBODY:
-                os.chown(p, 65534, 65534)
+                os.chown(p, 65534, 65534, follow_symlinks=False)
         path.chmod(self.chance.choice([0o000, 0o444, 0o222, 0o555] if name != "." else [0o555]))
     def far_pool(self):
         """The InSAR pool in a directory where no file can be made."""
@@ -166,7 +166,7 @@ class Faults:
         self.options = NOBODY
         for p in (self.directory, *self.directory.rglob("*")):
             if NOBODY:
-                os.chown(p, 65534, 65534)
+                os.chown(p, 65534, 65534, follow_symlinks=False)
         place.chmod(0o555)
 
 

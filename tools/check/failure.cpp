@@ -19,6 +19,9 @@ struct FAILURE_ROW {
   const char* key;  ///< "@epochs" for the list of epochs
   const char* remedy;
 };
+constexpr const char* REMEDY_OF_TIMES =
+    "write epochs and orbit_reference_time in the form of their kind, as "
+    "06-APR-2025/00:00:00.000000";
 constexpr FAILURE_ROW ROWS[] = {
     {"to orbit_type_id", "word-unknown", PLACE::SCENE, "orbit_representation",
      "for instance orbit_pool_double_utc"},
@@ -47,8 +50,11 @@ constexpr FAILURE_ROW ROWS[] = {
      "name as many velocities as positions"},
     {"time conversion", "reference-time-kind", PLACE::SCENE, "orbit_reference_time",
      "give a time of the same kind as the epochs"},
-    {"SCANNER", "time-unreadable", PLACE::SCENE, "@epochs",
-     "write epochs and orbit_reference_time as 06-APR-2025/00:00:00.000000"},
+    {"SCANNER", "time-unreadable", PLACE::SCENE, "@epochs", REMEDY_OF_TIMES},
+    {"found token", "time-unreadable", PLACE::SCENE, "@epochs", REMEDY_OF_TIMES},
+    {"_TIME: ", "time-unreadable", PLACE::SCENE, "@epochs", REMEDY_OF_TIMES},
+    {"MET_VALUES", "time-unreadable", PLACE::SCENE, "@epochs", REMEDY_OF_TIMES},
+    {"DURATION", "time-unreadable", PLACE::SCENE, "@epochs", REMEDY_OF_TIMES},
     {"can not open mdb-file", "record-file", PLACE::SCENE, "root_path",
      "check the keys of the record file, from root_path on"},
     {"MDB", "record-file", PLACE::SCENE, "mdb_orbit_data_file",

@@ -231,6 +231,8 @@ class LISTENER {
   }
 
  private:
+  static constexpr std::size_t MOST_LINES = 10;  // that explain one failure
+
   void Fail(const std::string& reason) {
     failures.push_back(ExplainFailure(stage, alarms, reason, pools));
     alarms.clear();
@@ -250,7 +252,7 @@ class LISTENER {
     const std::string words = is_headed ? text.substr(second + 3) : text;
     if (is_headed && text.starts_with("WARN")) {
       TakeWarning(words);
-    } else if (alarms.size() < 100) {
+    } else if (!words.empty() && alarms.size() < MOST_LINES) {
       alarms.push_back(words);
     }
   }
