@@ -40,27 +40,34 @@ CASES = {
         "e value-unusual master.pool 14", "e value-unusual slave.pool 20", "w frequencies slave.pool 20"]),
     "pulse rate": ({"master.prf": 1717.1}, {}, ["w line-rate master.pool 14"]),
     "bandwidth above the line rate": ({"slave.az_bandwidth": 501.0}, {}, ["w line-rate slave.pool 14"]),
-    "keys missing, mistyped": ({"insar.n_lines": None, "insar.n_samples": ("FLT_15", 5001.0), "slave.prf": None}, {}, [
+    "keys missing, mistyped": ({"insar.n_lines": None, "insar.n_samples": ("FLT_15", 5001.0), "slave.prf": None},
+        {}, [
         "e key-missing insar.pool -", "e key-missing slave.pool -", "e key-type insar.pool 1"]),
-    "words": ({"master.antenna_look_direction": "Left", "slave.orbit_interpolation": "everet", "insar.observation_mode": "dual",
+    "words": ({"master.antenna_look_direction": "Left", "slave.orbit_interpolation": "everet",
+        "insar.observation_mode": "dual",
                "master.orbit_representation": "orbit_pool"}, {}, [
         "e word-unknown insar.pool 13", "e word-unknown master.pool 22", "e word-unknown master.pool 24",
         "e word-unknown slave.pool 26"]),
     "misread": ({"master.radar_frequency": ("FLT_15", "5.405D+09")}, {}, [
         "w frequencies slave.pool 20", "w value-misread master.pool 20", "w value-unusual master.pool 20"]),
-    "one way": ({"insar.master_first_rg_time": halved, "insar.slave_first_rg_time": halved}, {}, ["e range-short insar.pool 9"]),
+    "one way": ({"insar.master_first_rg_time": halved, "insar.slave_first_rg_time": halved}, {},
+        ["e range-short insar.pool 9"]),
     "one way in the slave": ({"insar.slave_first_rg_time": halved}, {}, ["w ranges insar.pool 11"]),
     "beyond the horizon": ({"insar.master_first_rg_time": 0.0221}, {}, [
         "w range-long insar.pool 9", "w ranges insar.pool 11"]),
     "last line on a sample": ({"insar.master_first_az_time": 3596.0}, {}, ["e time-on-sample insar.pool 5"]),
     "search from a sample": ({"insar.slave_first_az_time": 3600.0}, {}, ["e time-on-sample insar.pool 7"]),
-    "early": ({"insar.master_first_az_time": 3579.0}, {}, ["w orbit-coverage insar.pool 5", "w orbit-coverage insar.pool 7"]),
+    "early": ({"insar.master_first_az_time": 3579.0}, {}, ["w orbit-coverage insar.pool 5",
+        "w orbit-coverage insar.pool 7"]),
     "last covered": ({"insar.master_first_az_time": 3615.99}, {}, []),
     "odd order": ({"slave.orbit_interpolation": "everett_7"}, {}, ["e order-odd slave.pool 26"]),
-    "uneven": ({"master.orbit_epoch": moved("orbit_epoch", 6, lambda x: x + 1e-3)}, {}, ["e grid-uneven master.pool 42"]),
-    "unordered": ({"master.orbit_epoch": moved("orbit_epoch", 3, lambda x: x + 25), "master.orbit_interpolation": "chebyshev_4"}, {},
+    "uneven": ({"master.orbit_epoch": moved("orbit_epoch", 6, lambda x: x + 1e-3)}, {},
+        ["e grid-uneven master.pool 42"]),
+    "unordered": ({"master.orbit_epoch": moved("orbit_epoch", 3, lambda x: x + 25),
+        "master.orbit_interpolation": "chebyshev_4"}, {},
                   ["w epochs-unordered master.pool 40"]),
-    "a list too short": ({"slave.orbit_y": lambda entry: (entry[0], entry[1][:-1])}, {}, ["e list-length slave.pool 68"]),
+    "a list too short": ({"slave.orbit_y": lambda entry: (entry[0], entry[1][:-1])}, {},
+        ["e list-length slave.pool 68"]),
     "kilometres": ({f"master.orbit_{c}": lambda entry: (entry[0], [x / 1e3 for x in entry[1]]) for c in "xyz"}, {}, [
         "e no-ground master.pool 30", "e radius master.pool 53", "e range-long insar.pool 9"]),
     "coarse fit": ({"master.orbit_interpolation": "spline"}, {}, ["w interpolation-inexact master.pool 26"]),
@@ -68,9 +75,12 @@ CASES = {
     "high degree, decimal comma": ({}, {"FlatEarthPolyDegree": "11", "LocalHeight": "12,5"}, [
         "w degree-high - -", "w height-no-number - -"]),
     "negative degree": ({}, {"FlatEarthPolyDegree": "-2"}, ["e degree-negative - -"]),
-    "no degree, no pool": ({}, {"FlatEarthPolyDegree": None, "SlavePar": None}, ["e value-missing - -", "w value-missing - -"]),
-    "other files": ({}, {"MasterPar": "none.pool", "log_pp": "none/log.pool", "lfn": "none/log", "DurableUpdate": "yes"}, [
-        "e log-unwritable - -", "e pool-unreadable none.pool -", "e pool-unwritable none/log.pool -", "e value-unknown - -"]),
+    "no degree, no pool": ({}, {"FlatEarthPolyDegree": None, "SlavePar": None}, ["e value-missing - -",
+        "w value-missing - -"]),
+    "other files": ({}, {"MasterPar": "none.pool", "log_pp": "none/log.pool", "lfn": "none/log",
+        "DurableUpdate": "yes"}, [
+        "e log-unwritable - -", "e pool-unreadable none.pool -", "e pool-unwritable none/log.pool -",
+            "e value-unknown - -"]),
     "too long": ({}, {"log_pp": "x" * 256}, ["e pool-unwritable " + "x" * 256 + " -", "e value-too-long - -"]),
 }
 SINGLE_PASS = {"insar.observation_mode": "single_pass"}
@@ -83,7 +93,8 @@ def make_pair(directory, changes, example=None):
         entries = getattr(pair, pool)
         old = entries.pop(key) if change is None else entries[key]
         if change is not None:
-            entries[key] = change(old) if callable(change) else change if isinstance(change, tuple) else (old[0], change)
+            entries[key] = change(old) if callable(change) else change if isinstance(change, tuple) else (old[0],
+                change)
     pair.write(directory)
     text = (directory / "master.pool").read_text()
     (directory / "master.pool").write_text(text.replace('"5.405D+09"', "5.405D+09"))
@@ -124,7 +135,8 @@ def test_velocities(tmp_path):
 
 def test_configuration_file(tmp_path):
     make_pair(tmp_path, {})
-    (tmp_path / "pcf.varnoth").write_text("MasterPar master.pool\n\nlog_pp insar.pool\nLocalHeight 1\nlfl LOUD\nLocalHeight 2,5\n")
+    (tmp_path / "pcf.varnoth").write_text(
+        "MasterPar master.pool\n\nlog_pp insar.pool\nLocalHeight 1\nlfl LOUD\nLocalHeight 2,5\n")
     words = arguments(MasterPar=None, log_pp=None)
     # The run looks whether there is a height, and then reads the next one.
     assert short(told(tmp_path, words)) == [
