@@ -1,14 +1,14 @@
 #include "tools/check/pool_inputs.hpp"
 
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
 #include <cmath>
 #include <cstring>
 #include <stdexcept>
-
-#include <sys/stat.h>
-#include <sys/statvfs.h>
 
 #include "driver/scene_enumerations.hpp"
 #include "foundation/constants.hpp"
