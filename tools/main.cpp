@@ -97,6 +97,30 @@ void AddImportSentinel1(CLI::App& import, tools::SENTINEL1_REQUEST& request, TOO
   command->callback([&] { status = tools::ImportSentinel1(request); });
 }
 
+struct IMPORT_REQUESTS {
+  tools::PARAMETERS_REQUEST gmtsar;
+  tools::PARAMETERS_REQUEST gamma;
+};
+
+void AddParameterFile(CLI::App& import, const char* name, const char* text,
+                      tools::PARAMETERS_REQUEST& request, TOOL_STATUS& status,
+                      TOOL_STATUS (*run)(const tools::PARAMETERS_REQUEST&)) {
+  CLI::App* const command = import.add_subcommand(name, text);
+  command->add_option("FILE", request.source, "Parameter file")->required();
+  command->add_option("--out", request.out, "Scene pool to write")->required();
+  command->add_option("--interpolation", request.interpolation, "Of the orbit")
+      ->capture_default_str();
+  command->callback([&request, &status, run] { status = run(request); });
+}
+
+/// The imports of scenes from other processors, of orbits, and of pairs.
+void AddOtherImports(CLI::App& import, IMPORT_REQUESTS& requests, TOOL_STATUS& status) {
+  AddParameterFile(import, "gmtsar", "Read a PRM file and the LED file that it names",
+                   requests.gmtsar, status, tools::ImportGmtsar);
+  AddParameterFile(import, "gamma", "Read a single-look parameter file (.slc.par)",
+                   requests.gamma, status, tools::ImportGamma);
+}
+
 int Run(int count, char** arguments) {
   CLI::App app("Tools around varnoth: make, look at and mend pools", "varnoth-tools");
   app.require_subcommand(1);
@@ -158,6 +182,8 @@ int Run(int count, char** arguments) {
   CLI::App* const import = AddImport(app);
   tools::SENTINEL1_REQUEST sentinel1;
   AddImportSentinel1(*import, sentinel1, status);
+  IMPORT_REQUESTS imports;
+  AddOtherImports(*import, imports, status);
 
   try {
     std::vector<std::string> words = MarkValues({arguments + 1, arguments + count});

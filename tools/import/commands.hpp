@@ -21,4 +21,35 @@ struct SENTINEL1_REQUEST {
 
 TOOL_STATUS ImportSentinel1(const SENTINEL1_REQUEST& request);
 
+struct PARAMETERS_REQUEST {
+  std::string source;
+  std::string out;
+  std::string interpolation = "everett_8";
+};
+
+TOOL_STATUS ImportGmtsar(const PARAMETERS_REQUEST& request);
+TOOL_STATUS ImportGamma(const PARAMETERS_REQUEST& request);
+
+struct OEM_REQUEST {
+  std::string source;
+  std::string scene;  ///< pool whose orbit is replaced in the new one
+  std::string out;
+  std::string interpolation;  ///< empty: the one that the file asks for
+};
+
+TOOL_STATUS ImportOem(const OEM_REQUEST& request);
+
+struct PAIR_REQUEST {
+  std::string master;
+  std::string slave;
+  std::string out;  ///< directory to make
+  double height = 0.0;
+  std::string lines;    ///< "A:B", first and last one, from 0; empty: all of the master
+  std::string samples;  ///< likewise
+  bool is_single_pass = false;
+};
+
+/// Makes a directory of two scene pools, with the InSAR pool and the configuration of a run.
+TOOL_STATUS ImportPair(const PAIR_REQUEST& request);
+
 }  // namespace varnoth::tools

@@ -87,15 +87,17 @@ ARRAY<double> EllipsoidParameters(const SCENE& scene) {
   return values;
 }
 
-void AddOrbit(POOL_TEXT& pool, const SCENE& scene, const std::string& interpolation) {
-  const STATE_VECTORS& orbit = scene.orbit;
+}  // namespace
+
+std::string OrbitPoolText(const STATE_VECTORS& orbit, const std::string& interpolation,
+                          const SOURCED<MOMENT>& reference) {
+  POOL_TEXT pool;
   pool.Add("orbit_representation", std::string("orbit_pool_double_utc"));
   pool.Add("orbit_interpolation", interpolation);
   pool.Add("orbit_param_key", std::string("orbit_epoch"));
   pool.Add("orbit_value_key", std::string("orbit_x, orbit_y, orbit_z"));
   pool.Add("orbit_velocity_key", std::string("orbit_vx, orbit_vy, orbit_vz"));
-  pool.Add("orbit_reference_time", PoolTime({scene.first_line.value.day, 0}),
-           {"midnight before the first line"});
+  pool.Add("orbit_reference_time", PoolTime(reference.value), {reference.source});
 
   std::vector<std::string> comments = {
       orbit.source, "frame " + orbit.frame + ", time system " + orbit.time_system};
@@ -113,9 +115,8 @@ void AddOrbit(POOL_TEXT& pool, const SCENE& scene, const std::string& interpolat
   for (int i = 0; i < 3; ++i) {
     pool.Add(velocities[i], Values(orbit.velocity[i]), {"Earth fixed in [m/s]"});
   }
+  return pool.text;
 }
-
-}  // namespace
 
 std::string ScenePoolText(const SCENE& scene, const std::string& interpolation) {
   POOL_TEXT pool;
@@ -124,7 +125,7 @@ std::string ScenePoolText(const SCENE& scene, const std::string& interpolation) 
   head.push_back(scene.name.source);
   pool.Add("scene_name", scene.name.value, head);
   pool.Add("satellite", scene.satellite);
-  pool.AddCount("absolute_orbit", scene.absolute_orbit);
+  if (scene.absolute_orbit.value > 0) pool.AddCount("absolute_orbit", scene.absolute_orbit);
   if (scene.relative_orbit.value > 0) pool.AddCount("relative_orbit", scene.relative_orbit);
   pool.AddCount("n_lines", scene.line_count);
   pool.AddCount("n_samples", scene.sample_count);
@@ -144,8 +145,9 @@ std::string ScenePoolText(const SCENE& scene, const std::string& interpolation) 
            {scene.center_longitude.source + " in [deg]"});
   pool.Add("center_latitude", static_cast<float>(scene.center_latitude.value),
            {scene.center_latitude.source + " in [deg]"});
-  AddOrbit(pool, scene, interpolation);
-  return pool.text;
+  const MOMENT midnight{scene.first_line.value.day, 0};
+  return pool.text + OrbitPoolText(scene.orbit, interpolation,
+                                   {midnight, "midnight before the first line"});
 }
 
 void WriteScenePool(const SCENE& scene, const std::string& interpolation, const std::string& file) {

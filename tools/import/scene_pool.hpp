@@ -13,7 +13,11 @@ namespace varnoth::tools {
 /// count from the midnight (UTC) that begins the first line's day.
 std::string ScenePoolText(const SCENE& scene, const std::string& interpolation);
 
-/// Writes that text; the file appears whole or not at all. Throws std::runtime_error with the
+/// The part of that text that says where the satellite was; times count from `reference`.
+std::string OrbitPoolText(const STATE_VECTORS& orbit, const std::string& interpolation,
+                          const SOURCED<MOMENT>& reference);
+
+/// Writes a scene's pool; the file appears whole or not at all. Throws std::runtime_error with the
 /// system's reason.
 void WriteScenePool(const SCENE& scene, const std::string& interpolation, const std::string& file);
 

@@ -1,0 +1,98 @@
+#include "tools/import/keyed_text.hpp"
+
+#include <charconv>
+#include <cmath>
+
+namespace varnoth::tools {
+
+namespace {
+
+constexpr std::string_view BLANKS = " \t\r";
+
+std::string_view Trimmed(std::string_view text) {
+  const std::size_t start = text.find_first_not_of(BLANKS);
+  if (start == text.npos) return {};
+  return text.substr(start, text.find_last_not_of(BLANKS) - start + 1);
+}
+
+}  // namespace
+
+std::vector<std::string_view> WordsOf(std::string_view line) {
+  std::vector<std::string_view> words;
+  for (std::size_t i = line.find_first_not_of(BLANKS); i != line.npos;) {
+    const std::size_t stop = std::min(line.find_first_of(BLANKS, i), line.size());
+    words.push_back(line.substr(i, stop - i));
+    i = line.find_first_not_of(BLANKS, stop);
+  }
+  return words;
+}
+
+std::vector<std::string_view> LinesOf(const std::string& content) {
+  std::vector<std::string_view> lines;
+  std::string_view rest = content;
+  while (!rest.empty()) {
+    const std::size_t stop = std::min(rest.find('\n'), rest.size());
+    lines.push_back(rest.substr(0, stop));
+    rest.remove_prefix(std::min(stop + 1, rest.size()));
+  }
+  return lines;
+}
+
+std::optional<double> NumberOf(std::string_view word) {
+  std::string text(word);
+  for (char& c : text) {
+    if (c == 'D' || c == 'd') c = 'E';
+  }
+  if (text.starts_with('+')) text.erase(0, 1);
+  double value = 0.0;
+  const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc() || stop != text.data() + text.size() || !std::isfinite(value)) {
+    return std::nullopt;
+  }
+  return value;
+}
+
+KEYED_TEXT::KEYED_TEXT(SOURCE_FILE source, char divider) : file(std::move(source)) {
+  std::size_t number = 0;
+  for (const std::string_view line : LinesOf(file.content)) {
+    ++number;
+    const std::size_t at = line.find(divider);
+    if (at == line.npos) continue;
+    places[std::string(Trimmed(line.substr(0, at)))] = {number, Trimmed(line.substr(at + 1))};
+  }
+}
+
+std::string KEYED_TEXT::Text(const std::string& key) const {
+  const auto place = places.find(key);
+  if (place == places.end()) throw IMPORT_FAILURE(file.name, 1, "has no " + key);
+  if (place->second.value.empty()) Fail(key, "has no value");
+  return std::string(place->second.value);
+}
+
+std::vector<double> KEYED_TEXT::Numbers(const std::string& key, std::size_t count) const {
+  const std::string text = Text(key);
+  const std::vector<std::string_view> words = WordsOf(text);
+  if (words.size() < count) Fail(key, "needs " + std::to_string(count) + " numbers");
+  std::vector<double> numbers;
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::optional<double> number = NumberOf(words[i]);
+    if (!number) Fail(key, "'" + std::string(words[i].substr(0, 40)) + "' is no number");
+    numbers.push_back(*number);
+  }
+  return numbers;
+}
+
+std::int64_t KEYED_TEXT::Whole(const std::string& key) const {
+  constexpr double LARGEST = 1e9;  // the product of two is an integer still
+  const double number = Number(key);
+  if (number != std::floor(number) || std::abs(number) > LARGEST) Fail(key, "is no whole number");
+  return static_cast<std::int64_t>(number);
+}
+
+void KEYED_TEXT::Fail(const std::string& key, const std::string& text) const {
+  const auto place = places.find(key);
+  throw IMPORT_FAILURE(file.name, place == places.end() ? 1 : place->second.line,
+                       key + ": " + text);
+}
+
+}  // namespace varnoth::tools

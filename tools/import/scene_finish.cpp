@@ -1,0 +1,116 @@
+#include "tools/import/scene_finish.hpp"
+
+#include <cmath>
+#include <cstdio>
+
+#include "tools/import/failure.hpp"
+#include "tools/import/satellite_path.hpp"
+#include "tools/import/scene_check.hpp"
+
+namespace varnoth::tools {
+
+namespace {
+
+MOMENT MiddleLine(const SCENE& scene) {
+  return LineTime(scene, static_cast<double>(scene.line_count.value / 2));
+}
+
+GROUND_POINT LocateCentre(const SCENE& scene) {
+  const double middle = static_cast<double>(scene.sample_count.value / 2);
+  return LocateSample(scene, SATELLITE_PATH(scene.orbit), MiddleLine(scene),
+                      RangeTime(scene, middle));
+}
+
+void SettleCentre(SCENE& scene) {
+  constexpr double FARTHEST = 50e3;  // m; mountains move a centre by ten at most
+  const GROUND_POINT centre = LocateCentre(scene);
+  if (scene.center_latitude.source.empty()) {
+    const std::string source = "the middle sample at height 0";
+    scene.center_latitude = {centre.latitude, source};
+    scene.center_longitude = {std::remainder(centre.longitude, 360.0), source};
+    return;
+  }
+  VECTOR_3 gap = GroundPosition(scene.center_latitude.value, scene.center_longitude.value, 0.0,
+                                scene.equatorial_radius.value, scene.polar_radius.value);
+  for (std::size_t axis = 0; axis < 3; ++axis) gap[axis] -= centre.position[axis];
+  if (Norm(gap) < FARTHEST) return;
+  char text[160];
+  std::snprintf(text, sizeof text,
+                "the stated centre is %.0f km from where times, ranges and orbit place it: look "
+                "direction, date or orbit may be wrong",
+                Norm(gap) / 1000);
+  scene.warnings.emplace_back(text);
+}
+
+}  // namespace
+
+void WarnOfOddVectors(SCENE& scene) {
+  try {
+    CheckVectors(scene.orbit);
+  } catch (const std::runtime_error& failure) {
+    scene.warnings.push_back(scene.orbit.source + ": " + failure.what() +
+                             ": don't trust the other vectors of this list either");
+  }
+}
+
+void MeasureVelocities(SCENE& scene) {
+  constexpr double NONSENSE = 1.0;     // m/s; quick orbits have 0.02
+  constexpr double NOTEWORTHY = 0.02;  // m
+  if (scene.orbit.epoch.size() < 3) return;
+  const std::vector<VECTOR_3> gaps = VelocityGaps(scene.orbit);
+  double gap = 0.0;
+  for (const VECTOR_3& one : gaps) gap = std::max(gap, Norm(one));
+  char text[240];
+  if (!(gap < NONSENSE)) {
+    std::snprintf(text, sizeof text,
+                  "the listed velocities are up to %.3g m/s off the derivative of the positions: "
+                  "the vectors are too far apart to interpolate, or not Earth-fixed",
+                  gap);
+    throw std::runtime_error(text);
+  }
+  const GROUND_POINT centre = LocateCentre(scene);
+  const double shift = std::abs(
+      AlongTrackShift(scene.orbit, gaps, MiddleLine(scene),
+                      {centre.position[0], centre.position[1], centre.position[2]}));
+  if (shift < NOTEWORTHY) return;
+  std::snprintf(text, sizeof text,
+                "the listed velocities are up to %.1f mm/s off the derivative of the positions: "
+                "with these positions expect errors of about %.2f m along the track; a precise "
+                "orbit mends it",
+                gap * 1000, shift);
+  scene.warnings.emplace_back(text);
+}
+
+void FinishScene(SCENE& scene, const INTERPOLATION& interpolation) {
+  CheckScene(scene);
+  WarnOfOddVectors(scene);
+  FitOrbit(scene, interpolation);
+  SettleCentre(scene);
+  MeasureVelocities(scene);
+}
+
+TOOL_STATUS WithFailuresTold(const std::string& file, const std::function<TOOL_STATUS()>& work) {
+  try {
+    return work();
+  } catch (const IMPORT_FAILURE& failure) {
+    Tell(failure.file, failure.line, SEVERITY::ERROR, failure.what());
+  } catch (const std::runtime_error& failure) {
+    Tell(file, 1, SEVERITY::ERROR, failure.what());
+  }
+  return FINDINGS;
+}
+
+void TellScene(const SCENE& scene, const std::string& source, const std::string& out) {
+  for (const std::string& warning : scene.warnings) Tell(source, 1, SEVERITY::WARNING, warning);
+  std::printf("%s: %s, %s %s, %lld lines, %lld samples, from %s\n%s: %zu vectors of %s\n",
+              out.c_str(), scene.name.value.c_str(), scene.satellite.c_str(), scene.mode.c_str(),
+              static_cast<long long>(scene.line_count.value),
+              static_cast<long long>(scene.sample_count.value),
+              IsoTime(scene.first_line.value).c_str(), out.c_str(), scene.orbit.epoch.size(),
+              scene.orbit.source.c_str());
+  for (const std::string& remark : scene.orbit.remarks) {
+    std::printf("%s: %s\n", out.c_str(), remark.c_str());
+  }
+}
+
+}  // namespace varnoth::tools

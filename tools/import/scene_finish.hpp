@@ -1,0 +1,31 @@
+#pragma once
+
+#include <functional>
+
+#include "tools/import/interpolation.hpp"
+#include "tools/import/scene.hpp"
+#include "tools/message.hpp"
+
+namespace varnoth::tools {
+
+/// Warns of vectors that no satellite has, wherever in the list they are. They must be told before
+/// the list is cut to the scene: what made them may have touched the others.
+void WarnOfOddVectors(SCENE& scene);
+
+/// Checks the scene and its vectors, and brings them into the form that its pool keeps. Works out
+/// the centre where its source is empty, and compares it where not; measures the listed velocities
+/// against the positions, and fails where they have nothing to do with each other. Failures are
+/// std::runtime_error.
+void FinishScene(SCENE& scene, const INTERPOLATION& interpolation);
+
+/// Fails where the velocities are far from the derivative of the positions, as those of vectors
+/// that are too far apart or not Earth-fixed; warns where the difference moves the centre.
+void MeasureVelocities(SCENE& scene);
+
+/// Tells IMPORT_FAILURE and std::runtime_error, the latter at `file`.
+TOOL_STATUS WithFailuresTold(const std::string& file, const std::function<TOOL_STATUS()>& work);
+
+/// Tells warnings, on standard output what a pool holds, and remarks.
+void TellScene(const SCENE& scene, const std::string& source, const std::string& out);
+
+}  // namespace varnoth::tools
