@@ -100,6 +100,8 @@ void AddImportSentinel1(CLI::App& import, tools::SENTINEL1_REQUEST& request, TOO
 struct IMPORT_REQUESTS {
   tools::PARAMETERS_REQUEST gmtsar;
   tools::PARAMETERS_REQUEST gamma;
+  tools::PAIR_REQUEST pair;
+  std::string mode = "dual_pass";
 };
 
 void AddParameterFile(CLI::App& import, const char* name, const char* text,
@@ -108,8 +110,7 @@ void AddParameterFile(CLI::App& import, const char* name, const char* text,
   CLI::App* const command = import.add_subcommand(name, text);
   command->add_option("FILE", request.source, "Parameter file")->required();
   command->add_option("--out", request.out, "Scene pool to write")->required();
-  command->add_option("--interpolation", request.interpolation, "Of the orbit")
-      ->capture_default_str();
+  command->add_option("--interpolation", request.interpolation, "Of the orbit");
   command->callback([&request, &status, run] { status = run(request); });
 }
 
@@ -119,6 +120,23 @@ void AddOtherImports(CLI::App& import, IMPORT_REQUESTS& requests, TOOL_STATUS& s
                    requests.gmtsar, status, tools::ImportGmtsar);
   AddParameterFile(import, "gamma", "Read a single-look parameter file (.slc.par)",
                    requests.gamma, status, tools::ImportGamma);
+
+  CLI::App* const pair = import.add_subcommand("pair", "Make a directory for a run of two scenes");
+  pair->add_option("MASTER", requests.pair.master, "Scene pool")->required();
+  pair->add_option("SLAVE", requests.pair.slave, "Scene pool")->required();
+  pair->add_option("--out", requests.pair.out, "Directory to make")->required();
+  pair->add_option("--height", requests.pair.height, "Of the scene above the ellipsoid in m")
+      ->check(CLI::Range(-1000.0, 9000.0))
+      ->capture_default_str();
+  pair->add_option("--lines", requests.pair.lines, "First and last line, as 0:1499");
+  pair->add_option("--samples", requests.pair.samples, "First and last sample");
+  pair->add_option("--mode", requests.mode, "Observation mode")
+      ->check(CLI::IsMember({"single_pass", "dual_pass"}))
+      ->capture_default_str();
+  pair->callback([&] {
+    requests.pair.is_single_pass = requests.mode == "single_pass";
+    status = tools::ImportPair(requests.pair);
+  });
 }
 
 int Run(int count, char** arguments) {

@@ -24,7 +24,7 @@ TOOL_STATUS ImportSentinel1(const SENTINEL1_REQUEST& request);
 struct PARAMETERS_REQUEST {
   std::string source;
   std::string out;
-  std::string interpolation = "everett_8";
+  std::string interpolation;  ///< empty: one that fits the state vectors
 };
 
 TOOL_STATUS ImportGmtsar(const PARAMETERS_REQUEST& request);

@@ -43,6 +43,20 @@ SOURCED<double> LineRate(const KEYED_TEXT& par) {
   return {1 / line_time, "1 / azimuth_line_time"};
 }
 
+/// Of an image resampled onto another one the spacing says how far its samples are apart now, and
+/// the converter's rate what it was.
+SOURCED<double> SamplingFrequency(const KEYED_TEXT& par) {
+  constexpr double PRINTED_DIGITS = 1e-6;
+  constexpr double MOST = 0.01;
+  const double rate = par.Number("adc_sampling_rate");
+  const double spacing = par.Number("range_pixel_spacing");
+  const double resampled = SPEED_OF_LIGHT / (2 * spacing);
+  const double change = std::abs(resampled / rate - 1);
+  if (!(change < MOST)) par.Fail("range_pixel_spacing", "is not c / (2 adc_sampling_rate)");
+  if (change < PRINTED_DIGITS) return {rate, "adc_sampling_rate"};
+  return {resampled, "velocity of light / (2 * range_pixel_spacing), of a resampled image"};
+}
+
 /// Titles such as "s1a-iw1-slc-vv-...-004.tiff S1A-IW-IW1-VV-20027 (software: ...)" end their second
 /// word with the orbit number.
 void ReadTitle(const KEYED_TEXT& par, SCENE& scene) {
@@ -108,13 +122,7 @@ SCENE ReadGammaPar(const SOURCE_FILE& source) {
                             "2 * near_range_slc / velocity of light"};
   scene.line_rate = LineRate(par);
   scene.azimuth_bandwidth = {par.Number("azimuth_proc_bandwidth"), "azimuth_proc_bandwidth"};
-  scene.range_sampling_frequency = {par.Number("adc_sampling_rate"), "adc_sampling_rate"};
-  const double spacing = par.Number("range_pixel_spacing");
-  const double ratio =
-      SPEED_OF_LIGHT / (2 * spacing) / scene.range_sampling_frequency.value;
-  if (!(std::abs(ratio - 1) < 1e-5)) {
-    par.Fail("range_pixel_spacing", "is not c / (2 adc_sampling_rate): a resampled image");
-  }
+  scene.range_sampling_frequency = SamplingFrequency(par);
   scene.radar_frequency = {par.Number("radar_frequency"), "radar_frequency"};
   const double angle = par.Number("azimuth_angle");
   if (std::abs(angle) != 90) par.Fail("azimuth_angle", "is neither 90 (right) nor -90 (left)");

@@ -1,5 +1,3 @@
-#include <filesystem>
-
 #include "tools/import/commands.hpp"
 #include "tools/import/gamma_par.hpp"
 #include "tools/import/prm.hpp"
@@ -11,24 +9,19 @@ namespace varnoth::tools {
 namespace {
 
 TOOL_STATUS Import(const PARAMETERS_REQUEST& request, SCENE (*read)(const SOURCE_FILE&)) {
-  const auto interpolation = FindInterpolation(request.interpolation);
-  std::error_code ignored;
-  const bool is_input = std::filesystem::equivalent(request.out, request.source, ignored);
-  if (!interpolation || is_input) {
-    Tell(is_input ? request.out : request.source, 1, SEVERITY::ERROR,
-         is_input ? "is an input" : "no run knows the interpolation " + request.interpolation);
-    return WRONG_USAGE;
-  }
+  if (IsWrongUsage(request.interpolation, request.out, {request.source})) return WRONG_USAGE;
   SCENE scene;
+  std::string interpolation = request.interpolation;
   const TOOL_STATUS status = WithFailuresTold(request.source, [&] {
     scene = read(ReadSource(request.source));
-    FinishScene(scene, *interpolation);
+    if (interpolation.empty()) interpolation = UsualInterpolation(scene);
+    FinishScene(scene, *FindInterpolation(interpolation));
     return GOOD;
   });
   if (status != GOOD) return status;
   return WithFailuresTold(request.out, [&] {
-    WriteScenePool(scene, request.interpolation, request.out);
-    TellScene(scene, request.source, request.out);
+    WriteScenePool(scene, interpolation, request.out);
+    TellScene(scene, interpolation, request.source, request.out);
     return GOOD;
   });
 }

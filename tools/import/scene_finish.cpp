@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <filesystem>
 
 #include "tools/import/failure.hpp"
 #include "tools/import/satellite_path.hpp"
@@ -81,6 +82,16 @@ void MeasureVelocities(SCENE& scene) {
   scene.warnings.emplace_back(text);
 }
 
+std::string UsualInterpolation(const SCENE& scene) {
+  constexpr std::size_t NEEDED = 4;
+  constexpr std::size_t FEW = 12;  // a polynomial through more would swing
+  STATE_VECTORS vectors = scene.orbit;
+  const COVERAGE coverage = CoverageOf(vectors, scene.first_line.value, LastLine(scene));
+  const bool is_covered = coverage.ahead >= NEEDED && coverage.behind >= NEEDED;
+  if (is_covered && MoveOntoGrid(vectors)) return "everett_8";
+  return vectors.epoch.size() <= FEW ? "polynom" : "localpolynom_0_9";
+}
+
 void FinishScene(SCENE& scene, const INTERPOLATION& interpolation) {
   CheckScene(scene);
   WarnOfOddVectors(scene);
@@ -100,14 +111,28 @@ TOOL_STATUS WithFailuresTold(const std::string& file, const std::function<TOOL_S
   return FINDINGS;
 }
 
-void TellScene(const SCENE& scene, const std::string& source, const std::string& out) {
+bool IsWrongUsage(const std::string& interpolation, const std::string& out,
+                  const std::vector<std::string>& inputs) {
+  std::error_code ignored;
+  for (const std::string& input : inputs) {
+    if (!std::filesystem::equivalent(out, input, ignored)) continue;
+    Tell(out, 1, SEVERITY::ERROR, "is an input");
+    return true;
+  }
+  if (interpolation.empty() || FindInterpolation(interpolation)) return false;
+  Tell(inputs[0], 1, SEVERITY::ERROR, "no run knows the interpolation " + interpolation);
+  return true;
+}
+
+void TellScene(const SCENE& scene, const std::string& interpolation, const std::string& source,
+               const std::string& out) {
   for (const std::string& warning : scene.warnings) Tell(source, 1, SEVERITY::WARNING, warning);
-  std::printf("%s: %s, %s %s, %lld lines, %lld samples, from %s\n%s: %zu vectors of %s\n",
+  std::printf("%s: %s, %s %s, %lld lines, %lld samples, from %s\n%s: %zu vectors of %s, by %s\n",
               out.c_str(), scene.name.value.c_str(), scene.satellite.c_str(), scene.mode.c_str(),
               static_cast<long long>(scene.line_count.value),
               static_cast<long long>(scene.sample_count.value),
               IsoTime(scene.first_line.value).c_str(), out.c_str(), scene.orbit.epoch.size(),
-              scene.orbit.source.c_str());
+              scene.orbit.source.c_str(), interpolation.c_str());
   for (const std::string& remark : scene.orbit.remarks) {
     std::printf("%s: %s\n", out.c_str(), remark.c_str());
   }

@@ -12,6 +12,10 @@ namespace varnoth::tools {
 /// the list is cut to the scene: what made them may have touched the others.
 void WarnOfOddVectors(SCENE& scene);
 
+/// The interpolation for a scene of which nothing is said: everett_8 where the vectors reach far
+/// enough for it and are even, else one that takes them as they are.
+std::string UsualInterpolation(const SCENE& scene);
+
 /// Checks the scene and its vectors, and brings them into the form that its pool keeps. Works out
 /// the centre where its source is empty, and compares it where not; measures the listed velocities
 /// against the positions, and fails where they have nothing to do with each other. Failures are
@@ -26,6 +30,12 @@ void MeasureVelocities(SCENE& scene);
 TOOL_STATUS WithFailuresTold(const std::string& file, const std::function<TOOL_STATUS()>& work);
 
 /// Tells warnings, on standard output what a pool holds, and remarks.
-void TellScene(const SCENE& scene, const std::string& source, const std::string& out);
+void TellScene(const SCENE& scene, const std::string& interpolation, const std::string& source,
+               const std::string& out);
+
+/// Tells of an interpolation that no run knows (empty: none is wanted), and of an output that is an
+/// input.
+bool IsWrongUsage(const std::string& interpolation, const std::string& out,
+                  const std::vector<std::string>& inputs);
 
 }  // namespace varnoth::tools
