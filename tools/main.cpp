@@ -100,6 +100,7 @@ void AddImportSentinel1(CLI::App& import, tools::SENTINEL1_REQUEST& request, TOO
 struct IMPORT_REQUESTS {
   tools::PARAMETERS_REQUEST gmtsar;
   tools::PARAMETERS_REQUEST gamma;
+  tools::OEM_REQUEST oem;
   tools::PAIR_REQUEST pair;
   std::string mode = "dual_pass";
 };
@@ -120,6 +121,15 @@ void AddOtherImports(CLI::App& import, IMPORT_REQUESTS& requests, TOOL_STATUS& s
                    requests.gmtsar, status, tools::ImportGmtsar);
   AddParameterFile(import, "gamma", "Read a single-look parameter file (.slc.par)",
                    requests.gamma, status, tools::ImportGamma);
+
+  CLI::App* const oem =
+      import.add_subcommand("oem", "Take a scene's orbit from a CCSDS ephemeris (OEM, text)");
+  oem->add_option("FILE", requests.oem.source, "Ephemeris")->required();
+  oem->add_option("--scene", requests.oem.scene, "Scene pool whose orbit is replaced")->required();
+  oem->add_option("--out", requests.oem.out, "Scene pool to write")->required();
+  oem->add_option("--interpolation", requests.oem.interpolation,
+                  "Of the orbit; else the one of the ephemeris");
+  oem->callback([&] { status = tools::ImportOem(requests.oem); });
 
   CLI::App* const pair = import.add_subcommand("pair", "Make a directory for a run of two scenes");
   pair->add_option("MASTER", requests.pair.master, "Scene pool")->required();

@@ -228,11 +228,10 @@ void WriteDirectory(const std::string& directory,
   if (mkdtemp(temporary.data()) == nullptr) throw std::runtime_error(std::strerror(errno));
   std::error_code ignored;
   try {
-    for (const auto& [name, content] : files) WriteWholeFile(temporary + "/" + name, content);
-    fs::permissions(temporary, fs::perms::others_read | fs::perms::others_exec |
-                                   fs::perms::group_read | fs::perms::group_exec,
-                    fs::perm_options::add);
-    if (::rename(temporary.c_str(), place.c_str()) != 0) {
+    const std::string whole = temporary + "/pair";  // with the permissions of a new directory
+    fs::create_directory(whole);
+    for (const auto& [name, content] : files) WriteWholeFile(whole + "/" + name, content);
+    if (::rename(whole.c_str(), place.c_str()) != 0) {
       throw std::runtime_error(errno == ENOTEMPTY || errno == EEXIST ? "is there and not empty"
                                                                      : std::strerror(errno));
     }
@@ -240,6 +239,7 @@ void WriteDirectory(const std::string& directory,
     fs::remove_all(temporary, ignored);
     throw;
   }
+  fs::remove_all(temporary, ignored);
 }
 
 }  // namespace
