@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <filesystem>
+#include <utility>
 
 #include "tools/import/keyed_text.hpp"
 #include "tools/import/orbit_work.hpp"
@@ -92,6 +93,7 @@ class OEM_READER {
       part = PART::META;
     } else if (words[0] == "META_STOP" && part == PART::META) {
       part = PART::DATA;
+      CheckMeta(oem.segments.back());
     } else if (words[0] == "COVARIANCE_START" && part == PART::DATA) {
       part = PART::COVARIANCE;
     } else if (part == PART::META) {
@@ -143,18 +145,26 @@ class OEM_READER {
     AddVector(orbit, *time, {values[0], values[1], values[2]}, {values[3], values[4], values[5]});
   }
 
-  /// Judges a segment, and brings its times to UTC.
+  /// Refuses what can't be taken before the vectors are looked at: it is the better reason.
+  void CheckMeta(const OEM_SEGMENT& segment) {
+    const std::size_t here = std::exchange(number, segment.line);
+    const std::string centre = Value(segment, "CENTER_NAME");
+    if (Upper(centre) != "EARTH") Fail("CENTER_NAME is " + centre + ", not EARTH");
+    CheckFrame(Value(segment, "REF_FRAME"));
+    const std::string system = Value(segment, "TIME_SYSTEM");
+    if (!AheadOfUtc(Upper(system), {})) {
+      Fail("TIME_SYSTEM " + system + " has no known difference to UTC");
+    }
+    number = here;
+  }
+
+  /// Brings the times of a segment to UTC, and finds out where it may be interpolated, and how.
   void Settle(OEM_SEGMENT& segment) {
     number = segment.line;
-    if (Upper(Value(segment, "CENTER_NAME")) != "EARTH") {
-      Fail("CENTER_NAME is " + Value(segment, "CENTER_NAME") + ", not EARTH");
-    }
-    CheckFrame(Value(segment, "REF_FRAME"));
     STATE_VECTORS& orbit = segment.orbit;
     if (orbit.epoch.empty()) Fail("the segment has no vectors");
     const std::string system = Value(segment, "TIME_SYSTEM");
-    const auto ahead = AheadOfUtc(Upper(system), orbit.epoch[0]);
-    if (!ahead) Fail("TIME_SYSTEM " + system + " has no known difference to UTC");
+    const std::int64_t ahead = AheadOfUtc(Upper(system), orbit.epoch[0]).value_or(0);
     segment.first = orbit.epoch.front();
     segment.last = orbit.epoch.back();
     Narrow(segment, "START_TIME", "STOP_TIME");
@@ -162,11 +172,11 @@ class OEM_READER {
     if (MicrosecondsBetween(segment.first, segment.last) <= 0) {
       Fail("the times of the segment leave no useable interval");
     }
-    segment.first = Later(segment.first, -*ahead);
-    segment.last = Later(segment.last, -*ahead);
-    for (MOMENT& epoch : orbit.epoch) epoch = Later(epoch, -*ahead);
+    segment.first = Later(segment.first, -ahead);
+    segment.last = Later(segment.last, -ahead);
+    for (MOMENT& epoch : orbit.epoch) epoch = Later(epoch, -ahead);
     orbit.frame = Value(segment, "REF_FRAME");
-    orbit.time_system = system + (*ahead == 0 ? "" : ", converted");
+    orbit.time_system = system + (ahead == 0 ? "" : ", converted");
     orbit.source = std::filesystem::path(source.name).filename().string() + ", " +
                    Value(segment, "OBJECT_NAME") + " " + Value(segment, "OBJECT_ID");
     SettleInterpolation(segment);
