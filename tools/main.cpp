@@ -119,8 +119,8 @@ void AddParameterFile(CLI::App& import, const char* name, const char* text,
 void AddOtherImports(CLI::App& import, IMPORT_REQUESTS& requests, TOOL_STATUS& status) {
   AddParameterFile(import, "gmtsar", "Read a PRM file and the LED file that it names",
                    requests.gmtsar, status, tools::ImportGmtsar);
-  AddParameterFile(import, "gamma", "Read a single-look parameter file (.slc.par)",
-                   requests.gamma, status, tools::ImportGamma);
+  AddParameterFile(import, "gamma", "Read a single-look parameter file (.slc.par)", requests.gamma,
+                   status, tools::ImportGamma);
 
   CLI::App* const oem =
       import.add_subcommand("oem", "Take a scene's orbit from a CCSDS ephemeris (OEM, text)");
@@ -138,8 +138,14 @@ void AddOtherImports(CLI::App& import, IMPORT_REQUESTS& requests, TOOL_STATUS& s
   pair->add_option("--height", requests.pair.height, "Of the scene above the ellipsoid in m")
       ->check(CLI::Range(-1000.0, 9000.0))
       ->capture_default_str();
-  pair->add_option("--lines", requests.pair.lines, "First and last line, as 0:1499");
-  pair->add_option("--samples", requests.pair.samples, "First and last sample");
+  const CLI::Validator section(
+      [](const std::string& text) {
+        return std::string(tools::IsSection(text) ? ""
+                                                  : text + " is no FIRST:LAST, counted from 0");
+      },
+      "FIRST:LAST");
+  pair->add_option("--lines", requests.pair.lines, "First and last line")->check(section);
+  pair->add_option("--samples", requests.pair.samples, "First and last sample")->check(section);
   pair->add_option("--mode", requests.mode, "Observation mode")
       ->check(CLI::IsMember({"single_pass", "dual_pass"}))
       ->capture_default_str();

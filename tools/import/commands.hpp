@@ -49,6 +49,8 @@ struct PAIR_REQUEST {
   bool is_single_pass = false;
 };
 
+/// Whether a text is two numbers of an image's lines or samples, as 0:1499.
+bool IsSection(const std::string& text);
 /// Makes a directory of two scene pools, with the InSAR pool and the configuration of a run.
 TOOL_STATUS ImportPair(const PAIR_REQUEST& request);
 

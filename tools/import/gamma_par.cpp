@@ -57,8 +57,8 @@ SOURCED<double> SamplingFrequency(const KEYED_TEXT& par) {
   return {resampled, "velocity of light / (2 * range_pixel_spacing), of a resampled image"};
 }
 
-/// Titles such as "s1a-iw1-slc-vv-...-004.tiff S1A-IW-IW1-VV-20027 (software: ...)" end their second
-/// word with the orbit number.
+/// Titles such as "s1a-iw1-slc-vv-...-004.tiff S1A-IW-IW1-VV-20027 (software: ...)" end their
+/// second word with the orbit number.
 void ReadTitle(const KEYED_TEXT& par, SCENE& scene) {
   const std::string title = par.Has("title") ? par.Text("title") : "";
   const std::vector<std::string_view> words = WordsOf(title);

@@ -57,7 +57,8 @@ class OEM_READER {
       ++number;
       Take(line);
     }
-    if (part != PART::DATA) Fail(part == PART::HEADER ? "has no META_START" : "ends within " + Name());
+    if (part != PART::DATA)
+      Fail(part == PART::HEADER ? "has no META_START" : "ends within " + Name());
     for (OEM_SEGMENT& segment : oem.segments) Settle(segment);
     return std::move(oem);
   }
@@ -105,9 +106,10 @@ class OEM_READER {
 
   void TakeMeta(std::string_view line) {
     static constexpr std::array KNOWN = {
-        "OBJECT_NAME", "OBJECT_ID", "CENTER_NAME", "REF_FRAME", "REF_FRAME_EPOCH", "TIME_SYSTEM",
-        "START_TIME", "USEABLE_START_TIME", "USEABLE_STOP_TIME", "STOP_TIME", "INTERPOLATION",
-        "INTERPOLATION_DEGREE", "MESSAGE_ID"};
+        "OBJECT_NAME",       "OBJECT_ID",   "CENTER_NAME",   "REF_FRAME",
+        "REF_FRAME_EPOCH",   "TIME_SYSTEM", "START_TIME",    "USEABLE_START_TIME",
+        "USEABLE_STOP_TIME", "STOP_TIME",   "INTERPOLATION", "INTERPOLATION_DEGREE",
+        "MESSAGE_ID"};
     const std::size_t sign = line.find('=');
     if (sign == line.npos) Fail("neither a keyword nor META_STOP");
     const std::vector<std::string_view> names = WordsOf(line.substr(0, sign));
@@ -196,10 +198,12 @@ class OEM_READER {
       return;
     }
     if (frame == "TDR" || frame == "GRC") {
-      Fail("REF_FRAME " + name + " lacks the motion of the pole, some 10 m: vectors in an ITRF are "
+      Fail("REF_FRAME " + name +
+           " lacks the motion of the pole, some 10 m: vectors in an ITRF are "
            "needed");
     }
-    Fail("REF_FRAME " + name + " is not Earth-fixed: vectors in an ITRF are needed, turned by "
+    Fail("REF_FRAME " + name +
+         " is not Earth-fixed: vectors in an ITRF are needed, turned by "
          "precession, nutation, Earth rotation (UT1) and the motion of the pole of their days");
   }
 

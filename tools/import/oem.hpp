@@ -10,7 +10,7 @@ namespace varnoth::tools {
 
 /// A segment of an Orbit Ephemeris Message (CCSDS 502.0-B), in UTC, m and m/s.
 struct OEM_SEGMENT {
-  std::size_t line = 0;                    ///< of its META_START
+  std::size_t line = 0;  ///< of its META_START
   std::map<std::string, std::string> meta;
   STATE_VECTORS orbit;
   MOMENT first;  ///< of the interval in which vectors may be interpolated

@@ -29,8 +29,8 @@ const OEM_SEGMENT& SegmentOf(const OEM& oem, const SCENE& scene) {
     intervals += "; " + IsoTime(segment.first) + " to " + IsoTime(segment.last);
   }
   throw std::runtime_error("the scene from " + IsoTime(scene.first_line.value) + " to " +
-                           IsoTime(LastLine(scene)) +
-                           " is not within what may be interpolated" + intervals);
+                           IsoTime(LastLine(scene)) + " is not within what may be interpolated" +
+                           intervals);
 }
 
 /// The new orbit must be near the one that stood there; what is beyond any orbit's error is another
@@ -43,9 +43,9 @@ void CompareWithFormer(const STATE_VECTORS& former, SCENE& scene) {
   for (const MOMENT& line : {scene.first_line.value, LastLine(scene)}) {
     const SATELLITE_STATE a = before.At(line);
     const SATELLITE_STATE b = now.At(line);
-    distance = std::max(distance, std::hypot(a.position[0] - b.position[0],
-                                             a.position[1] - b.position[1],
-                                             a.position[2] - b.position[2]));
+    distance =
+        std::max(distance, std::hypot(a.position[0] - b.position[0], a.position[1] - b.position[1],
+                                      a.position[2] - b.position[2]));
   }
   char text[120];
   std::snprintf(text, sizeof text, "up to %.3f m from the scene's former orbit", distance);
@@ -61,10 +61,10 @@ void CompareWithFormer(const STATE_VECTORS& former, SCENE& scene) {
 std::string WithoutOrbit(const POOL_DOCUMENT& pool) {
   std::vector<bool> is_left_out(pool.lines.size(), false);
   std::vector<std::string> keys = {"orbit_representation", "orbit_interpolation",
-                                   "orbit_param_key", "orbit_value_key", "orbit_velocity_key",
-                                   "orbit_reference_time"};
-  for (const char* const name : {"orbit_epoch", "orbit_x", "orbit_y", "orbit_z", "orbit_vx",
-                                 "orbit_vy", "orbit_vz"}) {
+                                   "orbit_param_key",      "orbit_value_key",
+                                   "orbit_velocity_key",   "orbit_reference_time"};
+  for (const char* const name :
+       {"orbit_epoch", "orbit_x", "orbit_y", "orbit_z", "orbit_vx", "orbit_vy", "orbit_vz"}) {
     keys.emplace_back(name);
   }
   for (const POOL_ENTRY& entry : pool.entries) {

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <optional>
 
 #include "pool/entry_text.hpp"
 #include "tools/import/commands.hpp"
@@ -30,21 +31,25 @@ struct SECTION {
   std::int64_t count = 0;
 };
 
-/// Throws std::runtime_error for a text that is no section of an image.
-SECTION SectionOf(const std::string& text, std::int64_t all, const std::string& what) {
-  if (text.empty()) return {0, all};
+/// Nothing for a text that is no first and last one.
+std::optional<SECTION> ParseSection(const std::string& text) {
   std::int64_t first = 0;
   std::int64_t last = 0;
   const char* const stop = text.data() + text.size();
   const auto [colon, no_first] = std::from_chars(text.data(), stop, first);
-  bool is_good = no_first == std::errc() && colon != stop && *colon == ':';
-  if (is_good) {
-    const auto [end, no_last] = std::from_chars(colon + 1, stop, last);
-    is_good = no_last == std::errc() && end == stop && first >= 0 && first < last && last < all;
-  }
-  if (is_good) return {first, last - first + 1};
-  throw std::runtime_error("--" + what + " " + text + ": the first and the last one, of 0:" +
-                           std::to_string(all - 1) + ", are wanted");
+  if (no_first != std::errc() || colon == stop || *colon != ':') return std::nullopt;
+  const auto [end, no_last] = std::from_chars(colon + 1, stop, last);
+  if (no_last != std::errc() || end != stop || first < 0 || first >= last) return std::nullopt;
+  return SECTION{first, last - first + 1};
+}
+
+/// Throws std::runtime_error for a section that the image does not have.
+SECTION SectionOf(const std::string& text, std::int64_t all, const std::string& what) {
+  if (text.empty()) return {0, all};
+  const SECTION section = ParseSection(text).value_or(SECTION{0, all + 1});
+  if (section.first + section.count <= all) return section;
+  throw std::runtime_error("--" + what + " " + text +
+                           ": the scene has 0:" + std::to_string(all - 1));
 }
 
 using CORNERS = std::array<VECTOR_3, 4>;
@@ -59,8 +64,8 @@ CORNERS CornersOf(const SCENE& scene, const SATELLITE_PATH& path, const SECTION&
     const bool is_far = i == 1 || i == 2;  // around the edge
     const auto line = static_cast<double>(lines.first + (is_late ? lines.count - 1 : 0));
     const auto sample = static_cast<double>(samples.first + (is_far ? samples.count - 1 : 0));
-    corners[i] =
-        ToVector(LocateSample(scene, path, LineTime(scene, line), RangeTime(scene, sample)).position);
+    corners[i] = ToVector(
+        LocateSample(scene, path, LineTime(scene, line), RangeTime(scene, sample)).position);
   }
   return corners;
 }
@@ -77,9 +82,9 @@ VECTOR_3 MiddleOf(const CORNERS& corners) {
   return middle;
 }
 
-/// Distance of two convex footprints in metres, 0 or less where they overlap: the widest gap that an
-/// edge of either leaves between them (separating axes). A plane through the Earth's centre and an
-/// edge stands for the edge.
+/// Distance of two convex footprints in metres, 0 or less where they overlap: the widest gap that
+/// an edge of either leaves between them (separating axes). A plane through the Earth's centre and
+/// an edge stands for the edge.
 double Apart(const CORNERS& a, const CORNERS& b) {
   double widest = -1e9;
   for (const auto& [edges, others] : {std::pair(a, b), std::pair(b, a)}) {
@@ -113,8 +118,7 @@ struct PAIR {
 
 /// Fails for two scenes that no interferogram can be made of.
 void CheckFit(const PAIR& pair, bool is_single_pass) {
-  constexpr double FARTHEST = 20e3;    // m; some five times the critical baseline of long waves
-  constexpr double PARALLEL = 0.985;   // cosine of ten degrees
+  constexpr double FARTHEST = 20e3;  // m; some five times the critical baseline of long waves
   const SCENE& master = pair.master.scene;
   const SCENE& slave = pair.slave.scene;
   const SATELLITE_PATH master_path(master.orbit);
@@ -139,18 +143,15 @@ void CheckFit(const PAIR& pair, bool is_single_pass) {
          ", and the master of " + std::to_string(master.relative_orbit.value) + distance);
   }
   const CORNERS master_corners = CornersOf(master, master_path, pair.lines, pair.samples);
-  const CORNERS slave_corners = CornersOf(slave, slave_path, {0, slave.line_count.value},
-                                          {0, slave.sample_count.value});
+  const CORNERS slave_corners =
+      CornersOf(slave, slave_path, {0, slave.line_count.value}, {0, slave.sample_count.value});
   const double far = Norm(Difference(MiddleOf(master_corners), MiddleOf(slave_corners)));
   // Beyond the horizon the planes of the edges no longer tell.
   const double apart = far > 3e6 ? far : Apart(master_corners, slave_corners);
   if (apart > 0) fail("the footprints are " + Kilometres(apart) + " apart");
-  const VECTOR_3 a = ToVector(here.velocity);
-  const VECTOR_3 b = ToVector(there.velocity);
-  if (Dot(a, b) < PARALLEL * Norm(a) * Norm(b)) fail("the two satellites fly in other directions");
   if (baseline > FARTHEST) fail("is of another track" + distance);
-  if (is_single_pass && MicrosecondsBetween(pair.master.reference.value,
-                                            pair.slave.reference.value) != 0) {
+  if (is_single_pass &&
+      MicrosecondsBetween(pair.master.reference.value, pair.slave.reference.value) != 0) {
     fail("the scenes of a single pass need one orbit_reference_time: " +
          PoolTime(pair.master.reference.value) + " and " + PoolTime(pair.slave.reference.value));
   }
@@ -171,8 +172,7 @@ void WarnOfDifferences(PAIR& pair, bool is_single_pass) {
   differ("range sampling frequencies", master.range_sampling_frequency.value,
          slave.range_sampling_frequency.value, "a run takes the master's for both");
   if (is_single_pass) return;
-  const std::int64_t apart =
-      MicrosecondsBetween(master.first_line.value, slave.first_line.value);
+  const std::int64_t apart = MicrosecondsBetween(master.first_line.value, slave.first_line.value);
   if (apart == 0) pair.warnings.emplace_back("is the master's own scene: all baselines are 0");
   if (master.look_direction.value != slave.look_direction.value) {
     pair.warnings.emplace_back("looks to the other side than the master");
@@ -243,6 +243,8 @@ void WriteDirectory(const std::string& directory,
 }
 
 }  // namespace
+
+bool IsSection(const std::string& text) { return ParseSection(text).has_value(); }
 
 TOOL_STATUS ImportPair(const PAIR_REQUEST& request) {
   PAIR pair;

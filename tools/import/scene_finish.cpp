@@ -70,9 +70,9 @@ void MeasureVelocities(SCENE& scene) {
     throw std::runtime_error(text);
   }
   const GROUND_POINT centre = LocateCentre(scene);
-  const double shift = std::abs(
-      AlongTrackShift(scene.orbit, gaps, MiddleLine(scene),
-                      {centre.position[0], centre.position[1], centre.position[2]}));
+  const double shift =
+      std::abs(AlongTrackShift(scene.orbit, gaps, MiddleLine(scene),
+                               {centre.position[0], centre.position[1], centre.position[2]}));
   if (shift < NOTEWORTHY) return;
   std::snprintf(text, sizeof text,
                 "the listed velocities are up to %.1f mm/s off the derivative of the positions: "

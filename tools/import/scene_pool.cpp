@@ -146,8 +146,8 @@ std::string ScenePoolText(const SCENE& scene, const std::string& interpolation) 
   pool.Add("center_latitude", static_cast<float>(scene.center_latitude.value),
            {scene.center_latitude.source + " in [deg]"});
   const MOMENT midnight{scene.first_line.value.day, 0};
-  return pool.text + OrbitPoolText(scene.orbit, interpolation,
-                                   {midnight, "midnight before the first line"});
+  return pool.text +
+         OrbitPoolText(scene.orbit, interpolation, {midnight, "midnight before the first line"});
 }
 
 void WriteScenePool(const SCENE& scene, const std::string& interpolation, const std::string& file) {
