@@ -204,7 +204,7 @@ SHIFT = {
     "single pass of two days": ([], {}, ["--mode", "single_pass"], 1, "need one orbit_reference_time"),
     "along the track": ([], {"start": 0.6}, [], 1, "the footprints are 6"),
     "other side of the Earth": ([], {"start": 0.5 + math.pi}, [], 1, "the footprints are 12"),
-    "next track": ([("5001", "50001")], {"aside": -45000.0}, [], 1, "is of another track: the satellites' paths are 4"),
+    "next track": ([("5001", "50001")], {"aside": -45000.0}, [], 1, "is of another track: the satellites' paths are 39.1 km"),
     "frequency": ([("5.405", "5.505")], {}, [], 0, "radar frequencies"),
     "lines": ([], {}, ["--lines", "0:2001"], 1, "the scene has 0:2000"),
     "no lines": ([], {}, ["--lines", "5"], 2, "FIRST:LAST"),
