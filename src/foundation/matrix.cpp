@@ -61,7 +61,7 @@ void MATRIX<T>::Delete() {
 template <class T>
 std::shared_ptr<T* []> MATRIX<T>::MakePointers(int count) {
   try {
-    return std::make_shared<T*[]>(static_cast<std::size_t>(count));
+    return std::make_unique<T*[]>(static_cast<std::size_t>(count));
   } catch (const std::bad_alloc&) {
     throw ERROR_NO_MEMORY();
   }

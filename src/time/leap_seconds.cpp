@@ -35,10 +35,10 @@ ARRAY<LEAP_SECOND_ITEM>& Table() { return STATIC_OBJECT<LEAP_SECOND_TABLE>::Get(
 
 // The rows before the terminating one; a table without a terminator counts whole.
 ROWS RealRows() {
-  const ROWS rows(Table());
-  const auto end =
-      std::find_if(rows.begin(), rows.end(), [](const auto& r) { return r.year == 0; });
-  return {rows.begin(), end};
+  const ARRAY<LEAP_SECOND_ITEM>& table = Table();
+  const LEAP_SECOND_ITEM* const end =
+      std::find_if(table.begin(), table.end(), [](const auto& row) { return row.year == 0; });
+  return {table.begin(), static_cast<std::size_t>(end - table.begin())};
 }
 
 void SetRows(ARRAY<LEAP_SECOND_ITEM>& table, ROWS rows) {

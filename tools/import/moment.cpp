@@ -120,6 +120,11 @@ std::int64_t MicrosecondsBetween(const MOMENT& from, const MOMENT& to) {
   return passed;
 }
 
+int TaiMinusUtc(const MOMENT& moment) {
+  constexpr int AT_START = 10;  // of 1972
+  return AT_START - LeapSecondsBetween({1972, 1, 1, 0, 0, 0, 0, 0}, ToUtc(moment));
+}
+
 std::string PoolTime(const MOMENT& moment) {
   const UTC_VALUES utc = ToUtc(moment);
   char text[64];

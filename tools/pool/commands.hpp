@@ -26,8 +26,8 @@ struct SET_REQUEST {
   std::optional<std::string> comment;
 };
 
-/// Changes or adds an entry of a pool in its place, under the lock that updates take. On failure the
-/// old content is there again.
+/// Changes or adds an entry of a pool in its place, under the lock that updates take. On failure
+/// the old content is there again.
 TOOL_STATUS SetValue(const SET_REQUEST& request);
 
 struct DIFF_LIMITS {
