@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
-#include <charconv>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
 
+#include "foundation/scan_number.hpp"
 #include "system/floating_point_traps.hpp"
 
 namespace varnoth {
@@ -59,7 +59,7 @@ double ScanFloating(const char* token, std::size_t length) {
       std::isdigit(static_cast<unsigned char>(*token)) != 0 || *token == '-';
   const char* const end = token + length;
   if (starts_plainly && std::isdigit(static_cast<unsigned char>(end[-1])) != 0) {
-    const auto [stop, error] = std::from_chars(token, end, number);
+    const auto [stop, error] = ScanNumber(token, end, number);
     if (stop == end && error == std::errc()) return number;
     number = 0.0;
   }

@@ -1,11 +1,11 @@
 #include "records/record_item.hpp"
 
-#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
 
 #include "foundation/errors.hpp"
+#include "foundation/scan_number.hpp"
 #include "log/log.hpp"
 #include "system/floating_point_traps.hpp"
 
@@ -23,7 +23,7 @@ NUMBER ParseNumber(const char* text) {
   // from_chars does not read a plus sign.
   const char* const digits = text[0] == '+' && text[1] != '-' ? text + 1 : text;
   const char* const end = digits + std::strlen(digits);
-  const auto [stop, error] = std::from_chars(digits, end, value);
+  const auto [stop, error] = ScanNumber(digits, end, value);
   if (error != std::errc() || stop != end) {
     GlobalLog.set(ALARM) << "MDB: RECORD_ITEM: >>" << text << "<< is no number\n";
     throw ERROR_DATA();

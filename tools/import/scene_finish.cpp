@@ -127,8 +127,9 @@ bool IsWrongUsage(const std::string& interpolation, const std::string& out,
 void TellScene(const SCENE& scene, const std::string& interpolation, const std::string& source,
                const std::string& out) {
   for (const std::string& warning : scene.warnings) Tell(source, 1, SEVERITY::WARNING, warning);
-  std::printf("%s: %s, %s %s, %lld lines, %lld samples, from %s\n%s: %zu vectors of %s, by %s\n",
-              out.c_str(), scene.name.value.c_str(), scene.satellite.c_str(), scene.mode.c_str(),
+  const std::string mode = scene.mode.empty() ? "" : " " + scene.mode;
+  std::printf("%s: %s, %s%s, %lld lines, %lld samples, from %s\n%s: %zu vectors of %s, by %s\n",
+              out.c_str(), scene.name.value.c_str(), scene.satellite.c_str(), mode.c_str(),
               static_cast<long long>(scene.line_count.value),
               static_cast<long long>(scene.sample_count.value),
               IsoTime(scene.first_line.value).c_str(), out.c_str(), scene.orbit.epoch.size(),
