@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
+#include <span>
 
 #include "foundation/matrix.hpp"
 #include "interpolation/numerics/lfit.hpp"
@@ -45,10 +46,10 @@ FLAT_EARTH fit_flat_earth_polynomials(const SCENE& scene, const SWEEP& sweep, in
     for (int i = 0; i < count; ++i) {
       GlobalLog.printf_line(PARAMETER, "Poly coefficient : p%d = %lf", i, polynomial.begin()[i]);
     }
+    const std::span<const double> coefficients(polynomial.begin(), polynomial.end());
     for (int i = 0; i < SWEEP_SAMPLES; ++i) {
-      maximum_error = std::max(
-          maximum_error,
-          std::fabs(NestedMultiplication<double>(polynomial, spl[i]) - sweep.samples[k][i].phase));
+      maximum_error = std::max(maximum_error, std::fabs(NestedMultiplication(coefficients, spl[i]) -
+                                                        sweep.samples[k][i].phase));
     }
   }
 
