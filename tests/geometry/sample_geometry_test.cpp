@@ -63,9 +63,9 @@ TEST_F(SampleGeometryTest, FourThreadsGetTheBitsOfOneAndLogNothing) {
     }
   };
   run(0);
-  std::vector<std::jthread> threads;
+  std::vector<std::thread> threads;
   for (std::size_t first = 100; first < 500; first += 100) threads.emplace_back(run, first);
-  threads.clear();  // waits for them
+  for (std::thread& thread : threads) thread.join();
   EXPECT_EQ(std::memcmp(&samples[0], &samples[100], 400 * sizeof samples[0]), 0);
   EXPECT_EQ(TakeLog(), "");
 }

@@ -1,6 +1,7 @@
 #include "records/mdb.hpp"
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 
 #include "foundation/errors.hpp"
