@@ -6,6 +6,8 @@
 #include <string>
 #include <type_traits>
 
+#include "system/floating_point_traps.hpp"
+
 namespace varnoth {
 
 /// std::from_chars, also with standard libraries that have it for whole numbers only (libc++ 14).
@@ -24,6 +26,7 @@ std::from_chars_result ScanNumber(const char* first, const char* last, NUMBER& v
     const bool is_other =
         text.find_first_of(" \t\n\v\f\r+") == 0 || text.find_first_of("xX") != text.npos;
     char* stop = nullptr;
+    const HELD_TRAPS held;
     errno = 0;
     const double number = std::strtod(text.c_str(), &stop);
     const auto length = stop - text.c_str();

@@ -1,5 +1,4 @@
 #include <array>
-#include <regex>
 
 #include "foundation/errors.hpp"
 #include "interpolation/polynom.hpp"
@@ -114,13 +113,16 @@ TEST_F(OrbitTest, PrintsSamplesPositionsAndTheirDifferences) {
   core.Print(PARAMETER, "title");
   std::string log = TakeLines();
   std::erase(log, ' ');
-  log = std::regex_replace(log, std::regex("PARAM[+-]{99,}"), "RULE");
+  const std::string title = "PARAMtitle\n";
+  const std::string rule =
+      log.substr(title.size(), log.find('\n', title.size()) + 1 - title.size());
+  EXPECT_TRUE(rule.starts_with("PARAM+--")) << rule;
   EXPECT_TRUE(log.starts_with(
-      "PARAMtitle\nRULE\nPARAM|t[s]|x[m]|y[m]|z[m]|ix[m]|iy[m]|iz[m]|dx[m]|dy[m]|dz[m]|\nRULE\n"
+      title + rule + "PARAM|t[s]|x[m]|y[m]|z[m]|ix[m]|iy[m]|iz[m]|dx[m]|dy[m]|dz[m]|\n" + rule +
       "PARAM|0.000000|1.000000e+00|-2.000000e+00|3.500000e+00|1.500000e+00|-3.000000e+00|"
       "3.250000e+00|-5.000000e-01|1.000000e+00|2.500000e-01|\n"))
       << log;
-  EXPECT_TRUE(log.ends_with("|\nRULE\n")) << log;
+  EXPECT_TRUE(log.ends_with("|\n" + rule)) << log;
 }
 
 TEST_F(OrbitTest, OpensBothFilesOfACurveBeforeItComplainsOfTheFirst) {
