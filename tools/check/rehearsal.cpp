@@ -301,6 +301,8 @@ bool Rehearse(const STEP_POOLS& pools, const STEP_SETTINGS& settings, FINDING_LI
   const pid_t child = pipe(ends) == 0 ? fork() : -1;
   if (child < 0) throw std::bad_alloc();
   if (child == 0) {
+    // Whatever catches signals here, a trap must end the child by its own.
+    for (const int number : {SIGFPE, SIGSEGV, SIGABRT}) std::signal(number, SIG_DFL);
     scratch.Enter();
     PlayAndExit(pools, settings, ends[1]);
   }
