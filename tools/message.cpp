@@ -4,9 +4,29 @@
 
 namespace varnoth {
 
+namespace {
+
+/// A text as a terminal may show it: what stands in a broken file could be control characters, and
+/// long.
+std::string Printable(std::string text) {
+  constexpr std::size_t LIMIT = 500;
+  if (text.size() > LIMIT) text.replace(LIMIT, text.npos, "...");
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    // C2 80 to C2 9F are the control characters of Latin-1.
+    const bool is_upper =
+        byte == 0xC2 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0;
+    if (is_upper) text.erase(i, 1);
+    if (is_upper || byte < 0x20 || byte == 0x7F) text[i] = '?';
+  }
+  return text;
+}
+
+}  // namespace
+
 void Tell(const std::string& file, std::size_t line, SEVERITY severity, const std::string& text) {
   std::fprintf(stderr, "%s:%zu: %s: %s\n", file.c_str(), line,
-               severity == SEVERITY::ERROR ? "error" : "warning", text.c_str());
+               severity == SEVERITY::ERROR ? "error" : "warning", Printable(text).c_str());
 }
 
 }  // namespace varnoth

@@ -12,6 +12,7 @@ enum class SEVERITY { WARNING, ERROR };
 
 /// Writes "FILE:LINE: error: text" to standard error, the form in which editors jump to the place.
 /// What concerns a file as a whole stands at line 1.
+/// Control characters appear as "?", and a long text is cut.
 void Tell(const std::string& file, std::size_t line, SEVERITY severity, const std::string& text);
 
 }  // namespace varnoth

@@ -26,6 +26,7 @@ PITS = {
     "NUL": ('a INT_32 5\0\nb STR "a\0"\n', ["1 w NUL", "2 w NUL", "2 e closing quote"]),
     "loose lines": (" a INT_32 1\n 5\n", ["1 w never found", "2 w no entry"]),
     "count": (VECTOR.format("0 1") + VECTOR.format("0 3"), ["4 e surplus", "8 w line 1", "12 e behind 2", "14 w line 7"]),
+    "hostile": ("k ST\x1b[2J\x9b0m 1\n", ["1 e ST?[2J?0m"]),
     "not closed": ("#c\n" + VECTOR.format("0 2").replace(" }\n", ""), ["2 e not closed"]),
     "not opened": ("a STR_V 0 0\nb INT_32_V 0 1\n { 5\n 6\n }\n", ["1 e must open", "3 e lost"]),
     "elements": ("a FLT_6_V 0 3\n {\n  x\n\n#c\n }\n", ["3 e no number", "4 e no value", "5 e no number"]),
