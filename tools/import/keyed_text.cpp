@@ -17,12 +17,19 @@ std::string_view Trimmed(std::string_view text) {
 
 }  // namespace
 
-std::vector<std::string_view> WordsOf(std::string_view line) {
+std::string Upper(std::string text) {
+  for (char& c : text) {
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  }
+  return text;
+}
+
+std::vector<std::string_view> WordsOf(std::string_view line, const char* dividers) {
   std::vector<std::string_view> words;
-  for (std::size_t i = line.find_first_not_of(BLANKS); i != line.npos;) {
-    const std::size_t stop = std::min(line.find_first_of(BLANKS, i), line.size());
+  for (std::size_t i = line.find_first_not_of(dividers); i != line.npos;) {
+    const std::size_t stop = std::min(line.find_first_of(dividers, i), line.size());
     words.push_back(line.substr(i, stop - i));
-    i = line.find_first_not_of(BLANKS, stop);
+    i = line.find_first_not_of(dividers, stop);
   }
   return words;
 }

@@ -11,8 +11,11 @@
 
 namespace varnoth::tools {
 
-/// The words of a line, without blanks, tabs and carriage returns.
-std::vector<std::string_view> WordsOf(std::string_view line);
+/// The same text with the letters A to Z for a to z.
+std::string Upper(std::string text);
+/// The words of a line, between any of the dividers: without others blanks, tabs and carriage
+/// returns.
+std::vector<std::string_view> WordsOf(std::string_view line, const char* dividers = " \t\r");
 std::vector<std::string_view> LinesOf(const std::string& content);
 /// Nothing if the word as a whole is no finite number. A Fortran exponent (1.5D+03) is one.
 std::optional<double> NumberOf(std::string_view word);

@@ -13,13 +13,6 @@ namespace varnoth::tools {
 
 namespace {
 
-std::string Upper(std::string text) {
-  for (char& c : text) {
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-  }
-  return text;
-}
-
 /// "2017-04-11T22:31:43.121856", or "1996-353T12:00:00.331" with the day of the year.
 std::optional<MOMENT> TimeOf(std::string_view text) {
   constexpr std::size_t YEAR_AND_DAY = 8;

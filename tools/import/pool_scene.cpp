@@ -4,6 +4,7 @@
 
 #include "time/utc_scanner.hpp"
 #include "tools/import/failure.hpp"
+#include "tools/import/keyed_text.hpp"
 #include "tools/import/moment.hpp"
 
 namespace varnoth::tools {
@@ -73,14 +74,8 @@ class VALUES_OF_POOL {
 };
 
 std::vector<std::string> Names(const std::string& text) {
-  constexpr const char* DIVIDERS = ": /,(){}";
-  std::vector<std::string> names;
-  for (std::size_t i = text.find_first_not_of(DIVIDERS); i != text.npos;) {
-    const std::size_t stop = std::min(text.find_first_of(DIVIDERS, i), text.size());
-    names.push_back(text.substr(i, stop - i));
-    i = text.find_first_not_of(DIVIDERS, stop);
-  }
-  return names;
+  const std::vector<std::string_view> names = WordsOf(text, ": /,(){}");
+  return {names.begin(), names.end()};
 }
 
 STATE_VECTORS ReadVectors(const VALUES_OF_POOL& pool) {

@@ -6,7 +6,9 @@
 #include <sstream>
 
 #include "tools/import/commands.hpp"
+#include "tools/import/keyed_text.hpp"
 #include "tools/import/scene_check.hpp"
+#include "tools/import/scene_finish.hpp"
 #include "tools/import/scene_pool.hpp"
 #include "tools/import/sentinel1_annotation.hpp"
 #include "tools/import/sentinel1_orbit_file.hpp"
@@ -14,13 +16,6 @@
 namespace varnoth::tools {
 
 namespace {
-
-std::string Upper(std::string text) {
-  for (char& c : text) {
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-  }
-  return text;
-}
 
 /// An annotation within a product, with what its name tells.
 struct CANDIDATE {
@@ -166,13 +161,6 @@ SCENE ReadScene(const SENTINEL1_REQUEST& request, const INTERPOLATION& interpola
   return scene;
 }
 
-bool IsInput(const std::string& out, const std::vector<std::string>& inputs) {
-  std::error_code ignored;
-  return std::any_of(inputs.begin(), inputs.end(), [&](const std::string& input) {
-    return std::filesystem::equivalent(out, input, ignored);
-  });
-}
-
 }  // namespace
 
 TOOL_STATUS ImportSentinel1(const SENTINEL1_REQUEST& request) {
@@ -183,23 +171,17 @@ TOOL_STATUS ImportSentinel1(const SENTINEL1_REQUEST& request) {
     return WRONG_USAGE;
   }
   SCENE scene;
-  try {
+  const TOOL_STATUS read = WithFailuresTold(request.source, [&] {
     std::vector<std::string> inputs = {request.source};
     scene = ReadScene(request, *interpolation, inputs);
-    if (IsInput(request.out, inputs)) {
-      Tell(request.out, 1, SEVERITY::ERROR, "is an input");
-      return WRONG_USAGE;
-    }
-  } catch (const IMPORT_FAILURE& failure) {
-    Tell(failure.file, failure.line, SEVERITY::ERROR, failure.what());
-    return FINDINGS;
-  }
-  try {
+    return IsWrongUsage("", request.out, inputs) ? WRONG_USAGE : GOOD;
+  });
+  if (read != GOOD) return read;
+  const TOOL_STATUS written = WithFailuresTold(request.out, [&] {
     WriteScenePool(scene, request.interpolation, request.out);
-  } catch (const std::runtime_error& failure) {
-    Tell(request.out, 1, SEVERITY::ERROR, failure.what());
-    return FINDINGS;
-  }
+    return GOOD;
+  });
+  if (written != GOOD) return written;
   for (const std::string& warning : scene.warnings) {
     Tell(request.source, 1, SEVERITY::WARNING, warning);
   }
