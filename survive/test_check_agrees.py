@@ -20,11 +20,10 @@ RUNS, FROM = (int(os.environ.get(f"CHECKED_{name}", n)) for name, n in (("RUNS",
 STARTS = sorted({p.parent for p in EXAMPLES.glob("*/insar.pool")})
 SCENES = ("master.pool", "slave.pool")
 NOBODY = {"user": 65534, "group": 65534} if os.geteuid() == 0 else {}
-METHODS = ("everett", "everett_4", "everett_7", "everett_-2", "everett_20", "everett_0", "polynom", "polyfit_3",
-    "polyfit_-1",
-           "polyfit_99", "chebyshev_8", "spline", "hermite", "localhermite_0_4", "localpolynom_0_9",
-               "localpolyfit_4_0",
-           "localchebyshev_6_9", "localpolynom_0_99", "Everett_8", "", "_", "everett(6)")
+METHODS = ("everett", "everett_4", "everett_7", "everett_-2", "everett_20", "everett_0", "polynom",
+           "polyfit_3", "polyfit_-1", "polyfit_99", "chebyshev_8", "spline", "hermite", "localhermite_0_4",
+           "localpolynom_0_9", "localpolyfit_4_0", "localchebyshev_6_9", "localpolynom_0_99", "Everett_8", "",
+           "_", "everett(6)")
 TIMES = ("0", "3600", "-86400", "06-APR-2025/00:00:00.000000", "2026-11-10T00:00:00", "0010/00:00:00", "10/00:0x:00",
          "31-FEB-2025/00:00:00", "", "99999/00:00:00", "x")
 KEYS = re.compile(rb"^(\w+)[ \t]+([A-Z]\w+)[ \t]+(.*)$", re.MULTILINE)
