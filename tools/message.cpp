@@ -24,9 +24,14 @@ std::string Printable(std::string text) {
 
 }  // namespace
 
+std::string Message(const std::string& file, std::size_t line, SEVERITY severity,
+                    const std::string& text) {
+  return file + ":" + std::to_string(line) +
+         (severity == SEVERITY::ERROR ? ": error: " : ": warning: ") + Printable(text) + "\n";
+}
+
 void Tell(const std::string& file, std::size_t line, SEVERITY severity, const std::string& text) {
-  std::fprintf(stderr, "%s:%zu: %s: %s\n", file.c_str(), line,
-               severity == SEVERITY::ERROR ? "error" : "warning", Printable(text).c_str());
+  std::fputs(Message(file, line, severity, text).c_str(), stderr);
 }
 
 }  // namespace varnoth

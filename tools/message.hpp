@@ -14,5 +14,8 @@ enum class SEVERITY { WARNING, ERROR };
 /// What concerns a file as a whole stands at line 1.
 /// Control characters appear as "?", and a long text is cut.
 void Tell(const std::string& file, std::size_t line, SEVERITY severity, const std::string& text);
+/// The same line, with its end, to be written later.
+std::string Message(const std::string& file, std::size_t line, SEVERITY severity,
+                    const std::string& text);
 
 }  // namespace varnoth

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstdio>
 #include <stdexcept>
 
 #include "pool/entry_reader.hpp"
@@ -26,9 +27,13 @@ class POOL_CHECK {
     CheckLooseLines();
     std::stable_sort(findings.begin(), findings.end(),
                      [](const FINDING& a, const FINDING& b) { return a.line < b.line; });
+    // In blocks, since a broken file can have millions of findings.
+    std::string block;
     for (const FINDING& finding : findings) {
-      varnoth::Tell(pool.file, finding.line, finding.severity, finding.text);
+      block += Message(pool.file, finding.line, finding.severity, finding.text);
+      if (block.size() > 1 << 16) WriteOut(block);
     }
+    WriteOut(block);
     return errors == 0;
   }
 
@@ -38,6 +43,11 @@ class POOL_CHECK {
     SEVERITY severity;
     std::string text;
   };
+
+  static void WriteOut(std::string& block) {
+    std::fputs(block.c_str(), stderr);
+    block.clear();
+  }
 
   void Add(std::size_t index, SEVERITY severity, const std::string& text) {
     if (severity == SEVERITY::ERROR) ++errors;
