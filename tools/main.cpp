@@ -7,7 +7,9 @@
 #include "log/log.hpp"
 #include "tools/check/command.hpp"
 #include "tools/import/commands.hpp"
+#include "tools/import/moment.hpp"
 #include "tools/pool/commands.hpp"
+#include "tools/stack/commands.hpp"
 
 namespace varnoth {
 
@@ -155,6 +157,56 @@ void AddOtherImports(CLI::App& import, IMPORT_REQUESTS& requests, TOOL_STATUS& s
   });
 }
 
+/// What the commands "stack" were given.
+struct STACK_REQUESTS {
+  tools::PLAN_REQUEST plan;
+  tools::RUN_REQUEST run;
+};
+
+void AddStackPlan(CLI::App& stack, tools::PLAN_REQUEST& request, TOOL_STATUS& status) {
+  CLI::App* const plan = stack.add_subcommand("plan", "Choose the pairs of scenes of one track");
+  plan->add_option("SCENE", request.places, "Scene pools, or folders of them")->required();
+  plan->add_option("--out", request.out, "Directory for the plan")->required();
+  const CLI::Validator date(
+      [](const std::string& text) {
+        return std::string(tools::MomentFromText(text + "T00:00:00") ? "" : text + " is no date");
+      },
+      "YYYY-MM-DD");
+  plan->add_option("--reference", request.reference, "Date of the reference; else the best")
+      ->check(date);
+  plan->add_option("--height", request.height, "Of the scenes above the ellipsoid in m")
+      ->check(CLI::Range(-1000.0, 9000.0))
+      ->capture_default_str();
+  plan->add_option("--max-days", request.network.max_days, "Longest time between two scenes")
+      ->check(CLI::NonNegativeNumber);
+  plan->add_option("--max-baseline", request.network.max_baseline,
+                   "Largest amount of the perpendicular baseline in m")
+      ->check(CLI::NonNegativeNumber);
+  CLI::Option_group* const kind = plan->add_option_group("network", "Without one, all pairs");
+  kind->add_option("--nearest", request.network.nearest, "Each scene with the K next ones in time")
+      ->check(CLI::PositiveNumber)
+      ->each([&](const std::string&) { request.network.kind = tools::NETWORK::NEAREST; });
+  kind->add_flag_callback(
+      "--star", [&] { request.network.kind = tools::NETWORK::STAR; },
+      "The reference with each other scene");
+  kind->add_flag_callback(
+      "--delaunay", [&] { request.network.kind = tools::NETWORK::DELAUNAY; },
+      "Triangles over time and perpendicular baseline");
+  kind->require_option(0, 1);
+  plan->add_option("--make", request.make, "Directory for the pairs' directories");
+  plan->callback([&] { status = tools::PlanStack(request); });
+}
+
+void AddStack(CLI::App& app, STACK_REQUESTS& requests, TOOL_STATUS& status) {
+  CLI::App* const stack = app.add_subcommand("stack", "Plan the pairs of a stack, and run them");
+  stack->require_subcommand(1);
+  AddStackPlan(*stack, requests.plan, status);
+  CLI::App* const run = stack->add_subcommand("run", "Run pairs, one after the other");
+  run->add_option("PAIR", requests.run.pairs, "Directories of pairs")->required();
+  run->add_option("--results", requests.run.results, "Directory for the results")->required();
+  run->callback([&] { status = tools::RunStack(requests.run); });
+}
+
 int Run(int count, char** arguments) {
   CLI::App app("Tools around varnoth: make, look at and mend pools", "varnoth-tools");
   app.require_subcommand(1);
@@ -218,6 +270,8 @@ int Run(int count, char** arguments) {
   AddImportSentinel1(*import, sentinel1, status);
   IMPORT_REQUESTS imports;
   AddOtherImports(*import, imports, status);
+  STACK_REQUESTS stack;
+  AddStack(app, stack, status);
 
   try {
     std::vector<std::string> words = MarkValues({arguments + 1, arguments + count});

@@ -23,13 +23,13 @@ bool WriteAll(int descriptor, std::string_view rest) {
   return true;
 }
 
-mode_t ModeOfNewFile() {
+}  // namespace
+
+unsigned CreationMask() {
   const mode_t mask = umask(0);  // the only way to read it
   umask(mask);
-  return 0666 & ~mask;
+  return mask;
 }
-
-}  // namespace
 
 void WriteWholeFile(const std::string& file, const std::string& content) {
   struct stat old {};
@@ -40,7 +40,7 @@ void WriteWholeFile(const std::string& file, const std::string& content) {
   std::string temporary = place + ".XXXXXX";
   const int descriptor = mkstemp(temporary.data());
   if (descriptor < 0) throw std::runtime_error(std::strerror(errno));
-  const mode_t mode = is_there ? old.st_mode & 07777 : ModeOfNewFile();
+  const mode_t mode = is_there ? old.st_mode & 07777 : 0666 & ~CreationMask();
   bool is_good = WriteAll(descriptor, content) && fchmod(descriptor, mode) == 0;
   is_good = is_good && fsync(descriptor) == 0;
   int reason = errno;

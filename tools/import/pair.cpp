@@ -218,12 +218,23 @@ constexpr const char* CONFIGURATION =
     "FlatEarthPolyDegree 4\nMasterPar master.pool\nSlavePar slave.pool\n"
     "ParameterPool insar.pool\nlog_pp log.pool\n";
 
-/// Makes a directory that appears with all its files or not at all. An empty one may be there.
+/// Whether a directory has these files already.
+bool Holds(const std::string& directory,
+           const std::vector<std::pair<std::string, std::string>>& files) {
+  return std::all_of(files.begin(), files.end(), [&](const auto& file) {
+    const std::string place = directory + "/" + file.first;
+    return std::filesystem::is_regular_file(place) && ReadSource(place).content == file.second;
+  });
+}
+
+/// Makes a directory that appears with all its files or not at all. An empty one may be there, or
+/// one that has them already, as when a stack grows.
 void WriteDirectory(const std::string& directory,
                     const std::vector<std::pair<std::string, std::string>>& files) {
   namespace fs = std::filesystem;
   std::string place = directory;
   while (place.size() > 1 && place.ends_with('/')) place.pop_back();
+  if (Holds(place, files)) return;
   std::string temporary = place + ".XXXXXX";
   if (mkdtemp(temporary.data()) == nullptr) throw std::runtime_error(std::strerror(errno));
   std::error_code ignored;

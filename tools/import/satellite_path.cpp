@@ -32,7 +32,7 @@ SATELLITE_STATE SATELLITE_PATH::At(const MOMENT& moment) const {
   return state;
 }
 
-MOMENT SATELLITE_PATH::ClosestTo(const VECTOR_3& place) const {
+double SATELLITE_PATH::SecondsClosestTo(const VECTOR_3& place) const {
   // The distance has one minimum within the minutes of a list: where the velocity is across the
   // line of sight. Halving an interval needs no second derivative.
   double low = 0.0;
@@ -47,7 +47,17 @@ MOMENT SATELLITE_PATH::ClosestTo(const VECTOR_3& place) const {
     }
     (approach > 0 ? low : high) = middle;
   }
-  return Later(first, std::llround((low + high) / 2 * MICROSECONDS_OF_SECOND));
+  return (low + high) / 2;
+}
+
+MOMENT SATELLITE_PATH::ClosestTo(const VECTOR_3& place) const {
+  return Later(first, std::llround(SecondsClosestTo(place) * MICROSECONDS_OF_SECOND));
+}
+
+SATELLITE_STATE SATELLITE_PATH::StateClosestTo(const VECTOR_3& place) const {
+  SATELLITE_STATE state{};
+  GetState(orbit, SecondsClosestTo(place), state);
+  return state;
 }
 
 GROUND_POINT LocateSample(const SCENE& scene, const SATELLITE_PATH& path, const MOMENT& line,

@@ -1,0 +1,39 @@
+#include "tools/stack/baseline.hpp"
+
+namespace varnoth::tools {
+
+namespace {
+
+VECTOR_3 Difference(const VECTOR_3& a, const VECTOR_3& b) {
+  return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
+}
+
+VECTOR_3 Scaled(const VECTOR_3& a, double factor) {
+  return {a[0] * factor, a[1] * factor, a[2] * factor};
+}
+
+VECTOR_3 ToVector(const double (&values)[3]) { return {values[0], values[1], values[2]}; }
+
+}  // namespace
+
+VIEW ViewOf(const SATELLITE_STATE& state, const VECTOR_3& point) {
+  VIEW view;
+  view.place = ToVector(state.position);
+  const VECTOR_3 ray = Difference(point, view.place);
+  view.range = Norm(ray);
+  view.line_of_sight = Scaled(ray, 1 / view.range);
+  const VECTOR_3 across = Cross(view.line_of_sight, ToVector(state.velocity));
+  const double side = Dot(across, view.place) > 0 ? 1.0 : -1.0;
+  view.above = Scaled(across, side / Norm(across));
+  // The velocity itself but for what the search of the time without Doppler shift leaves.
+  view.along = Scaled(Cross(view.above, view.line_of_sight), side);
+  return view;
+}
+
+BASELINE BaselineOf(const VIEW& master, const VIEW& slave) {
+  const VECTOR_3 baseline = Difference(slave.place, master.place);
+  return {Dot(baseline, master.above), Dot(baseline, master.line_of_sight),
+          Dot(baseline, master.along)};
+}
+
+}  // namespace varnoth::tools

@@ -1,0 +1,177 @@
+#include "tools/stack/pair_run.hpp"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+
+#include "tools/message.hpp"
+#include "tools/whole_file.hpp"
+
+namespace varnoth::tools {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void FailBySystem(const std::string& what) {
+  throw std::runtime_error(what + ": " + std::strerror(errno));
+}
+
+/// The program's whole path.
+std::string FindProgram() {
+  const char* const named = std::getenv("VARNOTH");
+  const std::string word = named != nullptr && *named != '\0' ? named : "varnoth";
+  std::vector<fs::path> places;
+  if (word.find('/') != word.npos) {
+    places.emplace_back(word);
+  } else if (const char* path = std::getenv("PATH")) {
+    for (const char* rest = path;; ++rest) {
+      const char* const end = std::strchr(rest, ':');
+      places.push_back(fs::path(end ? std::string(rest, end) : std::string(rest)) / word);
+      if (end == nullptr) break;
+      rest = end;
+    }
+  }
+  for (const fs::path& place : places) {
+    if (fs::is_regular_file(place) && access(place.c_str(), X_OK) == 0) return fs::absolute(place);
+  }
+  throw std::runtime_error("there is no program " + word);
+}
+
+/// A pair's copy. While its process lives it holds a lock, so that only what a killed one left is
+/// removed by others.
+class WORK_DIRECTORY {
+ public:
+  WORK_DIRECTORY(const std::string& results, const std::string& name)
+      : path(results + "/." + name + ".XXXXXX") {
+    RemoveLeft(results, "." + name + ".");
+    if (mkdtemp(path.data()) == nullptr) FailBySystem(results);
+    lock = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (lock >= 0) flock(lock, LOCK_SH | LOCK_NB);
+    fs::permissions(path, static_cast<fs::perms>(0777 & ~CreationMask()));
+  }
+  ~WORK_DIRECTORY() {
+    std::error_code ignored;
+    fs::remove_all(path, ignored);
+    if (lock >= 0) ::close(lock);
+  }
+  WORK_DIRECTORY(const WORK_DIRECTORY&) = delete;
+  WORK_DIRECTORY& operator=(const WORK_DIRECTORY&) = delete;
+
+  const std::string& Path() const { return path; }
+
+ private:
+  static void RemoveLeft(const std::string& results, const std::string& start) {
+    constexpr std::size_t LETTERS = 6;
+    for (const auto& entry : fs::directory_iterator(results)) {
+      const std::string name = entry.path().filename();
+      if (!name.starts_with(start) || name.size() != start.size() + LETTERS) continue;
+      const int other = ::open(entry.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+      if (other < 0) continue;
+      std::error_code ignored;
+      if (flock(other, LOCK_EX | LOCK_NB) == 0) fs::remove_all(entry.path(), ignored);
+      ::close(other);
+    }
+  }
+
+  std::string path;
+  int lock = -1;
+};
+
+struct ALARM_LINE {
+  std::size_t number = 1;
+  std::string text;
+};
+
+/// The log's first line at level ALARM; without text if there is none.
+ALARM_LINE FirstAlarm(const std::string& log) {
+  std::ifstream stream(log);
+  ALARM_LINE line{0, ""};
+  while (std::getline(stream, line.text)) {
+    ++line.number;
+    if (line.text.starts_with("ALARM")) return line;
+  }
+  return {};
+}
+
+const std::vector<std::string> ARGUMENTS = {
+    "-FlatEarthPolyDegree", "4",         "-MasterPar", "master.pool", "-SlavePar", "slave.pool",
+    "-ParameterPool",       "insar.pool", "-log_pp",    "log.pool",    "-pid",      "varnoth"};
+constexpr int STOP_REQUESTED = 2;
+
+}  // namespace
+
+PAIR_RUNNER::PAIR_RUNNER(const std::string& place) : program(FindProgram()) {
+  fs::create_directories(place);
+  results = fs::canonical(place);
+}
+
+PAIR_END PAIR_RUNNER::Run(const std::string& pair) {
+  if (!fs::exists(pair + "/insar.pool")) throw std::runtime_error("is no pair: it has no insar.pool");
+  const std::string name = fs::absolute(pair + "/.").lexically_normal().parent_path().filename();
+  const fs::path source = fs::canonical(pair);
+  const std::string target = fs::weakly_canonical(results + "/" + name).string() + "/";
+  if (target.starts_with(source.string() + "/")) {
+    throw std::runtime_error("results in " + results + " would replace it");
+  }
+  const WORK_DIRECTORY copy(results, name);
+  const std::string& work = copy.Path();
+  // Of links, what they lead to: a common master pool, and no input is written through one.
+  fs::copy(source, work, fs::copy_options::recursive);
+  std::error_code ignored;
+  for (const char* left : {"/OK.varnoth", "/ERROR.varnoth", "/log.varnoth"}) {
+    fs::remove(work + left, ignored);
+  }
+  const int status = signals.Run(program, ARGUMENTS, work);
+  if (signals.Pending() != 0) return PAIR_END::INTERRUPTED;
+  for (const char* kind : {"/failed/", "/stopped/"}) {
+    fs::remove(results + kind + name + ".log", ignored);
+  }
+  // The last update fails with a word in the log only.
+  if (status != 0 || !FirstAlarm(work + "/log.varnoth").text.empty()) return Keep(work, name, status);
+  Place(work, name);
+  return PAIR_END::DONE;
+}
+
+/// An older result and the new one change places in one step; then the older one goes.
+void PAIR_RUNNER::Place(const std::string& work, const std::string& name) const {
+  const std::string target = results + "/" + name;
+  if (renameat2(AT_FDCWD, work.c_str(), AT_FDCWD, target.c_str(), RENAME_EXCHANGE) == 0) return;
+  if (errno == EINVAL || errno == ENOSYS) {
+    // A file system that can't exchange: moved aside, the older one is still whole.
+    const std::string aside = results + "/." + name + ".before";
+    std::error_code ignored;
+    fs::remove_all(aside, ignored);
+    fs::rename(target, aside, ignored);
+    fs::rename(work, target);
+    fs::remove_all(aside, ignored);
+    return;
+  }
+  if (errno != ENOENT) FailBySystem(target);
+  fs::rename(work, target);
+}
+
+PAIR_END PAIR_RUNNER::Keep(const std::string& work, const std::string& name, int status) const {
+  const bool is_stopped = status == STOP_REQUESTED;
+  const std::string kept = results + (is_stopped ? "/stopped" : "/failed");
+  const std::string log = work + "/log.varnoth";
+  if (!fs::exists(log)) std::ofstream{log};
+  fs::create_directories(kept);
+  const std::string file = kept + "/" + name + ".log";
+  fs::rename(log, file);
+  const ALARM_LINE alarm = FirstAlarm(file);
+  Tell(file, alarm.number, is_stopped ? SEVERITY::WARNING : SEVERITY::ERROR,
+       name + ": " +
+           (is_stopped ? "stop requested" : "status " + std::to_string(status) + ": " + alarm.text));
+  return is_stopped ? PAIR_END::STOPPED : PAIR_END::FAILED;
+}
+
+}  // namespace varnoth::tools
