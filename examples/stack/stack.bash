@@ -1,14 +1,20 @@
 # What the scripts of all engines share; to be sourced.
 
+# Pairs of one task: an engine's own work on a task is worth several runs.
+[[ ${CHUNK:=25} =~ ^[1-9][0-9]*$ ]] || { echo "CHUNK must be the number of pairs of a task" >&2; exit 2; }
+
 # refuse <words>: a wrong call ends with one line.
 refuse() { echo "$*" >&2; exit 2; }
 
-# need_program: exports VARNOTH, the program's whole path.
-need_program() {
-  local program=${VARNOTH:-varnoth}
-  VARNOTH=$(command -v "$program") || refuse "there is no program $program: install it or set VARNOTH"
-  VARNOTH=$(realpath "$VARNOTH")
-  export VARNOTH
+# need_programs: exports VARNOTH and VARNOTH_TOOLS, the programs' whole paths.
+need_programs() {
+  local variable program
+  for variable in VARNOTH VARNOTH_TOOLS; do
+    program=${!variable:-}
+    [ -n "$program" ] || { [ $variable = VARNOTH ] && program=varnoth || program=varnoth-tools; }
+    program=$(command -v "$program") || refuse "there is no program ${!variable:-of that name}: install it or set $variable"
+    declare -gx "$variable=$(realpath "$program")"
+  done
 }
 
 # open_stack <pairs> <results>: sets pairs and results to whole paths, and names to the pairs without results.
