@@ -34,4 +34,10 @@ void Tell(const std::string& file, std::size_t line, SEVERITY severity, const st
   std::fputs(Message(file, line, severity, text).c_str(), stderr);
 }
 
+std::string Kilometres(double metres) {
+  char text[40];
+  std::snprintf(text, sizeof text, "%.1f km", metres / 1000);
+  return text;
+}
+
 }  // namespace varnoth

@@ -18,4 +18,7 @@ void Tell(const std::string& file, std::size_t line, SEVERITY severity, const st
 std::string Message(const std::string& file, std::size_t line, SEVERITY severity,
                     const std::string& text);
 
+/// A distance as words: "12.3 km".
+std::string Kilometres(double metres);
+
 }  // namespace varnoth

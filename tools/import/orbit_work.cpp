@@ -29,12 +29,6 @@ void Cut(LIST& list, std::size_t from, std::size_t to) {
 
 }  // namespace
 
-VECTOR_3 Cross(const VECTOR_3& a, const VECTOR_3& b) {
-  return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
-}
-
-double Norm(const VECTOR_3& a) { return std::sqrt(Dot(a, a)); }
-
 VECTOR_3 PositionOf(const STATE_VECTORS& orbit, std::size_t i) {
   return {orbit.position[0][i], orbit.position[1][i], orbit.position[2][i]};
 }

@@ -1,23 +1,16 @@
 #pragma once
 
-#include <array>
 #include <vector>
 
 #include "tools/import/interpolation.hpp"
 #include "tools/import/moment.hpp"
+#include "tools/vector_3.hpp"
 
 namespace varnoth::tools {
 
 // What an import does with state vectors, whatever file they come from. Failures are
 // std::runtime_error; they name a vector by its epoch.
 
-using VECTOR_3 = std::array<double, 3>;
-
-inline double Dot(const VECTOR_3& a, const VECTOR_3& b) {
-  return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
-}
-VECTOR_3 Cross(const VECTOR_3& a, const VECTOR_3& b);
-double Norm(const VECTOR_3& a);
 VECTOR_3 PositionOf(const STATE_VECTORS& orbit, std::size_t i);
 VECTOR_3 VelocityOf(const STATE_VECTORS& orbit, std::size_t i);
 /// Earth-fixed, from degrees and metres.

@@ -54,8 +54,6 @@ SECTION SectionOf(const std::string& text, std::int64_t all, const std::string& 
 
 using CORNERS = std::array<VECTOR_3, 4>;
 
-VECTOR_3 ToVector(const double (&values)[3]) { return {values[0], values[1], values[2]}; }
-
 CORNERS CornersOf(const SCENE& scene, const SATELLITE_PATH& path, const SECTION& lines,
                   const SECTION& samples) {
   CORNERS corners;
@@ -68,10 +66,6 @@ CORNERS CornersOf(const SCENE& scene, const SATELLITE_PATH& path, const SECTION&
         LocateSample(scene, path, LineTime(scene, line), RangeTime(scene, sample)).position);
   }
   return corners;
-}
-
-VECTOR_3 Difference(const VECTOR_3& a, const VECTOR_3& b) {
-  return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
 }
 
 VECTOR_3 MiddleOf(const CORNERS& corners) {
@@ -102,12 +96,6 @@ double Apart(const CORNERS& a, const CORNERS& b) {
   return widest;
 }
 
-std::string Kilometres(double metres) {
-  char text[40];
-  std::snprintf(text, sizeof text, "%.1f km", metres / 1000);
-  return text;
-}
-
 struct PAIR {
   POOL_SCENE master;
   POOL_SCENE slave;
@@ -127,7 +115,7 @@ void CheckFit(const PAIR& pair, bool is_single_pass) {
       LineTime(master, static_cast<double>(pair.lines.first + pair.lines.count / 2));
   const SATELLITE_STATE here = master_path.At(middle);
   const SATELLITE_STATE there = slave_path.At(slave_path.ClosestTo(ToVector(here.position)));
-  const double baseline = Norm(Difference(ToVector(here.position), ToVector(there.position)));
+  const double baseline = Distance(ToVector(here.position), ToVector(there.position));
   const std::string distance =
       ": the satellites' paths are " + Kilometres(baseline) + " apart at the master's middle line";
   const auto fail = [&](const std::string& text) {
@@ -145,7 +133,7 @@ void CheckFit(const PAIR& pair, bool is_single_pass) {
   const CORNERS master_corners = CornersOf(master, master_path, pair.lines, pair.samples);
   const CORNERS slave_corners =
       CornersOf(slave, slave_path, {0, slave.line_count.value}, {0, slave.sample_count.value});
-  const double far = Norm(Difference(MiddleOf(master_corners), MiddleOf(slave_corners)));
+  const double far = Distance(MiddleOf(master_corners), MiddleOf(slave_corners));
   // Beyond the horizon the planes of the edges no longer tell.
   const double apart = far > 3e6 ? far : Apart(master_corners, slave_corners);
   if (apart > 0) fail("the footprints are " + Kilometres(apart) + " apart");

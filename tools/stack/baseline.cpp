@@ -2,20 +2,6 @@
 
 namespace varnoth::tools {
 
-namespace {
-
-VECTOR_3 Difference(const VECTOR_3& a, const VECTOR_3& b) {
-  return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
-}
-
-VECTOR_3 Scaled(const VECTOR_3& a, double factor) {
-  return {a[0] * factor, a[1] * factor, a[2] * factor};
-}
-
-VECTOR_3 ToVector(const double (&values)[3]) { return {values[0], values[1], values[2]}; }
-
-}  // namespace
-
 VIEW ViewOf(const SATELLITE_STATE& state, const VECTOR_3& point) {
   VIEW view;
   view.place = ToVector(state.position);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "orbit/scene_orbit.hpp"
-#include "tools/import/orbit_work.hpp"
+#include "tools/vector_3.hpp"
 
 namespace varnoth::tools {
 

@@ -86,7 +86,8 @@ int HELD_SIGNALS::Run(const std::string& program, const std::vector<std::string>
   for (const std::string& word : arguments) words.push_back(const_cast<char*>(word.c_str()));
   words.push_back(nullptr);
   pid_t child = 0;
-  Demand(posix_spawn(&child, program.c_str(), &plan.files, &plan.attributes, words.data(), environ));
+  Demand(
+      posix_spawn(&child, program.c_str(), &plan.files, &plan.attributes, words.data(), environ));
   sigset_t awaited = Ending();
   sigaddset(&awaited, SIGCHLD);
   for (int status = 0;;) {

@@ -17,9 +17,8 @@ std::vector<STACK_PAIR> Triangulated(const SCENE_STACK& stack, std::size_t refer
   std::vector<PLANE_POINT> points;
   for (std::size_t i = 0; i < stack.scenes.size(); ++i) {
     // In parts of the lengths at which no coherence is left, so that both count alike.
-    points.push_back(
-        {static_cast<double>(DaysOf(stack, {reference, i})) / LONGEST,
-         BaselineOf(stack, {reference, i}).perpendicular / stack.critical_baseline});
+    points.push_back({static_cast<double>(DaysOf(stack, {reference, i})) / LONGEST,
+                      BaselineOf(stack, {reference, i}).perpendicular / stack.critical_baseline});
   }
   std::vector<STACK_PAIR> pairs;
   for (const auto& [a, b] : TriangleEdges(points)) pairs.push_back({a, b});
@@ -37,7 +36,8 @@ std::vector<STACK_PAIR> Candidates(const SCENE_STACK& stack, std::size_t referen
     }
     return pairs;
   }
-  const std::size_t next = request.kind == NETWORK::ALL ? count : static_cast<std::size_t>(request.nearest);
+  const std::size_t next =
+      request.kind == NETWORK::ALL ? count : static_cast<std::size_t>(request.nearest);
   for (std::size_t i = 0; i < count; ++i) {
     const std::size_t stop = std::min(count, i + 1 + next);
     for (std::size_t j = i + 1; j < stop; ++j) pairs.push_back({i, j});

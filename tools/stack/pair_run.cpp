@@ -103,7 +103,7 @@ ALARM_LINE FirstAlarm(const std::string& log) {
 }
 
 const std::vector<std::string> ARGUMENTS = {
-    "-FlatEarthPolyDegree", "4",         "-MasterPar", "master.pool", "-SlavePar", "slave.pool",
+    "-FlatEarthPolyDegree", "4",          "-MasterPar", "master.pool", "-SlavePar", "slave.pool",
     "-ParameterPool",       "insar.pool", "-log_pp",    "log.pool",    "-pid",      "varnoth"};
 constexpr int STOP_REQUESTED = 2;
 
@@ -115,7 +115,8 @@ PAIR_RUNNER::PAIR_RUNNER(const std::string& place) : program(FindProgram()) {
 }
 
 PAIR_END PAIR_RUNNER::Run(const std::string& pair) {
-  if (!fs::exists(pair + "/insar.pool")) throw std::runtime_error("is no pair: it has no insar.pool");
+  if (!fs::exists(pair + "/insar.pool"))
+    throw std::runtime_error("is no pair: it has no insar.pool");
   const std::string name = fs::absolute(pair + "/.").lexically_normal().parent_path().filename();
   const fs::path source = fs::canonical(pair);
   const std::string target = fs::weakly_canonical(results + "/" + name).string() + "/";
@@ -136,7 +137,8 @@ PAIR_END PAIR_RUNNER::Run(const std::string& pair) {
     fs::remove(results + kind + name + ".log", ignored);
   }
   // The last update fails with a word in the log only.
-  if (status != 0 || !FirstAlarm(work + "/log.varnoth").text.empty()) return Keep(work, name, status);
+  if (status != 0 || !FirstAlarm(work + "/log.varnoth").text.empty())
+    return Keep(work, name, status);
   Place(work, name);
   return PAIR_END::DONE;
 }
@@ -168,9 +170,10 @@ PAIR_END PAIR_RUNNER::Keep(const std::string& work, const std::string& name, int
   const std::string file = kept + "/" + name + ".log";
   fs::rename(log, file);
   const ALARM_LINE alarm = FirstAlarm(file);
-  Tell(file, alarm.number, is_stopped ? SEVERITY::WARNING : SEVERITY::ERROR,
-       name + ": " +
-           (is_stopped ? "stop requested" : "status " + std::to_string(status) + ": " + alarm.text));
+  Tell(
+      file, alarm.number, is_stopped ? SEVERITY::WARNING : SEVERITY::ERROR,
+      name + ": " +
+          (is_stopped ? "stop requested" : "status " + std::to_string(status) + ": " + alarm.text));
   return is_stopped ? PAIR_END::STOPPED : PAIR_END::FAILED;
 }
 

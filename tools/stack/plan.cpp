@@ -30,9 +30,8 @@ void PrintScenes(const PLAN& plan) {
     const STACK_PAIR pair{plan.reference, i};
     const BASELINE baseline = BaselineOf(plan.stack, pair);
     std::printf("%-10s %5lld %11.3f m %8.3f m %9.3f m %6.1f %%%s\n",
-                plan.stack.scenes[i].date.c_str(),
-                static_cast<long long>(DaysOf(plan.stack, pair)), baseline.perpendicular,
-                baseline.parallel, baseline.along_track,
+                plan.stack.scenes[i].date.c_str(), static_cast<long long>(DaysOf(plan.stack, pair)),
+                baseline.perpendicular, baseline.parallel, baseline.along_track,
                 100 * Overlap(plan.stack.scenes[plan.reference], plan.stack.scenes[i]),
                 i == plan.reference ? "  reference" : "");
   }

@@ -48,8 +48,8 @@ void PutBaseline(NUMBER_TEXT& out, const BASELINE& baseline, const TEXT& names) 
       << baseline.along_track;
 }
 
-constexpr std::string_view JSON_NAMES[] = {",\"perpendicular_m\":", ",\"parallel_m\":",
-                                           ",\"along_track_m\":"};
+constexpr std::string_view JSON_NAMES[] = {
+    ",\"perpendicular_m\":", ",\"parallel_m\":", ",\"along_track_m\":"};
 constexpr std::string_view COMMAS[] = {",", ",", ","};
 
 void PutScene(NUMBER_TEXT& out, const PLAN& plan, std::size_t i) {
@@ -110,15 +110,16 @@ class NETWORK_PICTURE {
     const double margin = std::max(0.05 * (*high - *low), 1.0);
     lowest = *low - margin;
     highest = *high + margin;
-    x.emplace(0.0, static_cast<double>(scenes.back().day - scenes.front().day), LEFT + 15, RIGHT - 15);
+    x.emplace(0.0, static_cast<double>(scenes.back().day - scenes.front().day), LEFT + 15,
+              RIGHT - 15);
     y.emplace(lowest, highest, BOTTOM, TOP);
   }
 
   std::string Text() {
     out << "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 " << std::int64_t{WIDTH} << " "
         << std::int64_t{HEIGHT}
-        << "\" font-family=\"sans-serif\" font-size=\"13\">\n<title>Network of " << Count(scenes.size())
-        << " scenes and " << Count(plan.pairs.size())
+        << "\" font-family=\"sans-serif\" font-size=\"13\">\n<title>Network of "
+        << Count(scenes.size()) << " scenes and " << Count(plan.pairs.size())
         << " pairs</title>\n<rect width=\"100%\" height=\"100%\" fill=\"white\"/>\n";
     DrawTicks();
     DrawDates();
@@ -156,16 +157,16 @@ class NETWORK_PICTURE {
       if (X(i) < free) continue;
       free = X(i) + ROOM;
       out << "<path stroke=\"#888\" d=\"M" << X(i) << " " << BOTTOM << "v6\"/><text text-anchor=\""
-          << (X(i) + ROOM / 2 > WIDTH ? "end" : "middle") << "\" x=\"" << X(i) << "\" y=\"" << BOTTOM + 22 << "\">"
-          << scenes[i].date << "</text>\n";
+          << (X(i) + ROOM / 2 > WIDTH ? "end" : "middle") << "\" x=\"" << X(i) << "\" y=\""
+          << BOTTOM + 22 << "\">" << scenes[i].date << "</text>\n";
     }
     out << "<path stroke=\"#888\" d=\"M" << LEFT << " " << BOTTOM << "H" << RIGHT << "\"/>\n";
   }
 
   void DrawPairs() {
     if (plan.pairs.size() > MOST_LINES) {
-      out << "<text x=\"" << LEFT + 15 << "\" y=\"" << BOTTOM + 45 << "\">" << Count(plan.pairs.size())
-          << " pairs, too many to draw</text>\n";
+      out << "<text x=\"" << LEFT + 15 << "\" y=\"" << BOTTOM + 45 << "\">"
+          << Count(plan.pairs.size()) << " pairs, too many to draw</text>\n";
       return;
     }
     out << "<path stroke=\"#0072b2\" stroke-opacity=\"0.6\" fill=\"none\" d=\"";
@@ -179,9 +180,10 @@ class NETWORK_PICTURE {
   void DrawScenes() {
     for (std::size_t i = 0; i < scenes.size(); ++i) {
       const bool is_reference = i == plan.reference;
-      out << "<circle cx=\"" << X(i) << "\" cy=\"" << Y(i) << "\" r=\"" << (is_reference ? "6" : "4")
-          << "\" fill=\"" << (is_reference ? "#d55e00" : "#222") << "\"><title>" << scenes[i].date
-          << (is_reference ? ", reference" : "") << "</title></circle>\n";
+      out << "<circle cx=\"" << X(i) << "\" cy=\"" << Y(i) << "\" r=\""
+          << (is_reference ? "6" : "4") << "\" fill=\"" << (is_reference ? "#d55e00" : "#222")
+          << "\"><title>" << scenes[i].date << (is_reference ? ", reference" : "")
+          << "</title></circle>\n";
     }
   }
 
@@ -200,10 +202,11 @@ class NETWORK_PICTURE {
 std::string PlanJson(const PLAN& plan) {
   const GROUND_POINT& point = plan.stack.point;
   NUMBER_TEXT out;
-  out << "{\"reference\":\"" << plan.stack.scenes[plan.reference].date << "\",\n\"connected\":"
-      << (plan.parts.size() == 1 ? "true" : "false") << ",\n\"point\":{\"longitude\":"
-      << Quoted(point.longitude) << ",\"latitude\":" << Quoted(point.latitude)
-      << ",\"height\":" << plan.stack.height << "},\n\"scenes\":[";
+  out << "{\"reference\":\"" << plan.stack.scenes[plan.reference].date
+      << "\",\n\"connected\":" << (plan.parts.size() == 1 ? "true" : "false")
+      << ",\n\"point\":{\"longitude\":" << Quoted(point.longitude)
+      << ",\"latitude\":" << Quoted(point.latitude) << ",\"height\":" << plan.stack.height
+      << "},\n\"scenes\":[";
   for (std::size_t i = 0; i < plan.stack.scenes.size(); ++i) {
     out << (i == 0 ? "\n" : ",\n");
     PutScene(out, plan, i);

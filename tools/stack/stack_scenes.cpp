@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -19,18 +18,6 @@ namespace varnoth::tools {
 namespace {
 
 constexpr double LIGHT = 299792458.0;  // m/s
-
-VECTOR_3 ToVector(const double (&values)[3]) { return {values[0], values[1], values[2]}; }
-
-double Distance(const VECTOR_3& a, const VECTOR_3& b) {
-  return Norm({a[0] - b[0], a[1] - b[1], a[2] - b[2]});
-}
-
-std::string Kilometres(double metres) {
-  char text[40];
-  std::snprintf(text, sizeof text, "%.1f km", metres / 1000);
-  return text;
-}
 
 /// A scene as it was read, before the stack's point is known.
 struct READ_SCENE {
@@ -114,9 +101,9 @@ class STACK_READER {
       if (!track.empty()) ++count[track];
     }
     if (count.size() < 2) return;
-    const auto most = std::max_element(count.begin(), count.end(), [](const auto& a, const auto& b) {
-      return a.second < b.second;
-    });
+    const auto most =
+        std::max_element(count.begin(), count.end(),
+                         [](const auto& a, const auto& b) { return a.second < b.second; });
     for (const READ_SCENE& read : scenes) {
       const std::string track = TrackOf(read.out.scene);
       if (track.empty() || track == most->first) continue;
