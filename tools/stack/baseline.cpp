@@ -18,8 +18,9 @@ VIEW ViewOf(const SATELLITE_STATE& state, const VECTOR_3& point) {
 
 BASELINE BaselineOf(const VIEW& master, const VIEW& slave) {
   const VECTOR_3 baseline = Difference(slave.place, master.place);
-  return {Dot(baseline, master.above), Dot(baseline, master.line_of_sight),
-          Dot(baseline, master.along)};
+  // Of a scene with itself, 0 and not -0.
+  return {Dot(baseline, master.above) + 0.0, Dot(baseline, master.line_of_sight) + 0.0,
+          Dot(baseline, master.along) + 0.0};
 }
 
 }  // namespace varnoth::tools
