@@ -29,7 +29,7 @@ def state(time, higher, north, turned):
     return [x, y - turned * north, north + turned * y]
 
 
-def write_scene(folder, name, days, path, extra=""):
+def write_scene(folder, name, days, path, extra="", later=0.0, farther=0.0):
     day = (START + timedelta(days)).strftime("%d-%b-%Y").upper()
     lists = {f"orbit_{axis}": [repr(state(10.0 * i - 100, *path)[k]) for i in range(21)] for k, axis in enumerate("xyz")}
     lists["epochs"] = [f'"{day}/{11 + (i >= 10)}:{(58 + (10 * i + 20) // 60) % 60:02}:{(10 * i + 20) % 60:02}.000000"'
@@ -41,8 +41,8 @@ orbit_value_key STR "orbit_x, orbit_y, orbit_z"
 orbit_reference_time STR "{day}/00:00:00.000000"
 n_lines INT_32 2001
 n_samples INT_32 3001
-first_az_time FLT_15 {43200.0 - 1.25}
-first_rg_time FLT_15 5.3e-3
+first_az_time FLT_15 {43200.0 - 1.25 + later}
+first_rg_time FLT_15 {5.3e-3 + farther}
 prf FLT_15 800
 az_bandwidth FLT_15 700
 range_sampling_frequency FLT_15 5e7
@@ -127,6 +127,27 @@ def test_baselines(folder):
         parts = baseline(point, SCENES["c"][1:], SCENES[of_date[scene["date"]]][1:])
         assert scene["perpendicular_m"] == pytest.approx(parts[0], abs=2e-4)
         assert 0.97 < scene["overlap"] <= 1
+
+
+def test_reference_and_overlap(folder):
+    """By the model's own formulas; a scene 500 lines later and 1200 samples farther has 0.75 times 0.6 in common."""
+    before, _ = plan(folder)
+    write_scene(folder, "f", 60, (10, 80, 0), later=500 / 800, farther=1200 / 5e7)
+    read, _ = plan(folder)
+    assert read["point"]["latitude"] == pytest.approx(before["point"]["latitude"], abs=2e-3)  # not f's middle
+    longitude, latitude = (math.radians(read["point"][key]) for key in ("longitude", "latitude"))
+    up = [math.cos(latitude) * math.cos(longitude), math.cos(latitude) * math.sin(longitude), math.sin(latitude)]
+    ray = minus(closest((0, 0, 0), [EARTH * x for x in up])[0], [EARTH * x for x in up])
+    cosine = dot(ray, up) / math.hypot(*ray)
+    critical = math.hypot(*ray) * 5e7 * math.sqrt(1 / cosine ** 2 - 1) / 5.3e9
+    left = {}
+    for pair in read["pairs"]:
+        for date_ in (pair["master"], pair["slave"]):
+            left[date_] = left.get(date_, 0) + (1 - abs(pair["perpendicular_m"]) / critical) * (
+                1 - pair["days"] / (5 * 365.25))
+    assert read["reference"] == max(left, key=left.get)
+    assert {scene["date"]: scene["overlap"] for scene in read["scenes"]}[str(START + timedelta(60))] == pytest.approx(
+        0.75 * 0.6, abs=0.02)
 
 
 @pytest.mark.parametrize("arguments, wanted, parts", [
