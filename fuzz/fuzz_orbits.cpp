@@ -45,9 +45,9 @@ bool IsReasonable(const SCENE_ORBIT& orbit) {
   return true;
 }
 
-/// Loads the orbit of a pool. In the input, the definition and the content of its record file
+/// Writes the pool of an orbit. In the input, the definition and the content of its record file
 /// follow the pool, each after a line of "%" alone.
-void Load(SCENE_ORBIT& orbit, const std::string& input) {
+void WritePool(const std::string& input) {
   constexpr const char* DIRECTORY = "KOVA1/hddc_BRNR012/dt_005.007/pri";
   const std::string separator = "\n%\n";
   const std::size_t definition = input.find(separator);
@@ -55,9 +55,13 @@ void Load(SCENE_ORBIT& orbit, const std::string& input) {
   WriteFile("pool", input.substr(0, definition) + "\n");
   if (records != definition) {
     WriteFile("format.dat", input.substr(definition + 3, records - definition - 2));
-    std::filesystem::create_directories(DIRECTORY);
+    static const bool IS_MADE = std::filesystem::create_directories(DIRECTORY);
+    Require(IS_MADE, "a folder of its own");
     WriteFile((std::string(DIRECTORY) + "/orbit").c_str(), input.substr(records + 3));
   }
+}
+
+void Load(SCENE_ORBIT& orbit) {
   PARAMETER_POOL pool("pool");
   orbit.read(pool);
 }
@@ -68,19 +72,22 @@ void Load(SCENE_ORBIT& orbit, const std::string& input) {
 /// methods, which end the process outside their samples and at values that are not numbers.
 void FuzzOrbits(const std::string& input) {
   const bool is_hermite = input.find("hermite") != input.npos;
+  const bool has_traps = fegetexcept() != 0;
   bool is_reasonable = false;
+  SCENE_ORBIT copy;
+  WritePool(input);
   {
     const HELD_TRAPS no_traps;
     SCENE_ORBIT orbit;
-    if (!Accepts([&] { Load(orbit, input); }) || orbit.core->GetSampleCount() < 2) return;
+    if (!Accepts([&] { Load(orbit); }) || orbit.core->GetSampleCount() < 2) return;
     is_reasonable = IsReasonable(orbit);
+    // For an absurd orbit a trap may be the right answer.
+    if (!is_reasonable && (is_hermite || has_traps)) return;
+    copy = orbit;
   }
-  // For an absurd orbit a trap may be the right answer.
-  if (!is_reasonable && (is_hermite || fegetexcept() != 0)) return;
-  SCENE_ORBIT copy;
-  {
+  if (has_traps) {
     SCENE_ORBIT orbit;
-    Load(orbit, input);
+    Load(orbit);
     copy = orbit;
   }
   const double first = TimeOf(copy, 0);

@@ -13,7 +13,8 @@ void FuzzRecords(const std::string& input) {
   MDB records;
   if (!Accepts([&] { records.SetPathAndFile(".", 4, 12, 3, 5, 7, 1, "f"); })) return;
   const std::string directory = records.GetDirectory().c_str();
-  std::filesystem::create_directories(directory);
+  static std::string made;
+  if (made != directory) std::filesystem::create_directories(made = directory);
   WriteFile((directory + "/f").c_str(), input.substr(end + 2));
   records.Open(std::ios::in);
   RECORD_ITEM last;
