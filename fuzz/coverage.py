@@ -1,0 +1,36 @@
+"""Prints what the inputs reached: coverage.py <folder of the project>, with the summary of `llvm-cov export` as input.
+
+A line per folder of the sources, with its share of lines, and below it the files with less than 60 per cent.
+"""
+import collections
+import json
+import pathlib
+import sys
+
+LOW = 60.0
+
+
+def percent(reached, lines):
+    return 100.0 * reached / lines if lines else 100.0
+
+
+def main():
+    project = pathlib.Path(sys.argv[1]).resolve()
+    folders = collections.defaultdict(list)
+    for file in json.load(sys.stdin)["data"][0]["files"]:
+        path = pathlib.Path(file["filename"])
+        if not path.is_relative_to(project):
+            continue
+        path = path.relative_to(project)
+        if path.parts[0] == "src" or path.parts[:2] == ("tools", "import"):
+            lines = file["summary"]["lines"]
+            folders[str(path.parent)].append((path.name, lines["covered"], lines["count"]))
+    for folder, files in sorted(folders.items()):
+        reached, lines = (sum(file[i] for file in files) for i in (1, 2))
+        print(f"{folder:32} {percent(reached, lines):5.1f} % of {lines:5} lines")
+        for name, reached, lines in sorted(files):
+            if percent(reached, lines) < LOW:
+                print(f"    {name:32} {percent(reached, lines):5.1f} % of {lines:5}")
+
+
+main()
