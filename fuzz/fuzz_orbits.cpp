@@ -51,8 +51,10 @@ void WritePool(const std::string& input) {
   constexpr const char* DIRECTORY = "KOVA1/hddc_BRNR012/dt_005.007/pri";
   const std::string separator = "\n%\n";
   const std::size_t definition = input.find(separator);
-  const std::size_t records = input.rfind(separator);
   WriteFile("pool", input.substr(0, definition) + "\n");
+  // A search from the end costs a comparison per byte, which the sanitizers make dear.
+  if (definition == input.npos) return;
+  const std::size_t records = input.rfind(separator);
   if (records != definition) {
     WriteFile("format.dat", input.substr(definition + 3, records - definition - 2));
     static const bool IS_MADE = std::filesystem::create_directories(DIRECTORY);

@@ -1,11 +1,13 @@
 #include "fuzz_target.hpp"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 
 #include "framework/controller_ifc.hpp"
@@ -15,7 +17,11 @@
 namespace varnoth::fuzz {
 
 #ifdef VARNOTH_FUZZES_TOOLS
-#define VARNOTH_TOOLS_TARGETS(ROW) ROW(annotations, FuzzAnnotations)
+#define VARNOTH_TOOLS_TARGETS(ROW)  \
+  ROW(annotations, FuzzAnnotations) \
+  ROW(oem, FuzzOem)                 \
+  ROW(prm, FuzzPrm)                 \
+  ROW(gamma_par, FuzzGammaPar)
 #else
 #define VARNOTH_TOOLS_TARGETS(ROW)
 #endif
@@ -42,14 +48,24 @@ void Require(bool holds, const char* what) {
   std::abort();
 }
 
+// Streams cost more than most targets, and so do the pages of a file that is emptied first.
 void WriteFile(const char* path, const std::string& content) {
-  std::ofstream(path, std::ios::binary) << content;
+  const int descriptor = ::open(path, O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
+  const auto size = static_cast<ssize_t>(content.size());
+  Require(::write(descriptor, content.data(), content.size()) == size &&
+              ::ftruncate(descriptor, size) == 0 && ::close(descriptor) == 0,
+          "a file to be written");
 }
 
 std::string ReadFile(const char* path) {
-  std::ifstream stream(path, std::ios::binary);
-  Require(stream.is_open(), "a file to be read");
-  return {std::istreambuf_iterator<char>(stream), {}};
+  const int descriptor = ::open(path, O_RDONLY | O_CLOEXEC);
+  struct stat status {};
+  Require(::fstat(descriptor, &status) == 0, "a file to be read");
+  std::string content(static_cast<std::size_t>(status.st_size), '\0');
+  Require(::read(descriptor, content.data(), content.size()) == status.st_size &&
+              ::close(descriptor) == 0,
+          "a file is read whole");
+  return content;
 }
 
 /// Takes the target that the variable FUZZ_TARGET names, and prepares the process: a directory of
