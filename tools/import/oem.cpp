@@ -215,7 +215,8 @@ class OEM_READER {
   }
 
   /// A polynomial of an odd degree through the vectors around a time is Everett's, which needs even
-  /// epochs. Hermite's of degree n has (n + 1) / 2 positions with their velocities.
+  /// epochs. Hermite's of degree n has (n + 1) / 2 positions with their velocities, and two at
+  /// least, since there is nothing between the vectors of a single one.
   void SettleInterpolation(OEM_SEGMENT& segment) {
     constexpr double HIGHEST = 15;
     if (!segment.meta.contains("INTERPOLATION")) return;
@@ -225,13 +226,14 @@ class OEM_READER {
       Fail("INTERPOLATION_DEGREE is no degree of 1 to 15");
     }
     const auto points = static_cast<std::size_t>(*degree) + 1;
-    STATE_VECTORS vectors = segment.orbit;
-    if (method == "LAGRANGE" && points % 2 == 0 && MoveOntoGrid(vectors)) {
+    STATE_VECTORS orbit = segment.orbit;
+    if (method == "LAGRANGE" && points % 2 == 0 && MoveOntoGrid(orbit)) {
       segment.interpolation = "everett_" + std::to_string(points);
     } else if (method == "LAGRANGE") {
       segment.interpolation = "localpolynom_0_" + std::to_string(points);
     } else if (method == "HERMITE") {
-      segment.interpolation = "localhermite_0_" + std::to_string((points + 1) / 2);
+      const std::size_t vectors = std::max<std::size_t>((points + 1) / 2, 2);
+      segment.interpolation = "localhermite_0_" + std::to_string(vectors);
     } else {
       oem.warnings.push_back("INTERPOLATION " + method + " is not known here; left out");
     }

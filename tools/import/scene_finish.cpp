@@ -85,6 +85,7 @@ void MeasureVelocities(SCENE& scene) {
 std::string UsualInterpolation(const SCENE& scene) {
   constexpr std::size_t NEEDED = 4;
   constexpr std::size_t FEW = 12;  // a polynomial through more would swing
+  CheckScene(scene);               // for the time of the last line
   STATE_VECTORS vectors = scene.orbit;
   const COVERAGE coverage = CoverageOf(vectors, scene.first_line.value, LastLine(scene));
   const bool is_covered = coverage.ahead >= NEEDED && coverage.behind >= NEEDED;

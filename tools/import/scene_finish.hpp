@@ -13,7 +13,7 @@ namespace varnoth::tools {
 void WarnOfOddVectors(SCENE& scene);
 
 /// The interpolation for a scene of which nothing is said: everett_8 where the vectors reach far
-/// enough for it and are even, else one that takes them as they are.
+/// enough for it and are even, else one that takes them as they are. Fails as CheckScene does.
 std::string UsualInterpolation(const SCENE& scene);
 
 /// Checks the scene and its vectors, and brings them into the form that its pool keeps. Works out

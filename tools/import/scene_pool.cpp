@@ -56,9 +56,11 @@ class POOL_TEXT {
     entry.Append(value);
     text += entry.Text();
   }
+  /// A text that is too long for a line of a pool, with a backslash ahead of each quote, is cut.
   void Add(const char* key, const std::string& value,
            const std::vector<std::string>& comments = {}) {
-    Add(key, STRING(PoolBytes(value).c_str()), comments);
+    constexpr std::size_t LONGEST = 450;
+    Add(key, STRING(PoolBytes(value).substr(0, LONGEST).c_str()), comments);
   }
   template <class X>
   void AddNumber(const char* key, const SOURCED<X>& number, const std::string& unit = "") {
