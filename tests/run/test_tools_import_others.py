@@ -131,6 +131,7 @@ BAD = {
     "gamma geometry": ("SLANT", "GROUND", "no slant range grid"),
     "gamma Doppler": ("deskew: ON", "deskew: OFF", "zero Doppler"),
     "gamma vectors": ("vectors: 13", "vectors: 14", "has no state_vector_position_14"),
+    "gamma slow": ("azimuth_line_time: 2.0e-03", "azimuth_line_time: 1e300", "line rate in Hz of 1e-300"),
     "gamma date": ("date: 2026", "date: 1.0e300", "no year"),
     "gamma not covered": ("start_time: 3601", "start_time: 3801", "not covered"),
     "gamma radius": ("position_7: ", "position_7: 9", "km from the Earth's centre"),
@@ -171,6 +172,7 @@ def test_bad_input_ends_with_one_line_and_nothing_written(tmp_path, name):
     ("few vectors", "number_of_state_vectors: 13", "number_of_state_vectors: 8", ""),
     ("velocities", "adc_", "adc_", "15.0 mm/s off the derivative"),
     ("resampled", "range_pixel_spacing: 1.49", "range_pixel_spacing: 1.499", ""),
+    ("long title", "title: ", "title: " + 1000 * '"', ""),
 ])
 def test_gamma_in_doubt(tmp_path, name, old, new, wanted):
     orbit = EXAMPLE.orbits["master"]
@@ -185,6 +187,14 @@ def test_gamma_in_doubt(tmp_path, name, old, new, wanted):
     assert done.returncode == 0 and wanted in done.stderr and bool(wanted) == bool(done.stderr)
     pool = (tmp_path / "a.pool").read_text()
     assert ('"polynom"' in pool) == (name == "few vectors") and ("resampled" in pool) == (name == "resampled")
+    assert max(map(len, pool.splitlines())) < 1024  # a run reads on in the next line
+
+
+def test_hermites_line_takes_the_vectors_at_both_its_ends(tmp_path):
+    source = oem(tmp_path, "master", EXAMPLE.orbits["master"])
+    source.write_text(source.read_text().replace("LAGRANGE", "HERMITE").replace("DEGREE = 7", "DEGREE = 1"))
+    done = tool("oem", source, "--scene", scene(tmp_path), "--out", tmp_path / "a.pool")
+    assert (done.returncode, done.stderr) == (0, "") and "by localhermite_0_2" in done.stdout
 
 
 def test_a_vector_beside_the_scene_that_no_satellite_has(tmp_path):
