@@ -209,6 +209,7 @@ void AddStack(CLI::App& app, STACK_REQUESTS& requests, TOOL_STATUS& status) {
 
 int Run(int count, char** arguments) {
   CLI::App app("Tools around varnoth: make, look at and mend pools", "varnoth-tools");
+  app.set_version_flag("--version", "varnoth-tools " VARNOTH_VERSION, "Print the version and exit");
   app.require_subcommand(1);
   CLI::App* const pool = app.add_subcommand("pool", "Show, change, compare and check pools");
   pool->require_subcommand(1);
