@@ -1,13 +1,16 @@
-"""The manual page of varnoth-tools, the completion and --help know the same options."""
+"""The manual page of varnoth-tools shows what happens; the page, the completion and --help know the same options."""
 
+import datetime
 import os
 import re
+import shutil
 import subprocess
 from pathlib import Path
 
 import pytest
 
-from varnoth_run import BINARY, EXAMPLES
+import test_tools_import_sentinel1 as sentinel1
+from varnoth_run import BINARY, EXAMPLES, make
 
 TOOLS = Path(os.environ.get("VARNOTH_TOOLS_BINARY", BINARY.parents[2] / "tools" / "varnoth-tools"))
 pytestmark = pytest.mark.skipif(not TOOLS.exists(), reason="varnoth-tools is not built")
@@ -46,3 +49,21 @@ def test_version():
     version = re.search(r"project\(varnoth VERSION (\S+)", (ROOT / "CMakeLists.txt").read_text()).group(1)
     assert subprocess.check_output([TOOLS, "--version"], text=True) == f"varnoth-tools {version}\n"
     assert f" varnoth {version}\n" in (ROOT / "tests" / "run" / "expected" / "log.txt").read_text()  # a run's
+
+
+def test_examples(tmp_path, monkeypatch):
+    """The blocks of the page, run one behind the other. A shell that tells its lines gives back each block."""
+    shutil.copytree(EXAMPLES / "real_pair", tmp_path, dirs_exist_ok=True)
+    for i, day in enumerate(("20250406", "20250418")):
+        monkeypatch.setattr(sentinel1, "START", sentinel1.START + datetime.timedelta(12 * i))
+        monkeypatch.setattr(sentinel1, "CIRCLE", make.Circle(aside=80.0 * i))
+        sentinel1.file_of(tmp_path / f"{day}.SAFE" / "annotation" / f"s1a-iw1-slc-vv-{day}.xml",
+                          sentinel1.annotation().replace("58630", str(58630 + 175 * i)))
+    blocks = re.findall(r"```\n(.*?)```", PAGE, re.DOTALL)
+    lines = [line for line in "".join(blocks).splitlines() if re.match(r"(varnoth(-tools)?|cd) ", line)]
+    path = f"{TOOLS.parent}:{BINARY.parent}:{os.environ['PATH']}"
+    done = subprocess.run(["bash", "-v"], input="\n".join(lines), cwd=tmp_path, env=os.environ | {"PATH": path},
+                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, check=False)
+    shown, wanted = ([re.sub(r"(\d\.\d{6})\d+$", r"\1", line) for line in text.splitlines()]
+                     for text in (done.stdout, "".join(blocks)))
+    assert shown == wanted and len(lines) == 12
