@@ -1,7 +1,9 @@
 """varnoth-tools check: every finding with its place, the same verdict as the run, and nothing touched."""
 
 import json
+import math
 import os
+import re
 import subprocess
 from pathlib import Path
 
@@ -28,8 +30,12 @@ def halved(entry):
     return entry[0], entry[1] / 2
 
 
-def slower(entry):
-    return entry[0], [x + 0.011 for x in entry[1]]
+def scaled(factor):
+    return lambda entry: (entry[0], [factor * x for x in entry[1]])
+
+
+def cut(entry):
+    return entry[0], entry[1][2:11]
 
 
 # Entries of the example's pools, an other value or what changes the old one; then words of the command
@@ -51,7 +57,7 @@ CASES = {
     "misread": ({"master.radar_frequency": ("FLT_15", "5.405D+09")}, {}, [
         "w frequencies slave.pool 20", "w value-misread master.pool 20", "w value-unusual master.pool 20"]),
     "one way": ({"insar.master_first_rg_time": halved, "insar.slave_first_rg_time": halved}, {},
-        ["e range-short insar.pool 9"]),
+        ["e range-short insar.pool 9 | this looks like one way"]),
     "one way in the slave": ({"insar.slave_first_rg_time": halved}, {}, ["w ranges insar.pool 11"]),
     "beyond the horizon": ({"insar.master_first_rg_time": 0.0221}, {}, [
         "w range-long insar.pool 9", "w ranges insar.pool 11"]),
@@ -66,9 +72,41 @@ CASES = {
     "unordered": ({"master.orbit_epoch": moved("orbit_epoch", 3, lambda x: x + 25),
         "master.orbit_interpolation": "chebyshev_4"}, {},
                   ["w epochs-unordered master.pool 40"]),
+    "an epoch twice": ({"master.orbit_epoch": moved("orbit_epoch", 3, lambda x: x - 10),
+        "master.orbit_interpolation": "chebyshev_4"}, {}, ["w epoch-twice master.pool 39"]),
+    "seconds halved": ({"slave.orbit_epoch": lambda entry: (entry[0], [x / 2 + 1800 for x in entry[1]])}, {}, [
+        "w speed slave.pool 54 | is reached at 15014."]),
+    "few samples": ({f"slave.orbit_{c}": cut for c in ("epoch", "x", "y", "z")}, {}, ["w orbit-short slave.pool 26"]),
+    "too high": ({f"master.orbit_{c}": scaled(1.2) for c in "xyz"}, {}, [
+        "e radius master.pool 53 | 8485.2 km", "e range-short insar.pool 9"]),
+    "middle line on a sample": ({"insar.master_first_az_time": 3598.0}, {}, ["e time-on-sample insar.pool 5 | middle"]),
+    "two columns": ({"slave.orbit_value_key": "orbit_x, orbit_y"}, {}, [
+        "e columns master.pool 30", "e columns slave.pool 30", "e radius slave.pool 53"]),
+    "velocities missing": ({"slave.orbit_interpolation": "localhermite_0_4",
+        "slave.orbit_velocity_key": ("STR", "orbit_vx, orbit_vy, orbit_vz")}, {}, ["e key-missing slave.pool -"] * 3),
+    "centre on the other side": ({"master.center_latitude": ("FLT_6", 29.2), "master.center_longitude": (
+        "FLT_6", 7.5)}, {}, ["w scene-center master.pool 102"]),
+    "keys in other words": ({"insar.n_lines": None, "insar.n_samples": None,
+        "insar.+": "N_LINES INT_32 5\n n_samples INT_32 5\n"}, {}, [
+        "e key-missing insar.pool - | line 14 has a blank before it", "e key-missing insar.pool - | line 13 has N_LINES"]),
+    "key twice, no line end": ({"slave.+": "prf FLT_15 9\n", "insar.+": "#end"}, {}, [
+        "w key-twice slave.pool 14", "w last-line insar.pool 17"]),
+    "radii swapped": ({"master.ellipsoid_parameters": lambda entry: (entry[0], [*entry[1][:7], *entry[1][:6:-1]])},
+        {}, ["w ellipsoid-unusual master.pool 1"]),
+    "eight ellipsoid parameters": ({"master.ellipsoid_parameters": lambda entry: (entry[0], entry[1][1:])}, {}, [
+        "e ellipsoid-short master.pool 1"]),
+    "other frequency, longer list": ({"slave.radar_frequency": 5.5e9,
+        "slave.orbit_y": lambda entry: (entry[0], entry[1] + [0.0])}, {}, [
+        "w frequencies slave.pool 20", "w list-length slave.pool 68"]),
+    "height as an argument": ({"insar.local_height": None}, {"LocalHeight": "5"}, []),
+    "height without end, a device": ({}, {"LocalHeight": "inf", "log_pp": "/dev/null"}, [
+        "e height-no-number - -", "e update-impossible /dev/null -"]),
+    "too short a range": ({"insar.master_first_rg_time": 0.0021}, {}, [
+        "e range-short insar.pool 9 | check the time and its unit", "w ranges insar.pool 11"]),
+    "mountain": ({"insar.local_height": 1e4}, {}, ["w value-unusual insar.pool 15"]),
     "a list too short": ({"slave.orbit_y": lambda entry: (entry[0], entry[1][:-1])}, {},
         ["e list-length slave.pool 68"]),
-    "kilometres": ({f"master.orbit_{c}": lambda entry: (entry[0], [x / 1e3 for x in entry[1]]) for c in "xyz"}, {}, [
+    "kilometres": ({f"master.orbit_{c}": scaled(1e-3) for c in "xyz"}, {}, [
         "e no-ground master.pool 30", "e radius master.pool 53", "e range-long insar.pool 9"]),
     "coarse fit": ({"master.orbit_interpolation": "spline"}, {}, ["w interpolation-inexact master.pool 26"]),
     "degree": ({}, {"FlatEarthPolyDegree": "4.5"}, ["w degree-no-number - -"]),
@@ -91,21 +129,26 @@ def make_pair(directory, changes, example=None):
     for place, change in changes.items():
         pool, key = place.split(".")
         entries = getattr(pair, pool)
-        old = entries.pop(key) if change is None else entries[key]
+        if key == "+":
+            continue
+        old = entries.pop(key) if change is None else entries.get(key)
         if change is not None:
             entries[key] = change(old) if callable(change) else change if isinstance(change, tuple) else (old[0],
                 change)
     pair.write(directory)
+    for pool in ("slave", "insar"):
+        with (directory / f"{pool}.pool").open("a") as file:
+            file.write(changes.get(pool + ".+", ""))
     text = (directory / "master.pool").read_text()
     (directory / "master.pool").write_text(text.replace('"5.405D+09"', "5.405D+09"))
 
 
-def told(directory, words):
+def told(directory, words, environment=None):
     before = {p: (p.stat().st_mtime_ns, p.read_bytes()) for p in directory.iterdir() if p.is_file()}
-    done = tool(directory, "--json", *words)
+    done = tool(directory, "--json", *words, env={**os.environ, **(environment or {})})
     assert before == {p: (p.stat().st_mtime_ns, p.read_bytes()) for p in directory.iterdir() if p.is_file()}
     shown = json.loads(done.stdout)
-    assert (done.returncode == 0) == shown["would_succeed"] == (run(directory, words).status == 0)
+    assert (done.returncode == 0) == shown["would_succeed"] == (run(directory, words, environment).status == 0)
     return shown["findings"]
 
 
@@ -113,24 +156,76 @@ def short(findings):
     return sorted(f'{f["level"][0]} {f["code"]} {f["file"] or "-"} {f["line"] or "-"}' for f in findings)
 
 
+def compare(findings, wanted):
+    """Findings against wanted ones, some of which have a part of the text behind a bar."""
+    assert short(findings) == [w.partition(" | ")[0] for w in wanted], findings
+    for finding, text in zip(sorted(findings, key=lambda f: short([f])), wanted):
+        assert text.partition(" | ")[2] in finding["message"] + finding["remedy"]
+
+
 @pytest.mark.parametrize("name", CASES)
 def test_findings(tmp_path, name):
     changes, words, wanted = CASES[name]
     make_pair(tmp_path, changes)
-    assert short(told(tmp_path, arguments(**words))) == wanted
+    compare(told(tmp_path, arguments(**words)), wanted)
 
 
 def test_single_pass_references(tmp_path):
     later = {"slave.orbit_reference_time": "2026-11-10T00:00:01.000000"}
     make_pair(tmp_path, SINGLE_PASS | later, make.Example(kind="utc"))
-    findings = told(tmp_path, arguments())
-    assert "reference-times" in [f["code"] for f in findings], findings
+    (finding,) = [f for f in told(tmp_path, arguments()) if f["code"] == "reference-times"]
+    assert "is 1 s after" in finding["message"]
 
 
-def test_velocities(tmp_path):
+@pytest.mark.parametrize("wrong", [0.002, 0.0025, 0.011])  # m/s along two axes; 3 mm/s are told
+def test_velocities(tmp_path, wrong):
+    slower = lambda entry: (entry[0], [x + wrong for x in entry[1]])  # noqa: E731
     make_pair(tmp_path, {f"slave.orbit_v{c}": slower for c in "xy"}, make.Example(method="localhermite_0_4"))
-    (velocity,) = [f for f in told(tmp_path, arguments()) if f["code"] == "velocities"]
-    assert "15.55" in velocity["message"]  # 11 mm/s along two axes
+    found = [f["message"] for f in told(tmp_path, arguments()) if f["code"] == "velocities"]
+    assert len(found) == (wrong * math.sqrt(2) > 0.003)
+    for message in found:
+        speed, shift, unit = re.search(r"is (\S+) mm/s off .* up to (\S+) (mm|m) along", message).groups()
+        assert float(speed) == pytest.approx(wrong * math.sqrt(2) * 1e3, rel=1e-4)
+        along = wrong * math.sqrt(2) / (make.RADIUS * make.RATE) * 0.0055 / 2 * 299792458
+        assert float(shift) / {"m": 1, "mm": 1e3}[unit] == pytest.approx(along, rel=1e-4)
+
+
+@pytest.mark.parametrize("step, changes, aside, wanted", [
+    (100.0, {"insar.master_first_az_time": 3640.0}, 120.0, ["w samples-coarse master.pool 34"]),
+    (10.0, {}, -45000.0, ["w baseline slave.pool -"]),
+    (10.0, {f"slave.orbit_{c}": lambda entry: ("FLT_6_V", entry[1]) for c in "xyz"} | {
+        "slave.orbit_representation": "orbit_pool_float_double"}, 120.0, ["w interpolation-inexact slave.pool 26"]),
+])
+def test_orbits(tmp_path, monkeypatch, step, changes, aside, wanted):
+    monkeypatch.setattr(make, "STEP", step)
+    example = make.Example()
+    example.orbits["slave"] = make.Circle(aside=aside)
+    make_pair(tmp_path, changes, example)
+    compare([f for f in told(tmp_path, arguments()) if f["code"] != "run-warning"], wanted)
+
+
+# Text of the configuration file, words of the command line, the environment, findings.
+LONGEST = 255  # of a path
+CONFIGURATIONS = {
+    "screen": ("lsl LOUD\n", {}, {}, ["w level-unknown pcf.varnoth 1"]),
+    "durable twice": ("DurableUpdate maybe\nMasterPar master.pool\nDurableUpdate TRUE\n", {"MasterPar": None}, {}, [
+        "e value-unknown pcf.varnoth 1", "w key-twice pcf.varnoth 3"]),
+    "other name": ("lfl LOUD\n", {"pid": "x"}, {}, ["w level-unknown pcf.x 1"]),
+    "environment": ("", {"MasterPar": None}, {"MasterPar": "master.pool"}, []),
+    "status": ("", {"status": "sub"}, {}, ["e stop-file - -"]),
+    "longest": ("", {"SlavePar": "." + "slave.pool".rjust(LONGEST - 1, "/")}, {}, []),
+    "too long": ("", {"SlavePar": "." + "slave.pool".rjust(LONGEST, "/")}, {}, ["e value-too-long - -"]),
+}
+
+
+@pytest.mark.parametrize("name", CONFIGURATIONS)
+def test_configurations(tmp_path, name):
+    text, words, environment, wanted = CONFIGURATIONS[name]
+    make_pair(tmp_path, {})
+    (tmp_path / f"pcf.{words.get('pid', 'varnoth')}").write_text(text)
+    (tmp_path / "sub").mkdir()
+    (tmp_path / "sub" / "STOP.varnoth").touch()
+    compare(told(tmp_path, arguments(**words), environment), wanted)
 
 
 def test_configuration_file(tmp_path):

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <exception>
 #include <initializer_list>
+#include <limits>
 #include <span>
 
 #include "foundation/constants.hpp"
@@ -224,7 +225,9 @@ class ORBIT_DOUBTS {
     SCENE_ORBIT coarser;
     Load(coarser, "localpolynom_0_7");
     const std::string text = pool.Text("orbit_interpolation");
-    if (const double own = Difference(reference, coarser, times); own > NOTEWORTHY) {
+    // Rounded to single precision, samples scatter, and denser ones scatter as much.
+    const double own = samples.is_single ? 0.0 : Difference(reference, coarser, times);
+    if (own > NOTEWORTHY) {
       Add("samples-coarse", pool.Text("orbit_param_key"), pool,
           "samples every " + Short(samples.Gap()) + " s leave the positions between them " +
               Metres(own) + " uncertain",
@@ -329,7 +332,7 @@ void TellReferenceTimes(const varnoth::SCENE& scene, const STEP_POOLS& pools,
 }
 
 void TellRange(const varnoth::SCENE& scene, const STEP_POOLS& pools, const TELL_FINDING& tell) {
-  double position[3];
+  double position[3] = {};
   GetPosition(scene.master_orbit, scene.master_first_az_time, position);
   const double radius = std::hypot(position[0], position[1], position[2]);
   const double height = radius - EARTH_RADIUS;
@@ -396,8 +399,8 @@ void TellPairDoubts(const varnoth::SCENE& scene, const STEP_POOLS& pools,
 void TellSweepDoubts(const varnoth::SCENE& scene, const SWEEP& sweep, const STEP_POOLS& pools,
                      const TELL_FINDING& tell) {
   Measure([&] {
-    double first = INFINITY;
-    double last = -INFINITY;
+    double first = std::numeric_limits<double>::infinity();
+    double last = -first;
     double distance = 0.0;
     for (const auto& line : sweep.samples) {
       for (const SAMPLE_GEOMETRY& sample : line) {
