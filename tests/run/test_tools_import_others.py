@@ -323,6 +323,7 @@ SHIFT = {
     "other side of the Earth": ([], {"start": 0.5 + math.pi}, [], 1, "the footprints are 12"),
     "next track": ([("5001", "50001")], {"aside": -45000.0}, [], 1, "is of another track: the satellites' paths are 39.1 km"),
     "relative orbits": ([("108\n", "109\n")], {}, [], 1, "is of relative orbit 109, and the master of 108"),
+    "other side": ([('"right"', '"left"')], {}, [], 1, "looks to the other side than the master"),
     "sampling": ([("frequency         FLT_15          1.0", "frequency         FLT_15          1.1")], {}, [], 0, "range sampling"),
     "frequency": ([("5.405", "5.505")], {}, [], 0, "radar frequencies"),
     "lines": ([], {}, ["--lines", "0:2001"], 1, "the scene has 0:2000"),

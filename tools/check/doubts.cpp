@@ -341,7 +341,7 @@ void TellRange(const varnoth::SCENE& scene, const STEP_POOLS& pools, const TELL_
   constexpr double ROUGH = 25e3;  // m; the Earth's radius is not the same everywhere
   constexpr const char* KEY = "master_first_rg_time";
   if (range < height - ROUGH) {
-    const bool is_one_way = 2.0 * range > height && 2.0 * range < horizon;
+    const bool is_one_way = 2.0 * range > height;
     tell(Doubt("range-short", KEY, pools.insar,
                "a range of " + Short(range / 1e3) + " km, from a satellite " + Short(height / 1e3) +
                    " km high, meets no ground",

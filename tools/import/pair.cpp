@@ -130,6 +130,9 @@ void CheckFit(const PAIR& pair, bool is_single_pass) {
     fail("is of relative orbit " + std::to_string(slave.relative_orbit.value) +
          ", and the master of " + std::to_string(master.relative_orbit.value) + distance);
   }
+  if (master.look_direction.value != slave.look_direction.value) {
+    fail("looks to the other side than the master");
+  }
   const CORNERS master_corners = CornersOf(master, master_path, pair.lines, pair.samples);
   const CORNERS slave_corners =
       CornersOf(slave, slave_path, {0, slave.line_count.value}, {0, slave.sample_count.value});
@@ -162,9 +165,6 @@ void WarnOfDifferences(PAIR& pair, bool is_single_pass) {
   if (is_single_pass) return;
   const std::int64_t apart = MicrosecondsBetween(master.first_line.value, slave.first_line.value);
   if (apart == 0) pair.warnings.emplace_back("is the master's own scene: all baselines are 0");
-  if (master.look_direction.value != slave.look_direction.value) {
-    pair.warnings.emplace_back("looks to the other side than the master");
-  }
 }
 
 class INSAR_TEXT {
