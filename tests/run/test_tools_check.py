@@ -81,7 +81,7 @@ CASES = {
         "e radius master.pool 53 | 8485.2 km", "e range-short insar.pool 9"]),
     "middle line on a sample": ({"insar.master_first_az_time": 3598.0}, {}, ["e time-on-sample insar.pool 5 | middle"]),
     "two columns": ({"slave.orbit_value_key": "orbit_x, orbit_y"}, {}, [
-        "e columns master.pool 30", "e columns slave.pool 30", "e radius slave.pool 53"]),
+        "e columns slave.pool 30", "e radius slave.pool 53"]),
     "velocities missing": ({"slave.orbit_interpolation": "localhermite_0_4",
         "slave.orbit_velocity_key": ("STR", "orbit_vx, orbit_vy, orbit_vz")}, {}, ["e key-missing slave.pool -"] * 3),
     "centre on the other side": ({"master.center_latitude": ("FLT_6", 29.2), "master.center_longitude": (

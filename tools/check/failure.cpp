@@ -8,7 +8,8 @@ namespace varnoth::tools {
 
 namespace {
 
-enum class PLACE { SCENE, INSAR, NONE };
+/// EITHER_SCENE: of the scene whose orbit is being loaded; behind that, nothing tells which one.
+enum class PLACE { SCENE, EITHER_SCENE, INSAR, NONE };
 
 /// A text of a run (docs/troubleshooting.md has them all), the key that it is about, and the
 /// remedy.
@@ -45,8 +46,8 @@ constexpr FAILURE_ROW ROWS[] = {
      "correct the order"},
     {"support points", "support-points", PLACE::SCENE, "orbit_interpolation",
      "correct the number of support points"},
-    {"the result takes", "columns", PLACE::SCENE, "orbit_value_key", "name x, y and z"},
-    {"coordinates in position and velocity", "columns", PLACE::SCENE, "orbit_velocity_key",
+    {"the result takes", "columns", PLACE::EITHER_SCENE, "orbit_value_key", "name x, y and z"},
+    {"coordinates in position and velocity", "columns", PLACE::EITHER_SCENE, "orbit_velocity_key",
      "name as many velocities as positions"},
     {"time conversion", "reference-time-kind", PLACE::SCENE, "orbit_reference_time",
      "give a time of the same kind as the epochs"},
@@ -73,8 +74,8 @@ constexpr FAILURE_ROW ROWS[] = {
      "give a degree of 0 or more"},
     {"Singular Matrix", "scene-empty", PLACE::INSAR, "n_samples",
      "give the scene's size; use a degree of 10 or less"},
-    {"LUDCMP", "orbit-values", PLACE::SCENE, "orbit_value_key", "correct the orbit"},
-    {"svdcmp", "orbit-values", PLACE::SCENE, "orbit_value_key", "correct the orbit"},
+    {"LUDCMP", "orbit-values", PLACE::EITHER_SCENE, "orbit_value_key", "correct the orbit"},
+    {"svdcmp", "orbit-values", PLACE::EITHER_SCENE, "orbit_value_key", "correct the orbit"},
     {"to look direction", "word-unknown", PLACE::NONE, "antenna_look_direction",
      "write left or right"},
     {"to observation mode", "word-unknown", PLACE::INSAR, "observation_mode",
@@ -156,8 +157,9 @@ FINDING ExplainFailure(STAGE stage, const std::vector<std::string>& lines,
   finding.remedy = row->remedy;
   finding.key = row->key;
   if (finding.key == "@epochs") finding.key = scene->Text("orbit_param_key");
-  if (row->place == PLACE::NONE) return finding;
-  const POOL_INPUT& place = row->place == PLACE::SCENE ? *scene : pools.insar;
+  const bool is_unknown = row->place == PLACE::EITHER_SCENE && !is_orbit;
+  if (row->place == PLACE::NONE || is_unknown) return finding;
+  const POOL_INPUT& place = row->place == PLACE::INSAR ? pools.insar : *scene;
   finding.file = place.file;
   finding.line = place.LineOf(finding.key);
   return finding;
