@@ -3,9 +3,11 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <new>
+#include <thread>
 
 #include "log/log.hpp"
 #include "tools/check/command.hpp"
+#include "tools/geometry/command.hpp"
 #include "tools/import/commands.hpp"
 #include "tools/import/moment.hpp"
 #include "tools/pool/commands.hpp"
@@ -23,15 +25,32 @@ void SilenceLog() {
 
 constexpr char VALUE_MARK = '=';
 
+/// Marks the step's arguments of "geometry", pairs of a key and a value; an option's value joins
+/// its name, since it may begin with a minus as well.
+void MarkBesideOptions(std::vector<std::string>& words) {
+  for (std::size_t i = 1; i < words.size(); ++i) {
+    if (words[i].starts_with("--")) {
+      const bool has_value = words[i] != "--help" && words[i].find('=') == words[i].npos;
+      if (!has_value || i + 1 == words.size()) continue;
+      words[i] += "=" + words[i + 1];
+      words.erase(words.begin() + static_cast<std::ptrdiff_t>(i + 1));
+    } else {
+      words[i].insert(0, 1, VALUE_MARK);
+      if (words[i].starts_with("=-") && ++i < words.size()) words[i].insert(0, 1, VALUE_MARK);
+    }
+  }
+}
+
 /// CLI11 takes a value that begins with a minus for an option, and brackets for a list: what stands
-/// behind FILE KEY TYPE of "pool set", and the step's arguments behind the options of "check", get
-/// a mark in front.
+/// behind FILE KEY TYPE of "pool set", and the step's arguments of "check", behind its options, and
+/// of "geometry" get a mark in front.
 std::vector<std::string> MarkValues(std::vector<std::string> words) {
   if (!words.empty() && words[0] == "check") {
     std::size_t i = 1;
     while (i < words.size() && words[i].starts_with("--")) ++i;
     for (; i < words.size(); ++i) words[i].insert(0, 1, VALUE_MARK);
   }
+  if (!words.empty() && words[0] == "geometry") MarkBesideOptions(words);
   if (words.size() < 2 || words[0] != "pool" || words[1] != "set") return words;
   int place = 0;
   bool only_values = false;
@@ -74,6 +93,37 @@ void AddCheck(CLI::App& app, CHECK_ARGUMENTS& given, TOOL_STATUS& status) {
   check->callback([&] {
     for (std::string& word : given.of_step) word.erase(0, 1);
     status = tools::CheckStep(given.of_step, given.as_json);
+  });
+}
+
+void AddGeometry(CLI::App& app, tools::GEOMETRY_REQUEST& request, TOOL_STATUS& status) {
+  CLI::App* const geometry =
+      app.add_subcommand("geometry", "Tell the geometry of a run's pair at any points");
+  const auto read_grid = [&request](const std::string& text) {
+    return std::string(tools::ReadGrid(text, request) ? "" : text + " is no LINESxSAMPLES");
+  };
+  CLI::Option_group* const place = geometry->add_option_group("where");
+  place->add_option("--points", request.points, "File with columns line, sample and height");
+  CLI::Option* const grid = place->add_option("--grid", "Grid over the scene, as 5x11")
+                                ->check(CLI::Validator(read_grid, "LINESxSAMPLES"));
+  place->require_option(1);
+  geometry->add_option("--heights", request.heights, "Heights of the grid in m, as 0,500")
+      ->delimiter(',')
+      ->needs(grid);
+  geometry->add_option("--format", request.format, "Without it, as FILE of --out ends, or text")
+      ->check(CLI::IsMember({"text", "csv", "json", "netcdf"}));
+  geometry->add_option("--out", request.out, "File to write instead of standard output");
+  request.jobs = std::max(std::thread::hardware_concurrency(), 1U);
+  geometry->add_option("--jobs", request.jobs, "Threads; without it, one per processor")
+      ->check(CLI::Range(1, 1024));
+  geometry->add_option("ARGUMENT", request.of_step, "The step's own arguments");
+  geometry->callback([&] {
+    for (std::string& word : request.of_step) word.erase(0, 1);
+    if (request.format.empty()) request.format = tools::FormatOf(request.out);
+    if (request.format == "netcdf" && request.out.empty()) {
+      throw CLI::ValidationError("--format netcdf needs --out");
+    }
+    status = tools::WriteGeometry(request);
   });
 }
 
@@ -266,6 +316,8 @@ int Run(int count, char** arguments) {
 
   CHECK_ARGUMENTS step;
   AddCheck(app, step, status);
+  tools::GEOMETRY_REQUEST geometry;
+  AddGeometry(app, geometry, status);
   CLI::App* const import = AddImport(app);
   tools::SENTINEL1_REQUEST sentinel1;
   AddImportSentinel1(*import, sentinel1, status);

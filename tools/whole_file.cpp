@@ -8,20 +8,13 @@
 #include <cstring>
 #include <filesystem>
 #include <stdexcept>
+#include <utility>
 
 namespace varnoth::tools {
 
 namespace {
 
-bool WriteAll(int descriptor, std::string_view rest) {
-  while (!rest.empty()) {
-    const ssize_t count = ::write(descriptor, rest.data(), rest.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return false;
-    rest.remove_prefix(static_cast<std::size_t>(count));
-  }
-  return true;
-}
+[[noreturn]] void Throw(int reason) { throw std::runtime_error(std::strerror(reason)); }
 
 }  // namespace
 
@@ -31,30 +24,43 @@ unsigned CreationMask() {
   return mask;
 }
 
-void WriteWholeFile(const std::string& file, const std::string& content) {
+WHOLE_FILE::WHOLE_FILE(const std::string& file) : place(file) {
   struct stat old {};
   const bool is_there = stat(file.c_str(), &old) == 0;
   if (is_there && !S_ISREG(old.st_mode)) throw std::runtime_error("not an ordinary file");
   // What a link leads to is replaced, not the link.
-  const std::string place = is_there ? std::filesystem::canonical(file).string() : file;
-  std::string temporary = place + ".XXXXXX";
-  const int descriptor = mkstemp(temporary.data());
-  if (descriptor < 0) throw std::runtime_error(std::strerror(errno));
-  const mode_t mode = is_there ? old.st_mode & 07777 : 0666 & ~CreationMask();
-  bool is_good = WriteAll(descriptor, content) && fchmod(descriptor, mode) == 0;
-  is_good = is_good && fsync(descriptor) == 0;
-  int reason = errno;
-  if (::close(descriptor) != 0 && is_good) {
-    is_good = false;
-    reason = errno;
+  if (is_there) place = std::filesystem::canonical(file).string();
+  mode = is_there ? old.st_mode & 07777 : 0666 & ~CreationMask();
+  temporary = place + ".XXXXXX";
+  descriptor = mkstemp(temporary.data());
+  if (descriptor < 0) Throw(errno);
+}
+
+WHOLE_FILE::~WHOLE_FILE() {
+  if (descriptor >= 0) ::close(descriptor);
+  if (!temporary.empty()) unlink(temporary.c_str());
+}
+
+void WHOLE_FILE::Write(std::string_view content) {
+  while (!content.empty()) {
+    const ssize_t count = ::write(descriptor, content.data(), content.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) Throw(errno);
+    content.remove_prefix(static_cast<std::size_t>(count));
   }
-  if (is_good && ::rename(temporary.c_str(), place.c_str()) != 0) {
-    is_good = false;
-    reason = errno;
-  }
-  if (is_good) return;
-  unlink(temporary.c_str());
-  throw std::runtime_error(std::strerror(reason));
+}
+
+void WHOLE_FILE::Finish() {
+  if (fchmod(descriptor, mode) != 0 || fsync(descriptor) != 0) Throw(errno);
+  if (::close(std::exchange(descriptor, -1)) != 0) Throw(errno);
+  if (::rename(temporary.c_str(), place.c_str()) != 0) Throw(errno);
+  temporary.clear();
+}
+
+void WriteWholeFile(const std::string& file, const std::string& content) {
+  WHOLE_FILE whole(file);
+  whole.Write(content);
+  whole.Finish();
 }
 
 }  // namespace varnoth::tools

@@ -28,6 +28,7 @@ TOOL_STATUS CheckStep(const std::vector<std::string>& arguments, bool as_json) {
   const STEP_SETTINGS settings = FindSettings(arguments, findings);
   const auto is_error = [](const FINDING& finding) { return finding.level == SEVERITY::ERROR; };
   const auto pools = OpenPools(settings, findings);
+  CheckUpdates(settings, findings);
   // An error so far is one of the run's surroundings; those of the pools are the rehearsal's
   // verdict.
   bool would_succeed = pools && std::none_of(findings.begin(), findings.end(), is_error);

@@ -423,11 +423,14 @@ std::optional<STEP_POOLS> OpenPools(const STEP_SETTINGS& settings, FINDING_LIST&
   bool is_open = Open(settings.master, pools.scene[MASTER].document, findings);
   is_open &= Open(settings.slave, pools.scene[SLAVE].document, findings);
   is_open &= Open(settings.insar, pools.insar.document, findings);
+  if (!is_open) return std::nullopt;
+  return pools;
+}
+
+void CheckUpdates(const STEP_SETTINGS& settings, FINDING_LIST& findings) {
   const bool is_one = settings.insar.value == settings.log_pool.value;
   NeedWritable(settings.insar, is_one, findings);
   if (!is_one) NeedWritable(settings.log_pool, true, findings);
-  if (!is_open) return std::nullopt;
-  return pools;
 }
 
 void CheckInputs(const STEP_POOLS& pools, const STEP_SETTINGS& settings, FINDING_LIST& findings) {

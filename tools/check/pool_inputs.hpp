@@ -33,9 +33,11 @@ struct STEP_POOLS {
   std::string log_file;
 };
 
-/// Tells what stands in the way of the pools: missing, unreadable, unwritable. Nothing is read
-/// then.
+/// Reads the three pools. Tells which are missing or unreadable; nothing is read then.
 std::optional<STEP_POOLS> OpenPools(const STEP_SETTINGS& settings, FINDING_LIST& findings);
+
+/// Tells what stands in the way of the updates at a run's end.
+void CheckUpdates(const STEP_SETTINGS& settings, FINDING_LIST& findings);
 
 /// Tells of every key that a run reads: missing, of another type, unreadable, read otherwise than
 /// it stands there; and of values that no radar, satellite or scene has.

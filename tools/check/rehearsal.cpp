@@ -68,7 +68,7 @@ class REHEARSAL {
     load(STAGE::MASTER_ORBIT, MASTER, scene.master_orbit, master);
     load(STAGE::SLAVE_ORBIT, SLAVE, scene.slave_orbit, slave);
     is_good &= Do(STAGE::PARAMETERS, [&] {
-      ReadHeight(insar);
+      scene.local_height = HeightOf(settings, insar);
       read_scene_parameters(scene, master, slave, insar);
       take_ellipsoid_radii(scene);
     });
@@ -122,15 +122,6 @@ class REHEARSAL {
     }
     Say(FAILURE_MARK, reason);
     return false;
-  }
-
-  void ReadHeight(PARAMETER_POOL& insar) {
-    if (settings.height.is_given) {
-      const HELD_TRAPS held;
-      scene.local_height = std::strtod(settings.height.value.c_str(), nullptr);
-    } else {
-      insar.Read("local_height", scene.local_height);
-    }
   }
 
   /// The columns to which the run adds its row.
@@ -293,6 +284,17 @@ class LISTENER {
 }
 
 }  // namespace
+
+double HeightOf(const STEP_SETTINGS& settings, PARAMETER_POOL& insar) {
+  double height = 0.0;
+  if (settings.height.is_given) {
+    const HELD_TRAPS held;
+    height = std::strtod(settings.height.value.c_str(), nullptr);
+  } else {
+    insar.Read("local_height", height);
+  }
+  return height;
+}
 
 bool Rehearse(const STEP_POOLS& pools, const STEP_SETTINGS& settings, FINDING_LIST& findings) {
   int ends[2];

@@ -1,0 +1,101 @@
+#include "tools/geometry/point_geometry.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+#include "driver/scene_geometry.hpp"
+#include "foundation/constants.hpp"
+
+namespace varnoth::tools {
+
+namespace {
+
+/// Whether the last search of this thread for the slave's time has failed.
+thread_local bool search_has_failed = false;
+void NoteOpenSearch(const CLOSEST_APPROACH& /*search*/) { search_has_failed = true; }
+
+constexpr const char* OUTSIDE_MASTER_ORBIT = "outside the master's orbit";
+constexpr const char* OUTSIDE_SLAVE_ORBIT = "outside the slave's orbit";
+constexpr const char* OPEN_SEARCH = "the search for the slave's time does not converge";
+
+void FillRow(ROW& row, const SAMPLE_GEOMETRY& sample, const varnoth::SCENE& scene) {
+  const double slave_range_time = 2.0 * sample.slave_range / SPEED_OF_LIGHT;
+  const double values[] = {
+      sample.target.longitude,
+      sample.target.latitude,
+      sample.target.incidence,
+      sample.slave_incidence,
+      sample.master_look_angle,
+      sample.slave_look_angle,
+      sample.master_range,
+      sample.slave_range,
+      sample.range_difference,
+      sample.baseline,
+      sample.perpendicular,
+      sample.parallel,
+      sample.along_track,
+      sample.metres_per_cycle,
+      sample.phase,
+      (sample.slave_time - scene.slave_first_az_time) * scene.prf[SLAVE],
+      (slave_range_time - scene.slave_first_rg_time) * scene.range_sampling_frequency[SLAVE],
+  };
+  static_assert(std::size(values) == COLUMN_COUNT - POINT_COLUMNS);
+  std::copy(std::begin(values), std::end(values), row.begin() + POINT_COLUMNS);
+}
+
+}  // namespace
+
+POINT_GEOMETRY::POINT_GEOMETRY(const LOADED_PAIR& pair)
+    : scene(pair.scene), look_direction(pair.look_direction) {
+  constexpr double MARGIN = 600.0;  // s beyond the scene, some 4000 km
+  const SCENE_ORBIT* const sources[] = {&scene.master_orbit, &scene.slave_orbit};
+  const double first[] = {scene.master_first_az_time, scene.slave_first_az_time};
+  const double last[] = {scene.master_last_az_time, scene.slave_last_az_time};
+  is_faithful = true;
+  for (const ROLE role : {MASTER, SLAVE}) {
+    auto core =
+        std::make_unique<ORBIT_PIECES>(*sources[role], first[role] - MARGIN, last[role] + MARGIN);
+    pieces[role] = core.get();
+    is_faithful &= core->IsFaithful();
+    orbits[role].core = std::move(core);
+  }
+}
+
+const char* POINT_GEOMETRY::Find(const POINT& point, POINT_WORK& work, ROW& row) const {
+  row.fill(std::nan(""));
+  row[0] = point.line;
+  row[1] = point.sample;
+  row[2] = point.height;
+  const double time = scene.master_first_az_time + point.line / scene.prf[MASTER];
+  if (!pieces[MASTER]->Covers(time)) return OUTSIDE_MASTER_ORBIT;
+  if (time != work.line.time) {
+    work.line = LineAt(is_faithful ? orbits[MASTER] : scene.master_orbit, time);
+  }
+  const double range_time =
+      scene.master_first_rg_time + point.sample / scene.range_sampling_frequency[MASTER];
+
+  PAIR_CONSTANTS pair = ConstantsOf(scene, look_direction);
+  pair.master_orbit = &orbits[MASTER];
+  pair.slave_orbit = &orbits[SLAVE];
+  // The slave's line is nearly the master's.
+  pair.slave_start = std::clamp(scene.slave_first_az_time + point.line / scene.prf[SLAVE],
+                                pieces[SLAVE]->Begin(), pieces[SLAVE]->End());
+  pair.tell_search = NoteOpenSearch;
+  search_has_failed = false;
+  SAMPLE_GEOMETRY sample = SampleGeometry(pair, work.line, range_time, point.height, work.search);
+  if (sample.target.status != SOLVER_STATUS::FOUND) return StatusText(sample.target.status);
+  if (!pieces[SLAVE]->Covers(sample.slave_time)) return OUTSIDE_SLAVE_ORBIT;
+  if (!is_faithful) {
+    // Only now, since some orbits end the process at times outside their epochs.
+    pair.master_orbit = &scene.master_orbit;
+    pair.slave_orbit = &scene.slave_orbit;
+    pair.slave_start = sample.slave_time;
+    search_has_failed = false;
+    sample = SampleGeometry(pair, work.line, range_time, point.height, work.search);
+  }
+  if (search_has_failed) return OPEN_SEARCH;
+  FillRow(row, sample, scene);
+  return nullptr;
+}
+
+}  // namespace varnoth::tools

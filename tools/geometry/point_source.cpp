@@ -1,0 +1,215 @@
+#include "tools/geometry/point_source.hpp"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <fstream>
+#include <optional>
+#include <stdexcept>
+#include <utility>
+
+#include "tools/message.hpp"
+
+namespace varnoth::tools {
+
+namespace {
+
+constexpr std::size_t BLOCK = 8192;  ///< points; some milliseconds of work
+
+class GRID_SOURCE final : public POINT_SOURCE {
+ public:
+  explicit GRID_SOURCE(GRID whole) : grid(std::move(whole)) {}
+
+  std::vector<POINT> Next() override {
+    std::vector<POINT> points;
+    if (next == Count()) return points;
+    const std::size_t width = grid.samples.size();
+    const std::size_t row = next / width;
+    const std::size_t line = row % grid.lines.size();
+    std::size_t count = std::min(BLOCK, width - next % width);
+    if (width <= BLOCK) count = width * std::min(BLOCK / width, grid.lines.size() - line);
+    const double height = grid.heights[row / grid.lines.size()];
+    points.reserve(count);
+    for (const std::size_t stop = next + count; next < stop; ++next) {
+      points.push_back({.line = grid.lines[next / width % grid.lines.size()],
+                        .sample = grid.samples[next % width],
+                        .height = height});
+    }
+    return points;
+  }
+  std::size_t Count() const override {
+    return grid.heights.size() * grid.lines.size() * grid.samples.size();
+  }
+  const GRID* Grid() const override { return &grid; }
+
+ private:
+  GRID grid;
+  std::size_t next = 0;
+};
+
+std::string_view Trimmed(std::string_view text) {
+  constexpr std::string_view BLANKS = " \t\r";
+  const std::size_t begin = text.find_first_not_of(BLANKS);
+  if (begin == text.npos) return {};
+  text.remove_prefix(begin);
+  return text.substr(0, text.find_last_not_of(BLANKS) + 1);
+}
+
+std::optional<double> NumberOf(std::string_view text) {
+  double value = 0.0;
+  if (text.starts_with('+')) text.remove_prefix(1);
+  const auto end = std::from_chars(text.data(), text.data() + text.size(), value);
+  const bool is_whole = end.ec == std::errc() && end.ptr == text.data() + text.size();
+  return is_whole && std::isfinite(value) ? std::optional(value) : std::nullopt;
+}
+
+/// Reads points line by line.
+class POINTS_FILE final : public POINT_SOURCE {
+ public:
+  explicit POINTS_FILE(const std::string& name) : file(name) {
+    struct stat status {};
+    if (stat(name.c_str(), &status) != 0) throw std::runtime_error(std::strerror(errno));
+    // It is read twice: nothing is calculated before all lines are known to be points.
+    if (!S_ISREG(status.st_mode)) throw std::runtime_error("not an ordinary file");
+    Rewind();
+  }
+
+  /// Whether all lines are points.
+  bool Check() {
+    POINT point;
+    while (Read(point)) ++count;
+    if (count == 0 && faults == 0) Fault("no points");
+    Rewind();
+    return faults == 0;
+  }
+
+  std::vector<POINT> Next() override {
+    std::vector<POINT> points;
+    POINT point;
+    while (points.size() < BLOCK && Read(point)) points.push_back(point);
+    if (faults > 0) throw std::runtime_error("changed while it was read");
+    return points;
+  }
+  std::size_t Count() const override { return count; }
+
+ private:
+  static constexpr int MOST_FAULTS = 20;
+  static constexpr const char* NAMES[] = {"line", "sample", "height"};
+
+  void Rewind() {
+    stream = std::ifstream(file, std::ios::binary);
+    if (!stream) throw std::runtime_error(std::strerror(errno));
+    number = 0;
+    has_begun = false;
+    columns = 3;
+    for (std::size_t i = 0; i < columns; ++i) places[i] = i;
+  }
+
+  void Fault(const std::string& message) {
+    if (++faults <= MOST_FAULTS) {
+      Tell(file, std::max<std::size_t>(number, 1), SEVERITY::ERROR, message);
+    }
+  }
+
+  /// The next line that is a point; false at the end.
+  bool Read(POINT& point) {
+    while (std::getline(stream, text)) {
+      ++number;
+      std::string_view rest = text;
+      if (number == 1 && rest.starts_with("\xEF\xBB\xBF")) rest.remove_prefix(3);
+      rest = Trimmed(rest);
+      if (rest.empty() || rest[0] == '#') continue;
+      Split(rest);
+      if (!std::exchange(has_begun, true) && !NumberOf(fields[0])) {
+        if (!TakeHead()) return false;  // no line means anything
+      } else if (TakePoint(point)) {
+        return true;
+      }
+    }
+    if (stream.bad()) throw std::runtime_error("can't be read to its end");
+    return false;
+  }
+
+  void Split(std::string_view rest) {
+    fields.clear();
+    for (std::size_t comma = 0; comma != rest.npos;) {
+      comma = rest.find(',');
+      fields.push_back(Trimmed(rest.substr(0, comma)));
+      rest.remove_prefix(comma == rest.npos ? rest.size() : comma + 1);
+    }
+  }
+
+  bool TakeHead() {
+    for (int i = 0; i < 3; ++i) {
+      const auto is_wanted = [&](std::string_view field) {
+        return field == NAMES[i] || field == std::string(NAMES[i]) + "_m";
+      };
+      const auto found = std::find_if(fields.begin(), fields.end(), is_wanted);
+      if (found == fields.end()) {
+        Fault("neither a point nor a head with the column " + std::string(NAMES[i]));
+        return false;
+      }
+      places[i] = static_cast<std::size_t>(found - fields.begin());
+    }
+    columns = fields.size();
+    return true;
+  }
+
+  bool TakePoint(POINT& point) {
+    double* const values[] = {&point.line, &point.sample, &point.height};
+    if (fields.size() != columns) {
+      Fault(std::to_string(fields.size()) + " columns instead of " + std::to_string(columns));
+      return false;
+    }
+    for (int i = 0; i < 3; ++i) {
+      const auto value = NumberOf(fields[places[i]]);
+      if (!value) {
+        Fault(std::string(NAMES[i]) + " '" + std::string(fields[places[i]]) + "' is no number");
+        return false;
+      }
+      *values[i] = *value;
+    }
+    point.file_line = number;
+    return true;
+  }
+
+  std::string file;
+  std::ifstream stream;
+  std::string text;
+  std::vector<std::string_view> fields;
+  std::size_t columns = 3;
+  std::size_t places[3] = {};  ///< columns of NAMES
+  std::size_t number = 0;
+  std::size_t count = 0;
+  int faults = 0;
+  bool has_begun = false;
+};
+
+std::vector<double> Spread(double last, std::size_t count) {
+  std::vector<double> values(count);
+  for (std::size_t i = 0; i < count; ++i) {
+    values[i] = last * static_cast<double>(i) / static_cast<double>(count - 1);
+  }
+  return values;
+}
+
+}  // namespace
+
+std::unique_ptr<POINT_SOURCE> MakeGrid(const varnoth::SCENE& scene, std::size_t lines,
+                                       std::size_t samples, const std::vector<double>& heights) {
+  return std::make_unique<GRID_SOURCE>(GRID{.heights = heights,
+                                            .lines = Spread(scene.n_lines - 1.0, lines),
+                                            .samples = Spread(scene.n_samples - 1.0, samples)});
+}
+
+std::unique_ptr<POINT_SOURCE> OpenPoints(const std::string& file) {
+  auto points = std::make_unique<POINTS_FILE>(file);
+  if (!points->Check()) return nullptr;
+  return points;
+}
+
+}  // namespace varnoth::tools
