@@ -11,6 +11,7 @@
 #include "tools/import/commands.hpp"
 #include "tools/import/moment.hpp"
 #include "tools/pool/commands.hpp"
+#include "tools/report/command.hpp"
 #include "tools/stack/commands.hpp"
 
 namespace varnoth {
@@ -207,6 +208,13 @@ void AddOtherImports(CLI::App& import, IMPORT_REQUESTS& requests, TOOL_STATUS& s
   });
 }
 
+void AddReport(CLI::App& app, tools::REPORT_REQUEST& request, TOOL_STATUS& status) {
+  CLI::App* const report = app.add_subcommand("report", "Write a page about pairs and their runs");
+  report->add_option("DIR", request.places, "Directory of a pair, or of results")->required();
+  report->add_option("--out", request.out, "Page to write, as report.html")->required();
+  report->callback([&] { status = tools::WriteReport(request); });
+}
+
 /// What the commands "stack" were given.
 struct STACK_REQUESTS {
   tools::PLAN_REQUEST plan;
@@ -325,6 +333,8 @@ int Run(int count, char** arguments) {
   AddOtherImports(*import, imports, status);
   STACK_REQUESTS stack;
   AddStack(app, stack, status);
+  tools::REPORT_REQUEST report;
+  AddReport(app, report, status);
 
   try {
     std::vector<std::string> words = MarkValues({arguments + 1, arguments + count});

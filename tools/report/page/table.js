@@ -1,0 +1,79 @@
+// The table of all pairs, which sorts by its heads and filters.
+const COLUMNS = [
+  {name: 'Pair', value: (pair) => pair.name},
+  {name: 'Ending', value: (pair) => pair.ending},
+  {name: 'Master', value: (pair) => isNumber(secondsOf(pair, 0)) ? dayText(secondsOf(pair, 0)) : pair.times[0][0]},
+  {name: 'Slave', value: (pair) => isNumber(secondsOf(pair, 1)) ? dayText(secondsOf(pair, 1)) : pair.times[1][0]},
+  {name: 'Days', value: daysOf, decimals: 0},
+  {name: 'Effective baseline', unit: 'm', value: (pair) => numberOf(pair, 'eff_baseline'), decimals: 1},
+  {name: 'Metres per cycle', unit: 'm', value: (pair) => hasMarker(pair) ? null : numberOf(pair, 'height_conversion_factor'), decimals: 1},
+  {name: 'Range difference', unit: 'm', value: (pair) => numberOf(pair, 'varnoth_deltaR'), decimals: 1},
+  {name: 'Incidence', unit: '°, mid', value: (pair) => numberOf(pair, 'incidence_angle_mid_range'), decimals: 2},
+  {name: 'Misfit', unit: 'cycles', value: misfitOf, decimals: 4},
+  {name: 'Warnings', value: (pair) => pair.notices.length, decimals: 0}];
+const ENDINGS = ['done', 'failed', 'stopped', 'without results'];
+
+function isNumeric(column) {
+  return column.decimals !== undefined;
+}
+
+// What has no value comes last, whichever way the rest goes.
+function compare(a, b, direction) {
+  const [hasA, hasB] = [a, b].map((value) => value !== null && value !== undefined && value !== '');
+  if (!hasA || !hasB) return Number(hasB) - Number(hasA);
+  return direction * (typeof a === 'number' ? a - b : a.localeCompare(b, 'en', {numeric: true}));
+}
+
+class PairTable {
+  constructor(pairs) {
+    this.rows = pairs.map((pair) => ({pair, node: this.row(pair), words: [pair.name, pair.ending, ...pair.times.map(([text]) => text),
+      ...pair.notices.map(([, text]) => text)].join('\n').toLowerCase()}));
+    this.text = element('input', {type: 'search', id: 'filter-text', oninput: () => this.filter()});
+    this.ending = element('select', {id: 'filter-ending', onchange: () => this.filter()}, element('option', {value: ''}, 'all'),
+      ENDINGS.filter((ending) => pairs.some((pair) => pair.ending === ending)).map((ending) => element('option', {value: ending}, ending)));
+    this.limit = element('input', {type: 'number', id: 'filter-baseline', min: 0, step: 'any', oninput: () => this.filter()});
+    this.count = element('output', {'aria-live': 'polite'});
+    this.heads = COLUMNS.map((column, i) => element('th', {scope: 'col', class: isNumeric(column) ? 'number' : ''},
+      element('button', {type: 'button', onclick: () => this.sortBy(i)}, column.name, column.unit ? element('small', {}, ` ${column.unit}`) : null)));
+    this.body = element('tbody', {}, this.rows.map((row) => row.node));
+    this.filter();
+  }
+
+  row(pair) {
+    return element('tr', {class: pair.ending}, COLUMNS.map((column, i) => {
+      const text = isNumeric(column) ? fixed(column.value(pair), column.decimals) : column.value(pair) || NOTHING;
+      return i === 0 ? element('th', {scope: 'row'}, element('a', {href: `#p${pair.index}`}, text)) : element('td', {class: isNumeric(column) ? 'number' : ''}, text);
+    }));
+  }
+
+  sortBy(place) {
+    const head = this.heads[place];
+    const isUp = head.getAttribute('aria-sort') === 'ascending';
+    this.heads.forEach((other) => other.removeAttribute('aria-sort'));
+    head.setAttribute('aria-sort', isUp ? 'descending' : 'ascending');
+    const value = COLUMNS[place].value;
+    this.rows.sort((a, b) => compare(value(a.pair), value(b.pair), isUp ? -1 : 1));
+    this.body.append(...this.rows.map((row) => row.node));
+  }
+
+  filter() {
+    const words = this.text.value.toLowerCase().split(/\s+/).filter(Boolean);
+    const limit = this.limit.value === '' ? Infinity : Number(this.limit.value);
+    let shown = 0;
+    for (const {pair, node, words: all} of this.rows) {
+      const baseline = numberOf(pair, 'eff_baseline');
+      const fits = words.every((word) => all.includes(word)) && (!this.ending.value || pair.ending === this.ending.value) &&
+        (limit === Infinity || (isNumber(baseline) && Math.abs(baseline) <= limit));
+      node.hidden = !fits;
+      shown += fits ? 1 : 0;
+    }
+    this.count.textContent = `${shown} of ${counted(this.rows.length, 'pair')}`;
+  }
+
+  get node() {
+    return section('Pairs', element('form', {class: 'filters', onsubmit: (event) => event.preventDefault()},
+      element('label', {for: 'filter-text'}, 'Words ', this.text), element('label', {for: 'filter-ending'}, 'Ending ', this.ending),
+      element('label', {for: 'filter-baseline'}, 'Baseline up to ', this.limit, ' m'), this.count),
+    element('div', {class: 'wide', tabindex: 0, role: 'region', 'aria-label': 'Table of pairs'}, element('table', {class: 'pairs'}, element('thead', {}, element('tr', {}, this.heads)), this.body)));
+  }
+}
