@@ -85,19 +85,22 @@ function moveSelection(graph, key, figure, event) {
 
 function startGraph(host, figure, key) {
   const isDots = figure.plot === 'dots';
-  const graph = new Dygraph(host, figure.rows, {
+  const options = {
     labels: ['x', ...figure.series], colors: colours().slice(0, figure.series.length), height: CHART_HEIGHT,
     legend: 'never', labelsUTC: true, interactionModel: {}, axisLineColor: GRID, gridLineColor: GRID, axisLabelFontSize: 12,
     drawPoints: figure.plot !== 'bars', pointSize: isDots ? 2.5 : 2, strokeWidth: isDots ? 0 : 1.5, highlightCircleSize: 4,
     drawPointCallback: drawDot, drawHighlightPointCallback: drawDot, xRangePad: 6, yRangePad: 8, includeZero: figure.plot === 'bars',
-    plotter: figure.plot === 'bars' ? drawBars : undefined,
     series: Object.fromEntries(figure.series.map((name, i) => [name, {strokePattern: i % 2 ? [6, 3] : null}])),
-    axes: {x: {axisLabelFormatter: figure.axisText, pixelsPerLabel: 65, axisLabelWidth: 65}, y: {axisLabelWidth: 58, pixelsPerLabel: 36}},
-    underlayCallback: figure.under,
+    axes: {x: {pixelsPerLabel: 65, axisLabelWidth: 65}, y: {axisLabelWidth: 58, pixelsPerLabel: 36, axisLabelFormatter: (value) => String(Number(value.toPrecision(6)))}},
     highlightCallback: (event, x, points, row) => key.show(row),
     unhighlightCallback: () => key.clear(),
-    pointClickCallback: figure.open ? (event, point) => figure.open(point.idx) : undefined,
-  });
+  };
+  // The library takes an undefined option for a value.
+  if (figure.plot === 'bars') options.plotter = drawBars;
+  if (figure.axisText) options.axes.x.axisLabelFormatter = figure.axisText;
+  if (figure.under) options.underlayCallback = figure.under;
+  if (figure.open) options.pointClickCallback = (event, point) => figure.open(point.idx);
+  const graph = new Dygraph(host, figure.rows, options);
   graph.host = host;
   graph.seriesCount = figure.series.length;
   charts.add(graph);

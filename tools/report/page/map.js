@@ -33,7 +33,7 @@ class MapView {
     const [west, east] = [Math.min(...longitudes), Math.max(...longitudes)];
     const [south, north] = [Math.min(...latitudes), Math.max(...latitudes)];
     this.shrink = Math.cos((south + north) / 2 * Math.PI / 180);
-    const size = Math.max((east - west) * this.shrink, north - south, 0.5);
+    const size = Math.max((east - west) * this.shrink, north - south, 0.2);
     this.width = width;
     this.height = Math.round(width * 0.72);
     this.scale = this.height / (2.2 * size); // pixels of a degree of latitude

@@ -6,7 +6,7 @@ function resultRow(pair, name, key, text) {
 }
 
 function numberRow(pair, name, key, decimals, unit) {
-  return resultRow(pair, name, key, `${fixed(numberOf(pair, key), decimals)} ${unit}`);
+  return resultRow(pair, name, key, `${fixed(numberOf(pair, key), decimals)}${unit === '°' ? '' : ' '}${unit}`);
 }
 
 function resultTable(title, ...rows) {
@@ -48,7 +48,7 @@ function resultTables(pair) {
 }
 
 function scenesText(pair) {
-  const texts = pair.times.map(([text]) => text);
+  const texts = pair.times.map(([text, seconds]) => isNumber(seconds) ? `${dayText(seconds)} ${text.slice(11, 19)}` : text);
   if (!texts[0] && !texts[1]) return null;
   const days = daysOf(pair);
   const master = `Master ${texts[0] || 'of unknown date'}`;
@@ -97,14 +97,14 @@ function curves(pair) {
 function ninePoints(pair) {
   const [effective, baseline] = pair.grids;
   if (!effective || !baseline) {
-    return section('Nine points', element('p', {class: 'quiet'}, pair.log.is_there
-      ? 'Left out: the log lacks their tables, which the level INFO writes (-lfl INFO).'
-      : 'Left out: there is no log.'));
+    return [element('p', {class: 'quiet'}, pair.log.is_there
+      ? 'Left out: the nine points. The log lacks their tables, which the level INFO writes (-lfl INFO).'
+      : 'Left out: the nine points. There is no log that can be read.')];
   }
   const table = (title, grid) => element('figure', {}, element('figcaption', {}, title, element('small', {}, ' m, without a sign')),
     plainTable(['line', ...grid.samples.map((sample, i) => `${['near', 'mid', 'far'][i]}, sample ${sample}`)],
       grid.lines.map((line, i) => [String(line), ...grid.values[i].map((value) => fixed(value, 2))])));
-  return section('Nine points', element('div', {class: 'columns'}, table('Effective baseline', effective), table('Baseline', baseline)));
+  return [table('Effective baseline', effective), table('Baseline', baseline)];
 }
 
 function polynomials(pair) {
@@ -135,5 +135,6 @@ function pairPart(pair) {
     pair.remarks.length ? element('ul', {class: 'remarks'}, pair.remarks.map((text) => element('li', {}, text))) : null,
     pair.numbers && isDone ? null : notices(pair),
     pair.numbers ? [section('Results', resultTables(pair), polynomials(pair)),
-      isDone ? notices(pair) : null, curves(pair), ninePoints(pair), section('Map', footprintMap([pair]) ?? element('p', {class: 'quiet'}, 'Left out: corners are missing.'))] : null];
+      isDone ? notices(pair) : null, section('Map and nine points', element('div', {class: 'columns'},
+        footprintMap([pair]) ?? element('p', {class: 'quiet'}, 'Left out: the map. Corners are missing.'), ninePoints(pair))), curves(pair)] : null];
 }

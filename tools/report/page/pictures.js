@@ -83,7 +83,7 @@ function binWidth(span, count) {
 function histogramChart(pairs) {
   const values = pairs.map((pair) => numberOf(pair, 'eff_baseline'));
   const [low, high] = [Math.min(...values), Math.max(...values)];
-  const width = high > low ? binWidth(high - low, Math.min(24, 4 + Math.sqrt(values.length))) : 1;
+  const width = high > low ? binWidth(high - low, Math.min(30, 8 + Math.sqrt(values.length))) : 1;
   const first = Math.floor(low / width);
   const counts = new Array(Math.floor(high / width) - first + 1).fill(0);
   for (const value of values) counts[Math.floor(value / width) - first] += 1;

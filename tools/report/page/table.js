@@ -10,7 +10,7 @@ const COLUMNS = [
   {name: 'Range difference', unit: 'm', value: (pair) => numberOf(pair, 'varnoth_deltaR'), decimals: 1},
   {name: 'Incidence', unit: '°, mid', value: (pair) => numberOf(pair, 'incidence_angle_mid_range'), decimals: 2},
   {name: 'Misfit', unit: 'cycles', value: misfitOf, decimals: 4},
-  {name: 'Warnings', value: (pair) => pair.notices.length, decimals: 0}];
+  {name: 'Messages', value: (pair) => pair.notices.length, decimals: 0}];
 const ENDINGS = ['done', 'failed', 'stopped', 'without results'];
 
 function isNumeric(column) {
