@@ -25,7 +25,7 @@ function section(title, ...children) {
 // A table of texts with a head; the first column names the rows.
 function plainTable(head, rows) {
   return element('div', {class: 'wide'}, element('table', {},
-    element('thead', {}, element('tr', {}, head.map((text) => element('th', {scope: 'col'}, text)))),
+    element('thead', {}, element('tr', {}, head.map((text) => element('th', {scope: 'col', class: 'figure'}, text)))),
     element('tbody', {}, rows.map((row) => element('tr', {}, row.map((text, i) =>
       i === 0 ? element('th', {scope: 'row'}, text) : element('td', {class: 'number'}, text)))))));
 }

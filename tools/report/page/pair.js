@@ -43,7 +43,7 @@ function resultTables(pair) {
         `${latitudeText(numberOf(pair, 'center_latitude'))}, ${longitudeText(numberOf(pair, 'center_longitude'))}`),
       corner('First line, near', 'early_az_near'), corner('First line, far', 'early_az_far'),
       corner('Last line, near', 'late_az_near'), corner('Last line, far', 'late_az_far'),
-      resultRow(pair, 'Size', 'n_lines, n_samples', `${fixed(numberOf(pair, 'n_lines'), 0)} lines, ${fixed(numberOf(pair, 'n_samples'), 0)} samples`),
+      resultRow(pair, 'Lines × samples', 'n_lines, n_samples', `${fixed(numberOf(pair, 'n_lines'), 0)} × ${fixed(numberOf(pair, 'n_samples'), 0)}`),
       numberRow(pair, 'Height above the ellipsoid', 'local_height', 1, 'm')));
 }
 
