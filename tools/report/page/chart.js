@@ -3,6 +3,7 @@
 const COLOURS = {light: ['#0072B2', '#D55E00', '#007F5C', '#A3548A'], dark: ['#56B4E9', '#E69F00', '#2BC49A', '#E39BC5']};
 const GRID = 'rgba(128,128,128,0.35)';
 const CHART_HEIGHT = 220;
+const PRINTED_WIDTH = 325; // half of a page
 const darkMode = window.matchMedia('(prefers-color-scheme: dark)');
 const charts = new Set();
 let isPrinting = false;
@@ -14,15 +15,18 @@ function colours() {
   return COLOURS[darkMode.matches && !isPrinting ? 'dark' : 'light'];
 }
 
-function recolour() {
+function redraw() {
   for (const chart of charts) {
     if (!chart.host.isConnected) { chart.destroy(); charts.delete(chart); continue; }
     chart.updateOptions({colors: colours().slice(0, chart.seriesCount)});
+    // What is drawn stays and is only made smaller: a canvas of another size would be printed empty.
+    chart.host.style.zoom = isPrinting ? Math.min(1, PRINTED_WIDTH / chart.host.clientWidth) : '';
   }
 }
-darkMode.addEventListener('change', recolour);
-window.addEventListener('beforeprint', () => { isPrinting = true; recolour(); });
-window.addEventListener('afterprint', () => { isPrinting = false; recolour(); });
+
+darkMode.addEventListener('change', redraw);
+window.addEventListener('beforeprint', () => { isPrinting = true; redraw(); });
+window.addEventListener('afterprint', () => { isPrinting = false; redraw(); });
 
 function drawBars(plot) {
   const context = plot.drawingContext;
