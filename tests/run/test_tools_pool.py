@@ -156,3 +156,10 @@ def test_reading_touches_nothing(tmp_path, status, command):
     done = tool(*command.split(), cwd=tmp_path, env={"TMPDIR": str(tmp_path)})
     assert done.returncode == status and os.listdir(tmp_path) == []
     assert status == 2 or done.stderr == "missing:1: error: No such file or directory\n"
+
+
+def test_no_pool_is_that_large(tmp_path):
+    (tmp_path / "a").touch()
+    os.truncate(tmp_path / "a", 600_000_000)
+    done = subprocess.run([TOOLS, "pool", "check", "a"], cwd=tmp_path, capture_output=True, text=True, check=False)
+    assert (done.returncode, done.stderr) == (1, "a:1: error: larger than 512 MB, as no pool is\n")

@@ -4,7 +4,9 @@
 #include <cctype>
 #include <cerrno>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
+#include <filesystem>
 #include <new>
 #include <stdexcept>
 
@@ -218,6 +220,11 @@ bool LooksLikeEntry(std::string_view text) {
 }
 
 POOL_DOCUMENT ReadDocument(const std::string& file) {
+  // A document of scalars takes thirteen times the memory of its file.
+  constexpr std::uintmax_t LARGEST = 512'000'000;
+  std::error_code unknown;
+  const std::uintmax_t size = std::filesystem::file_size(file, unknown);
+  if (!unknown && size > LARGEST) throw std::runtime_error("larger than 512 MB, as no pool is");
   POOL_STREAM stream;
   if (!stream.Open(file.c_str(), POOL_STREAM::MODE::READ)) {
     throw std::runtime_error(std::strerror(errno));

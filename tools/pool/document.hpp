@@ -49,7 +49,7 @@ struct POOL_DOCUMENT {
 };
 
 /// Reads a file and touches nothing. Throws std::runtime_error with the system's reason if it can't
-/// be read.
+/// be read, and for one that is too large to be a pool.
 POOL_DOCUMENT ReadDocument(const std::string& file);
 
 /// The bytes of a key that the pool's reader compares.
