@@ -68,8 +68,8 @@ def compare(tools, locate, file, orbit):
         part = sum(x * y for x, y in zip(offset, track))
         along = max(along, abs(part))
         across = max(across, math.hypot(*(x - part * t for x, t in zip(offset, track))))
-    told = re.search(r"up to (\S+) m along", done.stderr)
-    return f"{len(points)} | {along:.3f} | {across:.3f} | {told[1] if told else '-'}"
+    told = re.findall(r"up to (\S+) m (?:along|from where)", done.stderr + done.stdout)
+    return f"{len(points)} | {along:.3f} | {across:.3f} | {max(told, default='-')}"
 
 
 def label(file):
@@ -145,7 +145,7 @@ def compare_real_pair(data, varnoth, tools):
 
 def main():
     data, varnoth, tools, locate = (Path(word).resolve() for word in sys.argv[1:5])
-    print("| scene | orbit | points | along | across | announced along |\n|---|---|---|---|---|---|")
+    print("| scene | orbit | points | along | across | announced |\n|---|---|---|---|---|---|")
     for file in sorted(data.glob("**/s1*-slc-*.xml.gz")):
         orbits = [None] + sorted(file.parent.glob("*.EOF"))
         for orbit in orbits:

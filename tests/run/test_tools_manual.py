@@ -35,7 +35,7 @@ def completed(*words):
 
 def test_options():
     found = list(commands())
-    assert len(found) == 14
+    assert len(found) == 19
     keys = set(re.findall(r"\*(-\w+)\*", (ROOT / "docs" / "man" / "varnoth.1.scd").read_text())) - {"-help"}
     for path, options, below in found:
         taken = keys if path == ("check",) else set()

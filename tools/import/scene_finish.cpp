@@ -1,5 +1,6 @@
 #include "tools/import/scene_finish.hpp"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
@@ -43,6 +44,12 @@ void SettleCentre(SCENE& scene) {
   scene.warnings.emplace_back(text);
 }
 
+double LargestOf(const std::vector<VECTOR_3>& gaps) {
+  double largest = 0.0;
+  for (const VECTOR_3& gap : gaps) largest = std::max(largest, Norm(gap));
+  return largest;
+}
+
 }  // namespace
 
 void WarnOfOddVectors(SCENE& scene) {
@@ -54,32 +61,40 @@ void WarnOfOddVectors(SCENE& scene) {
   }
 }
 
-void MeasureVelocities(SCENE& scene) {
-  constexpr double NONSENSE = 1.0;     // m/s; quick orbits have 0.02
+double MeasureVelocities(SCENE& scene, const std::vector<SEEN_POINT>& points,
+                         const std::string& remedy) {
   constexpr double NOTEWORTHY = 0.02;  // m
-  if (scene.orbit.epoch.size() < 3) return;
+  if (scene.orbit.epoch.size() < 3) return 0.0;
   const std::vector<VECTOR_3> gaps = VelocityGaps(scene.orbit);
-  double gap = 0.0;
-  for (const VECTOR_3& one : gaps) gap = std::max(gap, Norm(one));
-  char text[240];
+  double shift = 0.0;
+  for (const SEEN_POINT& point : points) {
+    shift =
+        std::max(shift, std::abs(AlongTrackShift(scene.orbit, gaps, point.time, point.position)));
+  }
+  if (shift < NOTEWORTHY) return shift;
+  char text[200];
+  std::snprintf(text, sizeof text,
+                "the listed velocities are up to %.1f mm/s off the derivative of the positions: "
+                "with these positions expect errors of up to %.2f m along the track",
+                LargestOf(gaps) * 1000, shift);
+  scene.warnings.push_back(text + remedy);
+  return shift;
+}
+
+void MeasureVelocities(SCENE& scene) {
+  constexpr double NONSENSE = 1.0;  // m/s; quick orbits have 0.02
+  if (scene.orbit.epoch.size() < 3) return;
+  const double gap = LargestOf(VelocityGaps(scene.orbit));
   if (!(gap < NONSENSE)) {
+    char text[200];
     std::snprintf(text, sizeof text,
                   "the listed velocities are up to %.3g m/s off the derivative of the positions: "
                   "the vectors are too far apart to interpolate, or not Earth-fixed",
                   gap);
     throw std::runtime_error(text);
   }
-  const GROUND_POINT centre = LocateCentre(scene);
-  const double shift =
-      std::abs(AlongTrackShift(scene.orbit, gaps, MiddleLine(scene),
-                               {centre.position[0], centre.position[1], centre.position[2]}));
-  if (shift < NOTEWORTHY) return;
-  std::snprintf(text, sizeof text,
-                "the listed velocities are up to %.1f mm/s off the derivative of the positions: "
-                "with these positions expect errors of about %.2f m along the track; a precise "
-                "orbit mends it",
-                gap * 1000, shift);
-  scene.warnings.emplace_back(text);
+  const SEEN_POINT middle{MiddleLine(scene), ToVector(LocateCentre(scene).position)};
+  MeasureVelocities(scene, {middle}, "; a precise orbit mends it");
 }
 
 std::string UsualInterpolation(const SCENE& scene) {
@@ -128,13 +143,15 @@ bool IsWrongUsage(const std::string& interpolation, const std::string& out,
 void TellScene(const SCENE& scene, const std::string& interpolation, const std::string& source,
                const std::string& out) {
   for (const std::string& warning : scene.warnings) Tell(source, 1, SEVERITY::WARNING, warning);
-  const std::string mode = scene.mode.empty() ? "" : " " + scene.mode;
-  std::printf("%s: %s, %s%s, %lld lines, %lld samples, from %s\n%s: %zu vectors of %s, by %s\n",
-              out.c_str(), scene.name.value.c_str(), scene.satellite.c_str(), mode.c_str(),
-              static_cast<long long>(scene.line_count.value),
-              static_cast<long long>(scene.sample_count.value),
-              IsoTime(scene.first_line.value).c_str(), out.c_str(), scene.orbit.epoch.size(),
-              scene.orbit.source.c_str(), interpolation.c_str());
+  std::string what = scene.satellite + (scene.mode.empty() ? "" : " " + scene.mode);
+  if (scene.absolute_orbit.value > 0) {
+    what += ", orbit " + std::to_string(scene.absolute_orbit.value);
+  }
+  std::printf(
+      "%s: %s, %s, %lld lines, %lld samples, from %s\n%s: %zu vectors of %s, by %s\n", out.c_str(),
+      scene.name.value.c_str(), what.c_str(), static_cast<long long>(scene.line_count.value),
+      static_cast<long long>(scene.sample_count.value), IsoTime(scene.first_line.value).c_str(),
+      out.c_str(), scene.orbit.epoch.size(), scene.orbit.source.c_str(), interpolation.c_str());
   for (const std::string& remark : scene.orbit.remarks) {
     std::printf("%s: %s\n", out.c_str(), remark.c_str());
   }

@@ -3,8 +3,10 @@
 #include <functional>
 
 #include "tools/import/interpolation.hpp"
+#include "tools/import/moment.hpp"
 #include "tools/import/scene.hpp"
 #include "tools/message.hpp"
+#include "tools/vector_3.hpp"
 
 namespace varnoth::tools {
 
@@ -22,8 +24,20 @@ std::string UsualInterpolation(const SCENE& scene);
 /// std::runtime_error.
 void FinishScene(SCENE& scene, const INTERPOLATION& interpolation);
 
-/// Fails where the velocities are far from the derivative of the positions, as those of vectors
-/// that are too far apart or not Earth-fixed; warns where the difference moves the centre.
+/// A point on the ground (m, Earth-fixed), and when it is seen.
+struct SEEN_POINT {
+  MOMENT time;
+  VECTOR_3 position;
+};
+
+/// The velocities of quick orbits are not the derivative of the positions; those who listed them
+/// placed the image with both lists apart, and a run takes the positions alone. Measures how far
+/// that moves points along the track, the largest distance in m, and warns of it; `remedy` ends the
+/// warning.
+double MeasureVelocities(SCENE& scene, const std::vector<SEEN_POINT>& points,
+                         const std::string& remedy);
+/// The same for the middle of the scene. Fails where the velocities are far from the derivative, as
+/// those of vectors that are too far apart or not Earth-fixed.
 void MeasureVelocities(SCENE& scene);
 
 /// Tells IMPORT_FAILURE and std::runtime_error, the latter at `file`.

@@ -7,6 +7,7 @@
 
 #include "tools/import/commands.hpp"
 #include "tools/import/keyed_text.hpp"
+#include "tools/import/satellite_path.hpp"
 #include "tools/import/scene_check.hpp"
 #include "tools/import/scene_finish.hpp"
 #include "tools/import/scene_pool.hpp"
@@ -105,28 +106,42 @@ void CheckChoice(const SENTINEL1_REQUEST& request, const XML_FILE& file, const S
   }
 }
 
-/// The velocities of quick orbits are not the derivative of the positions. Those who listed them
-/// placed the image with both lists apart; a run takes the positions alone. Measures what that
-/// changes.
-void MeasureVelocities(const SENTINEL1_ANNOTATION& annotation, bool has_orbit_file, SCENE& scene) {
-  constexpr double NOTEWORTHY = 0.02;  // m
-  if (scene.orbit.epoch.size() < 3) return;
-  const std::vector<VECTOR_3> gaps = VelocityGaps(scene.orbit);
-  double gap = 0.0;
-  for (const VECTOR_3& one : gaps) gap = std::max(gap, Norm(one));
-  double shift = 0.0;
+/// How far the points of the annotated grid, which others worked out, lie at most from where a
+/// scene's orbit places their echoes, m.
+double DistanceOfGrid(const SENTINEL1_ANNOTATION& annotation, const SCENE& scene) {
+  const SATELLITE_PATH path(scene.orbit);
+  double farthest = 0.0;
   for (const ANNOTATED_POINT& point : annotation.grid) {
-    shift =
-        std::max(shift, std::abs(AlongTrackShift(scene.orbit, gaps, point.time, point.position)));
+    if (std::isnan(point.range_time)) continue;
+    const GROUND_POINT place =
+        LocateSample(scene, path, point.time, point.range_time, point.height);
+    farthest = std::max(farthest, Distance(ToVector(place.position), point.position));
   }
-  if (shift < NOTEWORTHY) return;
+  return farthest;
+}
+
+/// Warns of what keeps the scene's orbit from placing echoes where the annotation does: listed
+/// velocities that are not the positions' derivative, or a grid of another orbit.
+void CompareWithGrid(const SENTINEL1_ANNOTATION& annotation, bool has_orbit_file, SCENE& scene) {
+  constexpr double NOTEWORTHY = 0.1;  // m
+  std::vector<SEEN_POINT> points;
+  for (const ANNOTATED_POINT& point : annotation.grid) {
+    points.push_back({point.time, point.position});
+  }
+  const double expected = MeasureVelocities(
+      scene, points, has_orbit_file ? "" : "; a precise orbit file (--orbit) mends it");
+  const double farthest = DistanceOfGrid(annotation, scene);
+  if (farthest < expected + NOTEWORTHY) return;
   char text[200];
   std::snprintf(text, sizeof text,
-                "the listed velocities are up to %.1f mm/s off the derivative of the positions: "
-                "with these positions expect errors of up to %.2f m along the track",
-                gap * 1000, shift);
-  scene.warnings.push_back(std::string(text) +
-                           (has_orbit_file ? "" : "; a precise orbit file (--orbit) mends it"));
+                "the annotated geolocation grid was made with another orbit: it lies up to %.2f m "
+                "from where this one places its points",
+                farthest);
+  if (has_orbit_file) {
+    scene.orbit.remarks.emplace_back(text);
+  } else {
+    scene.warnings.push_back(std::string(text) + "; a precise orbit file (--orbit) decides");
+  }
 }
 
 /// Adds the files that count to `inputs`.
@@ -152,12 +167,12 @@ SCENE ReadScene(const SENTINEL1_REQUEST& request, const INTERPOLATION& interpola
       inputs.push_back(TakeSentinel1Orbit(scene, request.orbit, interpolation));
     }
     FitOrbit(scene, interpolation);
+    CompareWithGrid(annotation, !request.orbit.empty(), scene);
   } catch (const IMPORT_FAILURE&) {
     throw;
   } catch (const std::runtime_error& failure) {
     throw IMPORT_FAILURE(inputs.back(), 1, failure.what());
   }
-  MeasureVelocities(annotation, !request.orbit.empty(), scene);
   return scene;
 }
 
@@ -182,18 +197,7 @@ TOOL_STATUS ImportSentinel1(const SENTINEL1_REQUEST& request) {
     return GOOD;
   });
   if (written != GOOD) return written;
-  for (const std::string& warning : scene.warnings) {
-    Tell(request.source, 1, SEVERITY::WARNING, warning);
-  }
-  std::printf("%s: %s, %s %s, orbit %lld, %lld lines, %lld samples\n%s: %zu vectors of %s\n",
-              request.out.c_str(), scene.name.value.c_str(), scene.satellite.c_str(),
-              scene.mode.c_str(), static_cast<long long>(scene.absolute_orbit.value),
-              static_cast<long long>(scene.line_count.value),
-              static_cast<long long>(scene.sample_count.value), request.out.c_str(),
-              scene.orbit.epoch.size(), scene.orbit.source.c_str());
-  for (const std::string& remark : scene.orbit.remarks) {
-    std::printf("%s: %s\n", request.out.c_str(), remark.c_str());
-  }
+  TellScene(scene, request.interpolation, request.source, request.out);
   return GOOD;
 }
 

@@ -158,10 +158,13 @@ void ReadGrid(const XML_FILE& file, SENTINEL1_ANNOTATION& annotation) {
     const double lines = static_cast<double>(file.Whole(node, "line") - middle_line);
     const double samples =
         static_cast<double>(file.Whole(node, "pixel") - scene.sample_count.value / 2);
+    const double height = file.Number(node, "height");
+    const double range_time =
+        node.child("slantRangeTime") ? file.Number(node, "slantRangeTime") : NAN;
     annotation.grid.push_back(
-        {file.Time(node, "azimuthTime"),
-         GroundPosition(latitude, longitude, file.Number(node, "height"),
-                        scene.equatorial_radius.value, scene.polar_radius.value)});
+        {file.Time(node, "azimuthTime"), range_time, height,
+         GroundPosition(latitude, longitude, height, scene.equatorial_radius.value,
+                        scene.polar_radius.value)});
     const double distance = std::hypot(lines / static_cast<double>(scene.line_count.value),
                                        samples / static_cast<double>(scene.sample_count.value));
     if (distance < nearest) {

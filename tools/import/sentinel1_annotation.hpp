@@ -8,6 +8,8 @@ namespace varnoth::tools {
 /// A point of the geolocation grid.
 struct ANNOTATED_POINT {
   MOMENT time;
+  double range_time;  ///< two-way, s; NaN where the file does not tell it
+  double height;      ///< m
   VECTOR_3 position;  ///< Earth-fixed, m
 };
 
