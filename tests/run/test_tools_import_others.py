@@ -188,6 +188,7 @@ def test_bad_input_ends_with_one_line_and_nothing_written(tmp_path, name):
 
 
 MIDDLE = {side: sentinel1.target(3.25, 0.0055 + 2500e-8, side=side) for side in (1, -1)}
+LATER = sentinel1.target(10.25, 0.0055 + 2500e-8)
 RIGHT, LEFT = ({"antenna_look_direction": word, "center_latitude": MIDDLE[side][0], "center_longitude": MIDDLE[side][1]}
                for word, side in (("right", 1), ("left", -1)))
 BASE = {"n_lines": 2001, "n_samples": 5001, "first_az_time": 3601.25, "first_rg_time": 0.0055, "prf": 500.0,
@@ -205,8 +206,9 @@ TAKEN = {
     "gamma centre": ([("title:", "center_latitude: 28 x\ncenter_longitude: 100 x\ntitle:")], {
         "center_latitude": 28, "center_longitude": 100}, "the stated centre is"),
     "gamma few vectors": ([("vectors: 13", "vectors: 8")], {"orbit_interpolation": "polynom"}, ""),
-    "gamma few behind": ([("vectors: 13", "vectors: 9")], {}, "7 state vectors lie ahead of the scene and 2",
-                         "--interpolation", "everett_8"),
+    "gamma few behind": ([("vectors: 13", "vectors: 9"), ("start_time: 3601", "start_time: 3608")], {
+        "first_az_time": 3608.25, "center_latitude": LATER[0], "center_longitude": LATER[1]},
+        "7 state vectors lie ahead of the scene and 1 behind", "--interpolation", "everett_8"),
     "gamma resampled": ([("spacing: 1.49", "spacing: 1.499")], {
         "range_sampling_frequency": LIGHT / 2 / 1.49989622900}, ""),
 }

@@ -446,7 +446,7 @@ void CheckInputs(const STEP_POOLS& pools, const STEP_SETTINGS& settings, FINDING
   CheckEllipsoid(pools.scene[MASTER], findings);
   INPUT_CHECK insar(pools.insar, findings);
   insar.NeedKeys(INSAR_KEYS);
-  insar.NeedWord("observation_mode", "write \"single_pass\" or \"dual_pass\"",
+  insar.NeedWord("observation_mode", R"(write "single_pass" or "dual_pass")",
                  [](const std::string& text) { observation_mode_from_text(text.c_str()); });
   if (!settings.height.is_given) insar.Need("local_height", FLT_15);
   const auto& lines = pools.insar.document.lines;

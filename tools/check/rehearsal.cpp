@@ -232,10 +232,11 @@ class LISTENER {
   void TakeLogLine(const std::string& line) {
     std::string text;
     for (std::size_t i = 0; i < line.size(); ++i) {
-      if (line[i] == '\033')
+      if (line[i] == '\033') {
         i = std::min(line.find('m', i), line.size());
-      else
+      } else {
         text += line[i];
+      }
     }
     const std::size_t colon = text.find(" : ");
     const std::size_t second = colon == text.npos ? colon : text.find(" : ", colon + 3);

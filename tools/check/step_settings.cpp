@@ -46,7 +46,7 @@ class SETTINGS_SEARCH {
   SETTING FindFromTop(const std::string& key) {
     const auto kept = next;
     next = 0;
-    const SETTING found = Find(key);
+    SETTING found = Find(key);
     next = kept;
     return found;
   }
@@ -225,7 +225,7 @@ class SETTINGS_READER {
   }
 
   SETTING Need(const char* key) {
-    const SETTING setting = search.Find(key);
+    SETTING setting = search.Find(key);
     Bound(setting, setting.value);
     if (setting.is_given) return setting;
     if (std::strcmp(key, "FlatEarthPolyDegree") == 0 && isatty(STDIN_FILENO) == 0) {

@@ -30,7 +30,7 @@ CLOCK ClockOf(const MOMENT& moment) {
   CLOCK clock;
   clock.microsecond = static_cast<int>(moment.microseconds % MICROSECONDS_OF_SECOND);
   clock.minute = static_cast<int>(std::min<std::int64_t>(seconds / 60, 24 * 60 - 1));
-  clock.second = static_cast<int>(seconds - clock.minute * 60);  // 60 within a leap second
+  clock.second = static_cast<int>(seconds) - clock.minute * 60;  // 60 within a leap second
   clock.hour = clock.minute / 60;
   clock.minute %= 60;
   return clock;

@@ -111,8 +111,8 @@ void CheckFit(const PAIR& pair, bool is_single_pass) {
   const SCENE& slave = pair.slave.scene;
   const SATELLITE_PATH master_path(master.orbit);
   const SATELLITE_PATH slave_path(slave.orbit);
-  const MOMENT middle =
-      LineTime(master, static_cast<double>(pair.lines.first + pair.lines.count / 2));
+  const std::int64_t middle_line = pair.lines.first + pair.lines.count / 2;
+  const MOMENT middle = LineTime(master, static_cast<double>(middle_line));
   const SATELLITE_STATE here = master_path.At(middle);
   const SATELLITE_STATE there = slave_path.At(slave_path.ClosestTo(ToVector(here.position)));
   const double baseline = Distance(ToVector(here.position), ToVector(there.position));
@@ -227,9 +227,9 @@ void WriteDirectory(const std::string& directory,
   if (mkdtemp(temporary.data()) == nullptr) throw std::runtime_error(std::strerror(errno));
   std::error_code ignored;
   try {
-    const std::string whole = temporary + "/pair";  // with the permissions of a new directory
+    const fs::path whole = fs::path(temporary) / "pair";  // with the permissions of a new directory
     fs::create_directory(whole);
-    for (const auto& [name, content] : files) WriteWholeFile(whole + "/" + name, content);
+    for (const auto& [name, content] : files) WriteWholeFile((whole / name).string(), content);
     if (::rename(whole.c_str(), place.c_str()) != 0) {
       throw std::runtime_error(errno == ENOTEMPTY || errno == EEXIST ? "is there and not empty"
                                                                      : std::strerror(errno));

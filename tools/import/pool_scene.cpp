@@ -51,7 +51,8 @@ class VALUES_OF_POOL {
     const auto day = DayOf(utc.year, utc.month, utc.day);
     if (!day) Fail(entry, "'" + text.substr(0, 40) + "' is no day of the years 1970 to 2099");
     const std::int64_t seconds = (utc.hour * 60 + utc.minute) * 60 + utc.second;
-    return {*day, seconds * MICROSECONDS_OF_SECOND + utc.millisecond * 1000 + utc.microsecond};
+    return {*day, seconds * MICROSECONDS_OF_SECOND + std::int64_t{utc.millisecond} * 1000 +
+                      utc.microsecond};
   }
 
   /// The values of a vector.

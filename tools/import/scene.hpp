@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -24,8 +25,8 @@ struct MOMENT {
 /// Positions (m) and velocities (m/s), Earth-fixed, at epochs in UTC. All lists have one length.
 struct STATE_VECTORS {
   std::vector<MOMENT> epoch;
-  std::vector<double> position[3];
-  std::vector<double> velocity[3];
+  std::array<std::vector<double>, 3> position;
+  std::array<std::vector<double>, 3> velocity;
   std::string frame;                 ///< as the source names it
   std::string time_system;           ///< as the source names it; the epochs are UTC already
   std::string source;                ///< file and kind: precise, restituted, of the annotation

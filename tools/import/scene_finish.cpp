@@ -14,13 +14,14 @@ namespace varnoth::tools {
 namespace {
 
 MOMENT MiddleLine(const SCENE& scene) {
-  return LineTime(scene, static_cast<double>(scene.line_count.value / 2));
+  const std::int64_t middle = scene.line_count.value / 2;
+  return LineTime(scene, static_cast<double>(middle));
 }
 
 GROUND_POINT LocateCentre(const SCENE& scene) {
-  const double middle = static_cast<double>(scene.sample_count.value / 2);
+  const std::int64_t middle = scene.sample_count.value / 2;
   return LocateSample(scene, SATELLITE_PATH(scene.orbit), MiddleLine(scene),
-                      RangeTime(scene, middle));
+                      RangeTime(scene, static_cast<double>(middle)));
 }
 
 void SettleCentre(SCENE& scene) {

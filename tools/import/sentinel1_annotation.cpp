@@ -151,13 +151,13 @@ void ReadGrid(const XML_FILE& file, SENTINEL1_ANNOTATION& annotation) {
   const pugi::xml_node list = file.Find(file.Root(), "geolocationGrid/geolocationGridPointList");
   const std::int64_t middle_line =
       file.Whole(file.Root(), "imageAnnotation/imageInformation/numberOfLines") / 2;
+  const std::int64_t middle_sample = scene.sample_count.value / 2;
   double nearest = INFINITY;
   for (const pugi::xml_node node : list.children("geolocationGridPoint")) {
     const double latitude = file.Number(node, "latitude");
     const double longitude = file.Number(node, "longitude");
-    const double lines = static_cast<double>(file.Whole(node, "line") - middle_line);
-    const double samples =
-        static_cast<double>(file.Whole(node, "pixel") - scene.sample_count.value / 2);
+    const auto lines = static_cast<double>(file.Whole(node, "line") - middle_line);
+    const auto samples = static_cast<double>(file.Whole(node, "pixel") - middle_sample);
     const double height = file.Number(node, "height");
     const double range_time =
         node.child("slantRangeTime") ? file.Number(node, "slantRangeTime") : NAN;

@@ -200,7 +200,7 @@ std::string TakeSentinel1Orbit(SCENE& scene, const std::string& file_or_folder,
   std::string reasons;
   for (const ORBIT_FILE_NAME& name : names) {
     try {
-      const std::string taken = TakeFile(scene, name.path, interpolation);
+      std::string taken = TakeFile(scene, name.path, interpolation);
       scene.orbit.remarks.push_back("best of the " + std::to_string(count) +
                                     " orbit files in its folder");
       return taken;
