@@ -11,6 +11,7 @@ const COLUMNS = [
   {name: 'Incidence', unit: '°, mid', value: (pair) => numberOf(pair, 'incidence_angle_mid_range'), decimals: 2},
   {name: 'Misfit', unit: 'cycles', value: misfitOf, decimals: 4},
   {name: 'Messages', value: (pair) => pair.notices.length, decimals: 0}];
+const ROWS_AT_ONCE = 200; // more wait for a word, so that a page of thousands stays quick
 const ENDINGS = ['done', 'failed', 'stopped', 'without results'];
 
 function isNumeric(column) {
@@ -26,7 +27,7 @@ function compare(a, b, direction) {
 
 class PairTable {
   constructor(pairs) {
-    this.rows = pairs.map((pair) => ({pair, node: this.row(pair), words: [pair.name, pair.ending, ...pair.times.map(([text]) => text),
+    this.rows = pairs.map((pair) => ({pair, node: null, words: [pair.name, pair.ending, ...pair.times.map(([text]) => text),
       ...pair.notices.map(([, text]) => text)].join('\n').toLowerCase()}));
     this.text = element('input', {type: 'search', id: 'filter-text', oninput: () => this.filter()});
     this.ending = element('select', {id: 'filter-ending', onchange: () => this.filter()}, element('option', {value: ''}, 'all'),
@@ -35,7 +36,9 @@ class PairTable {
     this.count = element('output', {'aria-live': 'polite'});
     this.heads = COLUMNS.map((column, i) => element('th', {scope: 'col', class: isNumeric(column) ? 'number' : ''},
       element('button', {type: 'button', onclick: () => this.sortBy(i)}, column.name, column.unit ? element('small', {}, ` ${column.unit}`) : null)));
-    this.body = element('tbody', {}, this.rows.map((row) => row.node));
+    this.body = element('tbody');
+    this.most = ROWS_AT_ONCE;
+    this.more = element('button', {type: 'button', class: 'more', onclick: () => { this.most = Infinity; this.filter(); }});
     this.filter();
   }
 
@@ -53,27 +56,27 @@ class PairTable {
     head.setAttribute('aria-sort', isUp ? 'descending' : 'ascending');
     const value = COLUMNS[place].value;
     this.rows.sort((a, b) => compare(value(a.pair), value(b.pair), isUp ? -1 : 1));
-    this.body.append(...this.rows.map((row) => row.node));
+    this.filter();
   }
 
   filter() {
     const words = this.text.value.toLowerCase().split(/\s+/).filter(Boolean);
     const limit = this.limit.value === '' ? Infinity : Number(this.limit.value);
-    let shown = 0;
-    for (const {pair, node, words: all} of this.rows) {
+    const fitting = this.rows.filter(({pair, words: all}) => {
       const baseline = numberOf(pair, 'eff_baseline');
-      const fits = words.every((word) => all.includes(word)) && (!this.ending.value || pair.ending === this.ending.value) &&
+      return words.every((word) => all.includes(word)) && (!this.ending.value || pair.ending === this.ending.value) &&
         (limit === Infinity || (isNumber(baseline) && Math.abs(baseline) <= limit));
-      node.hidden = !fits;
-      shown += fits ? 1 : 0;
-    }
-    this.count.textContent = `${shown} of ${counted(this.rows.length, 'pair')}`;
+    });
+    this.body.replaceChildren(...fitting.slice(0, this.most).map((row) => row.node ??= this.row(row.pair)));
+    this.more.textContent = `Show all ${fitting.length} rows`;
+    this.more.hidden = fitting.length <= this.most;
+    this.count.textContent = `${fitting.length} of ${counted(this.rows.length, 'pair')}`;
   }
 
   get node() {
     return section('Pairs', element('form', {class: 'filters', onsubmit: (event) => event.preventDefault()},
       element('label', {for: 'filter-text'}, 'Words ', this.text), element('label', {for: 'filter-ending'}, 'Ending ', this.ending),
       element('label', {for: 'filter-baseline'}, 'Baseline up to ', this.limit, ' m'), this.count),
-    element('div', {class: 'wide', tabindex: 0, role: 'region', 'aria-label': 'Table of pairs'}, element('table', {class: 'pairs'}, element('thead', {}, element('tr', {}, this.heads)), this.body)));
+    element('div', {class: 'wide', tabindex: 0, role: 'region', 'aria-label': 'Table of pairs'}, element('table', {class: 'pairs'}, element('thead', {}, element('tr', {}, this.heads)), this.body)), this.more);
   }
 }
