@@ -11,7 +11,7 @@ endif()
 # The pages name each other, the pictures and the examples by their places here.
 install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program)
 install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program
-        FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN "*.py" PATTERN "man" EXCLUDE)
+        FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN "*.png" PATTERN "*.py" PATTERN "man" EXCLUDE)
 install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program USE_SOURCE_PERMISSIONS
         PATTERN "__pycache__" EXCLUDE PATTERN ".snakemake" EXCLUDE PATTERN "test_*.py" EXCLUDE)
 install(FILES packaging/varnoth.bash-completion RENAME varnoth

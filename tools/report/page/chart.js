@@ -100,7 +100,7 @@ function startGraph(host, figure, key) {
     unhighlightCallback: () => key.clear(),
   };
   // The library takes an undefined option for a value.
-  if (figure.plot === 'bars') options.plotter = drawBars;
+  if (figure.plot === 'bars') Object.assign(options, {plotter: drawBars, dateWindow: figure.window});
   if (figure.axisText) options.axes.x.axisLabelFormatter = figure.axisText;
   if (figure.under) options.underlayCallback = figure.under;
   if (figure.open) options.pointClickCallback = (event, point) => figure.open(point.idx);
@@ -112,7 +112,7 @@ function startGraph(host, figure, key) {
 }
 
 // figure: title, unit, series (names), rows ([x, value of each series]), valueText(value), rowText(row),
-// and where they differ from a line's: plot, axisText, hint, open(row), under, hasTable.
+// and where they differ from a line's: plot, window (of bars), axisText, hint, open(row), under, hasTable.
 function chart(figure) {
   const key = new Key(figure);
   const host = element('div', {class: 'plot', tabindex: 0, role: 'img', 'aria-label':

@@ -89,7 +89,7 @@ function histogramChart(pairs) {
   for (const value of values) counts[Math.floor(value / width) - first] += 1;
   const from = (row) => (first + row) * width;
   return chart({title: 'Histogram of the baselines', unit: `pairs in ${width} m`, series: ['pairs'], plot: 'bars',
-    rows: counts.map((count, row) => [from(row) + width / 2, count]), valueText: (value) => counted(value, 'pair'),
+    window: [from(0), from(counts.length)], rows: counts.map((count, row) => [from(row) + width / 2, count]), valueText: (value) => counted(value, 'pair'),
     rowText: (row) => `from ${fixed(from(row), width < 1 ? 2 : 0)} to ${fixed(from(row + 1), width < 1 ? 2 : 0)} m`, axisText: (value) => String(value),
     hint: `${counted(values.length, 'pair')}, ${fixed(low, 1)} to ${fixed(high, 1)} m`});
 }
