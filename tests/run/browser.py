@@ -70,11 +70,12 @@ class Browser:
     def open(self, path, width=1600, height=1000, dark=False):
         self.call("Emulation.setDeviceMetricsOverride", width=width, height=height, deviceScaleFactor=1, mobile=False)
         self.call("Emulation.setEmulatedMedia", features=[{"name": "prefers-color-scheme", "value": "dark" if dark else "light"}])
-        self.call("Page.navigate", url="about:blank")
-        self._events.clear()
-        self.call("Page.navigate", url=str(path) if str(path).startswith("file:") else f"file://{path}")
-        while "Page.loadEventFired" not in self._events:
-            self._next()
+        # A page opened anew, even if only its fragment differs.
+        for url in ("about:blank", str(path) if str(path).startswith("file:") else f"file://{path}"):
+            self._events.clear()
+            self.call("Page.navigate", url=url)
+            while "Page.loadEventFired" not in self._events:
+                self._next()
         self.settle()
 
     def settle(self):

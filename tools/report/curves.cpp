@@ -72,10 +72,14 @@ std::vector<double> CurveSamples(const PAIR_RECORD& record) {
 }
 
 std::vector<CURVE> CurvesOf(const PAIR_RECORD& record) {
-  std::vector<CURVE> curves = {
-      {"metres_per_cycle", 3, {}}, {"incidence", 5, {}},        {"look", 5, {}},
-      {"incidence_difference", 6, {}}, {"look_difference", 6, {}}, {"range_difference", 4, {}},
-      {"phase", 4, {}},            {"misfit", 5, {}}};
+  std::vector<CURVE> curves = {{"metres_per_cycle", 3, {}},
+                               {"incidence", 5, {}},
+                               {"look", 5, {}},
+                               {"incidence_difference", 6, {}},
+                               {"look_difference", 6, {}},
+                               {"range_difference", 4, {}},
+                               {"phase", 4, {}},
+                               {"misfit", 5, {}}};
   for (std::size_t line = 0; line < 2; ++line) {
     const std::string middle = std::string("_") + LINES[line] + "_az_";
     const LIST incidence = Vector(record, "master" + middle + "incidence_angle");

@@ -16,7 +16,8 @@ double Beside(double longitude, double other) {
 
 std::optional<RING> Footprint(const PAIR_RECORD& record) {
   RING ring;
-  for (const char* const corner : {"early_az_near", "early_az_far", "late_az_far", "late_az_near"}) {
+  for (const char* const corner :
+       {"early_az_near", "early_az_far", "late_az_far", "late_az_near"}) {
     MAP_POINT point = {record.Number(std::string(corner) + "_rg_longitude"),
                        record.Number(std::string(corner) + "_rg_latitude")};
     if (!std::isfinite(point.longitude) || !(std::fabs(point.latitude) <= 90.0)) {

@@ -182,9 +182,9 @@ std::string PageData(const std::vector<PAIR_RECORD>& records, bool is_stack) {
   DATA_WRITER writer(records);
   JSON pairs = JSON::array();
   for (const PAIR_RECORD& record : records) pairs.push_back(writer.Pair(record));
-  const JSON data = {{"is_stack", is_stack},     {"made", Now()},
-                     {"keys", writer.Keys()},    {"remedies", writer.Remedies()},
-                     {"land", Land(records)},    {"pairs", std::move(pairs)}};
+  const JSON data = {{"is_stack", is_stack},  {"made", Now()},
+                     {"keys", writer.Keys()}, {"remedies", writer.Remedies()},
+                     {"land", Land(records)}, {"pairs", std::move(pairs)}};
   const std::string plain = data.dump(-1, ' ', false, JSON::error_handler_t::replace);
   std::string text;
   text.reserve(plain.size());

@@ -16,14 +16,27 @@ namespace {
 constexpr double NO_NUMBER = std::numeric_limits<double>::quiet_NaN();
 
 constexpr const char* INPUT_NUMBERS[] = {"n_samples", "n_lines", "local_height"};
-constexpr const char* RESULT_NUMBERS[] = {
-    "early_az_near_rg_longitude", "early_az_near_rg_latitude",  "early_az_far_rg_longitude",
-    "early_az_far_rg_latitude",   "late_az_near_rg_longitude",  "late_az_near_rg_latitude",
-    "late_az_far_rg_longitude",   "late_az_far_rg_latitude",    "fringe_frequency_range",
-    "center_longitude",           "center_latitude",            "fringe_frequency_azimuth",
-    "height_conversion_factor",   "eff_baseline",               "varnoth_deltaR",
-    "incidence_angle_near_range", "incidence_angle_mid_range",  "incidence_angle_far_range",
-    "ssc_pixel_spacing_azimuth",  "ssc_pixel_spacing_ground_range", "heading_angle"};
+constexpr const char* RESULT_NUMBERS[] = {"early_az_near_rg_longitude",
+                                          "early_az_near_rg_latitude",
+                                          "early_az_far_rg_longitude",
+                                          "early_az_far_rg_latitude",
+                                          "late_az_near_rg_longitude",
+                                          "late_az_near_rg_latitude",
+                                          "late_az_far_rg_longitude",
+                                          "late_az_far_rg_latitude",
+                                          "fringe_frequency_range",
+                                          "center_longitude",
+                                          "center_latitude",
+                                          "fringe_frequency_azimuth",
+                                          "height_conversion_factor",
+                                          "eff_baseline",
+                                          "varnoth_deltaR",
+                                          "incidence_angle_near_range",
+                                          "incidence_angle_mid_range",
+                                          "incidence_angle_far_range",
+                                          "ssc_pixel_spacing_azimuth",
+                                          "ssc_pixel_spacing_ground_range",
+                                          "heading_angle"};
 constexpr const char* RESULT_TEXTS[] = {"equator_crossing_direction", "sensor_look_direction"};
 constexpr const char* RESULT_VECTORS[] = {
     "flat_phase_poly_early_az",        "flat_phase_poly_late_az",
@@ -35,9 +48,7 @@ constexpr const char* RESULT_VECTORS[] = {
     "master_early_az_incidence_angle", "master_late_az_incidence_angle",
     "slave_early_az_incidence_angle",  "slave_late_az_incidence_angle"};
 
-double NumberIn(const JSON& value) {
-  return value.is_number() ? value.get<double>() : NO_NUMBER;
-}
+double NumberIn(const JSON& value) { return value.is_number() ? value.get<double>() : NO_NUMBER; }
 
 /// Takes values of a pool over into a record.
 class POOL_TAKER {

@@ -36,7 +36,7 @@ struct PAIR_RECORD {
   std::map<std::string, double> numbers;               ///< by the InSAR pool's keys; may be NaN
   std::map<std::string, std::vector<double>> vectors;  ///< results of eleven samples, polynomials
   std::map<std::string, std::string> texts;
-  std::array<SCENE_TIME, 2> times;            ///< master, slave
+  std::array<SCENE_TIME, 2> times;             ///< master, slave
   std::array<double, 2> radar_frequency = {};  ///< Hz; 0 where it is not known
   RUN_LOG log;
   std::vector<REMARK> remarks;

@@ -24,8 +24,8 @@ std::vector<std::string> Cells(std::string_view row) {
 std::string PlainText(std::string_view text) {
   std::string plain;
   for (std::size_t i = 0; i < text.size(); ++i) {
-    const std::size_t close = text[i] == ']' && text.substr(i + 1, 1) == "(" ? text.find(')', i)
-                                                                             : text.npos;
+    const std::size_t close =
+        text[i] == ']' && text.substr(i + 1, 1) == "(" ? text.find(')', i) : text.npos;
     if (close != text.npos) {
       i = close;
     } else if (text[i] != '`' && text[i] != '[' && text.substr(i, 2) != "**") {

@@ -4,9 +4,13 @@ const SAME_SCENE = 120; // seconds: scenes of one date, cut differently
 // The scenes of some pairs: start (seconds since 1970), and of each pair the places of its two.
 function scenesOf(pairs) {
   const times = pairs.flatMap((pair) => [secondsOf(pair, 0), secondsOf(pair, 1)]).sort((a, b) => a - b);
-  const starts = times.filter((time, i) => i === 0 || time - times[i - 1] > SAME_SCENE);
-  const placeOf = (time) => starts.findLastIndex((start) => start <= time);
-  return {starts, edges: pairs.map((pair) => [placeOf(secondsOf(pair, 0)), placeOf(secondsOf(pair, 1))])};
+  const starts = [];
+  const places = new Map();
+  times.forEach((time, i) => {
+    if (i === 0 || time - times[i - 1] > SAME_SCENE) starts.push(time);
+    places.set(time, starts.length - 1);
+  });
+  return {starts, edges: pairs.map((pair) => [places.get(secondsOf(pair, 0)), places.get(secondsOf(pair, 1))])};
 }
 
 // Baselines of the scenes of each connected part against its scene with most pairs, added up along
