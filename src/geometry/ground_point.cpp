@@ -77,6 +77,39 @@ GROUND_POINT LocateEcho(const ECHO& echo, GEOLOCATION_WORK& work) {
   return point;
 }
 
+/// The points of one range at zero Doppler are a circle around the satellite, S + u cos t + w sin t
+/// with u from S to the near point and w = V/|V| × u. On it, the search looks for the raised
+/// ellipsoid: (x² + y²)/a² + z²/b² = 1.
+bool PlaceNear(const ECHO& echo, const double near[3], double position[3]) {
+  constexpr int LIMIT = 6;
+  constexpr double SETTLED = 1e-8;  // rad; the step after it is below the rounding
+  const double b = echo.rpole + echo.height;
+  const double a = echo.requator + echo.height;
+  const double weights[3] = {1.0 / (a * a), 1.0 / (a * a), 1.0 / (b * b)};
+  double u[3] = {};
+  double w[3] = {};
+  Subtract(u, near, echo.sat_pos);
+  CrossProduct(w, echo.sat_vel, u);
+  const double speed = Length(echo.sat_vel);
+  double turn = 0.0;
+  for (int steps = 0; steps < LIMIT; ++steps) {
+    const double cosine = std::cos(turn);
+    const double sine = std::sin(turn);
+    double excess = -1.0;
+    double slope = 0.0;
+    for (int i = 0; i < 3; ++i) {
+      const double side = w[i] / speed;
+      position[i] = echo.sat_pos[i] + cosine * u[i] + sine * side;
+      excess += weights[i] * position[i] * position[i];
+      slope += 2.0 * weights[i] * position[i] * (cosine * side - sine * u[i]);
+    }
+    const double step = excess / slope;
+    if (std::isless(std::fabs(step), SETTLED)) return true;
+    turn -= step;
+  }
+  return false;
+}
+
 template GROUND_POINT LocateEcho<SUMMATION::FORWARD>(const ECHO&, GEOLOCATION_WORK&);
 template GROUND_POINT LocateEcho<SUMMATION::BACKWARD>(const ECHO&, GEOLOCATION_WORK&);
 

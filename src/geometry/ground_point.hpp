@@ -59,4 +59,14 @@ GROUND_POINT LocateEcho(const ECHO& echo, GEOLOCATION_WORK& work);
 extern template GROUND_POINT LocateEcho<SUMMATION::FORWARD>(const ECHO&, GEOLOCATION_WORK&);
 extern template GROUND_POINT LocateEcho<SUMMATION::BACKWARD>(const ECHO&, GEOLOCATION_WORK&);
 
+/// Places a zero-Doppler echo (`los_velocity` 0) from a point `near` (m) of the same satellite,
+/// range and side at another height, some kilometres away at most: six times faster than
+/// `LocateEcho`, and within 1e-7 m of it. Sets `position` (m). False if its six steps of Newton's
+/// method do not settle; `position` means nothing then.
+///
+///     double higher[3];
+///     const ECHO echo = {position, velocity, 1.0, 100.0, b, a, 0.0056};
+///     if (!PlaceNear(echo, point.position, higher)) LocateEcho(echo, work);
+bool PlaceNear(const ECHO& echo, const double near[3], double position[3]);
+
 }  // namespace varnoth

@@ -63,21 +63,6 @@ double SinglePassCycles(const PAIR_CONSTANTS& pair, const MASTER_LINE& line, con
          Cycles(C * travel_time, pair.slave_frequency);
 }
 
-/// The baseline's parts: along the master's velocity, along the line of sight, and across both.
-void SplitBaseline(SAMPLE_GEOMETRY& sample, const MASTER_LINE& line) {
-  double b[3] = {};
-  double sight[3] = {};
-  double across[3] = {};
-  Subtract(b, sample.slave_position, line.position);
-  Subtract(sight, sample.target.position, line.position);
-  sample.along_track = DotProduct(b, line.velocity) / Length(line.velocity);
-  sample.parallel = DotProduct(b, sight) / Length(sight);
-  CrossProduct(across, line.velocity, sight);
-  // `across` points up or down, depending on the side of the target.
-  const double part = DotProduct(b, across) / Length(across);
-  sample.perpendicular = DotProduct(across, line.position) < 0.0 ? -part : part;
-}
-
 }  // namespace
 
 MASTER_LINE LineAt(const SCENE_ORBIT& master_orbit, double time) {
@@ -147,6 +132,20 @@ void CompleteSample(SAMPLE_GEOMETRY& sample, const PAIR_CONSTANTS& pair, const M
   const bool tells_heights = !(0.001 > std::fabs(sample.baseline));
   sample.metres_per_cycle =
       tells_heights ? -HEIGHT_STEP / sample.phase_difference : NO_HEIGHT_CONVERSION;
+}
+
+void SplitBaseline(SAMPLE_GEOMETRY& sample, const MASTER_LINE& line) {
+  double b[3] = {};
+  double sight[3] = {};
+  double across[3] = {};
+  Subtract(b, sample.slave_position, line.position);
+  Subtract(sight, sample.target.position, line.position);
+  sample.along_track = DotProduct(b, line.velocity) / Length(line.velocity);
+  sample.parallel = DotProduct(b, sight) / Length(sight);
+  CrossProduct(across, line.velocity, sight);
+  // `across` points up or down, depending on the side of the target.
+  const double part = DotProduct(b, across) / Length(across);
+  sample.perpendicular = DotProduct(across, line.position) < 0.0 ? -part : part;
 }
 
 SAMPLE_GEOMETRY SampleGeometry(const PAIR_CONSTANTS& pair, const MASTER_LINE& line,

@@ -95,5 +95,7 @@ void FindSlave(SAMPLE_GEOMETRY& sample, const PAIR_CONSTANTS& pair, const MASTER
 /// baseline: `parallel`, `along_track` and `perpendicular`.
 void CompleteSample(SAMPLE_GEOMETRY& sample, const PAIR_CONSTANTS& pair, const MASTER_LINE& line,
                     BISTATIC_SEARCH& search);
+/// After `CompleteSample`, sets the parts of the baseline.
+void SplitBaseline(SAMPLE_GEOMETRY& sample, const MASTER_LINE& line);
 
 }  // namespace varnoth

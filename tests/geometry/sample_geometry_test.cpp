@@ -52,6 +52,23 @@ TEST_F(SampleGeometryTest, BaselinesHaveTheirSignsAndTheHeightsThatTheyResolve) 
   EXPECT_EQ(Sample(CIRCLE(), 0.001).target.status, SOLVER_STATUS::NO_INTERSECTION);
 }
 
+TEST_F(SampleGeometryTest, ANearPointLeadsToTheEchoAtAnotherHeight) {
+  const MASTER_LINE line = LineAt(master, 0);
+  GEOLOCATION_WORK work;
+  double found[3] = {};
+  for (const double side : {-1.0, 1.0}) {
+    pair.look_direction = side;
+    const GROUND_POINT near = LocateEcho(EchoOf(pair, line, RANGE_TIME, 300), work);
+    for (const double height : {-1000.0, 300.0, 400.0, 9000.0}) {
+      const ECHO echo = EchoOf(pair, line, RANGE_TIME, height);
+      ASSERT_TRUE(PlaceNear(echo, near.position, found)) << side << " " << height;
+      EXPECT_LT(Distance(found, LocateEcho(echo, work).position), 1e-7) << side << " " << height;
+    }
+    // The satellite is 630 km high, and an echo of 840 km does not come from so deep.
+    EXPECT_FALSE(PlaceNear(EchoOf(pair, line, RANGE_TIME, -1.5e6), near.position, found));
+  }
+}
+
 TEST_F(SampleGeometryTest, FourThreadsGetTheBitsOfOneAndLogNothing) {
   Follow(slave, CIRCLE{.radius = 7.0002e6});
   pair.is_single_pass = true;

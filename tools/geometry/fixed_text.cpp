@@ -1,5 +1,6 @@
 #include "tools/geometry/fixed_text.hpp"
 
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -8,7 +9,29 @@ namespace varnoth::tools {
 
 namespace {
 
-constexpr double POWERS[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
+constexpr std::uint64_t POWERS[] = {
+    1,         10,         100,         1000,         10000,         100000,        1000000,
+    10'000000, 100'000000, 1000'000000, 10000'000000, 100000'000000, 1000000'000000};
+
+/// "00", "01", ... "99": the digits are written in pairs.
+constexpr auto PAIRS = [] {
+  std::array<char, 200> pairs{};
+  for (std::size_t i = 0; i < 100; ++i) {
+    pairs[2 * i] = static_cast<char>('0' + i / 10);
+    pairs[2 * i + 1] = static_cast<char>('0' + i % 10);
+  }
+  return pairs;
+}();
+
+/// Writes at least `count` digits before `at`, and more if the number has more.
+char* PutDigits(char* at, std::uint64_t number, int count) {
+  for (; count > 1 || number > 9; count -= 2, number /= 100) {
+    *--at = PAIRS[2 * (number % 100) + 1];
+    *--at = PAIRS[2 * (number % 100)];
+  }
+  if (count > 0 || number > 0) *--at = static_cast<char>('0' + number);
+  return at;
+}
 
 void AppendExact(std::string& text, double value, int decimals) {
   char digits[400];
@@ -21,24 +44,22 @@ void AppendExact(std::string& text, double value, int decimals) {
 
 void AppendFixed(std::string& text, double value, int decimals) {
   constexpr double LARGEST = 0x1p50;
-  const double scaled = std::fabs(value) * POWERS[decimals];
+  const std::uint64_t power = POWERS[decimals];
+  const double scaled = std::fabs(value) * static_cast<double>(power);
   if (!(scaled < LARGEST)) {
     AppendExact(text, value, decimals);
     return;
   }
-  char digits[24];
-  char* const end = digits + sizeof digits;
+  const auto digits = static_cast<std::uint64_t>(scaled + 0.5);
+  char room[40];
+  char* const end = room + sizeof room;
   char* at = end;
-  auto rest = static_cast<std::uint64_t>(scaled + 0.5);
-  const bool is_negative = rest > 0 && std::signbit(value);
-  for (int i = 0; i < decimals || rest > 0; ++i) {
-    if (i == decimals && decimals > 0) *--at = '.';
-    *--at = static_cast<char>('0' + rest % 10);
-    rest /= 10;
+  if (decimals > 0) {
+    at = PutDigits(at, digits % power, decimals);
+    *--at = '.';
   }
-  if (end - at == decimals && decimals > 0) *--at = '.';
-  if (at == end || *at == '.') *--at = '0';
-  if (is_negative) *--at = '-';
+  at = PutDigits(at, digits / power, 1);
+  if (digits > 0 && std::signbit(value)) *--at = '-';
   text.append(at, end);
 }
 

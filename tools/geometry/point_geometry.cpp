@@ -18,6 +18,24 @@ constexpr const char* OUTSIDE_MASTER_ORBIT = "outside the master's orbit";
 constexpr const char* OUTSIDE_SLAVE_ORBIT = "outside the slave's orbit";
 constexpr const char* OPEN_SEARCH = "the search for the slave's time does not converge";
 
+/// SampleGeometry, with the higher target from the lower one. Null, or why there is none.
+const char* Solve(SAMPLE_GEOMETRY& sample, const PAIR_CONSTANTS& pair, const POINT& point,
+                  double range_time, POINT_WORK& work) {
+  search_has_failed = false;
+  const ECHO echo = EchoOf(pair, work.line, range_time, point.height);
+  const ECHO higher = EchoOf(pair, work.line, range_time, point.height + HEIGHT_STEP);
+  sample.target = LocateEcho(echo, work.geolocation);
+  if (sample.target.status != SOLVER_STATUS::FOUND) return StatusText(sample.target.status);
+  if (!PlaceNear(higher, sample.target.position, sample.higher.position)) {
+    sample.higher = LocateEcho(higher, work.geolocation);
+    if (sample.higher.status != SOLVER_STATUS::FOUND) return StatusText(sample.higher.status);
+  }
+  FindSlave(sample, pair, work.line, work.search);
+  CompleteSample(sample, pair, work.line, work.search);
+  SplitBaseline(sample, work.line);
+  return nullptr;
+}
+
 void FillRow(ROW& row, const SAMPLE_GEOMETRY& sample, const varnoth::SCENE& scene) {
   const double slave_range_time = 2.0 * sample.slave_range / SPEED_OF_LIGHT;
   const double values[] = {
@@ -81,17 +99,17 @@ const char* POINT_GEOMETRY::Find(const POINT& point, POINT_WORK& work, ROW& row)
   pair.slave_start = std::clamp(scene.slave_first_az_time + point.line / scene.prf[SLAVE],
                                 pieces[SLAVE]->Begin(), pieces[SLAVE]->End());
   pair.tell_search = NoteOpenSearch;
-  search_has_failed = false;
-  SAMPLE_GEOMETRY sample = SampleGeometry(pair, work.line, range_time, point.height, work.search);
-  if (sample.target.status != SOLVER_STATUS::FOUND) return StatusText(sample.target.status);
+  SAMPLE_GEOMETRY sample;
+  const char* reason = Solve(sample, pair, point, range_time, work);
+  if (reason != nullptr) return reason;
   if (!pieces[SLAVE]->Covers(sample.slave_time)) return OUTSIDE_SLAVE_ORBIT;
   if (!is_faithful) {
     // Only now, since some orbits end the process at times outside their epochs.
     pair.master_orbit = &scene.master_orbit;
     pair.slave_orbit = &scene.slave_orbit;
     pair.slave_start = sample.slave_time;
-    search_has_failed = false;
-    sample = SampleGeometry(pair, work.line, range_time, point.height, work.search);
+    reason = Solve(sample, pair, point, range_time, work);
+    if (reason != nullptr) return reason;
   }
   if (search_has_failed) return OPEN_SEARCH;
   FillRow(row, sample, scene);

@@ -10,6 +10,7 @@ namespace varnoth::tools {
 
 /// What a thread needs of its own.
 struct POINT_WORK {
+  GEOLOCATION_WORK geolocation;
   BISTATIC_SEARCH search;
   MASTER_LINE line{.time = std::nan(""), .position = {}, .velocity = {}};  ///< of the last point
 };
