@@ -16,15 +16,15 @@ def percent(reached, lines):
 
 def main():
     project = pathlib.Path(sys.argv[1]).resolve()
-    folders = collections.defaultdict(list)
+    found = {}
     for file in json.load(sys.stdin)["data"][0]["files"]:
-        path = pathlib.Path(file["filename"])
-        if not path.is_relative_to(project):
-            continue
-        path = path.relative_to(project)
-        if path.parts[0] == "src" or path.parts[:2] == ("tools", "import"):
-            lines = file["summary"]["lines"]
-            folders[str(path.parent)].append((path.name, lines["covered"], lines["count"]))
+        path = pathlib.Path(file["filename"]).resolve()  # a compiler cache writes it relative to the build
+        if any(path.is_relative_to(project / folder) for folder in ("src", "tools/import")):
+            path, lines = path.relative_to(project), file["summary"]["lines"]
+            found[path] = max(found.get(path, (0, 0)), (lines["covered"], lines["count"]))
+    folders = collections.defaultdict(list)
+    for path, (reached, lines) in found.items():
+        folders[str(path.parent)].append((path.name, reached, lines))
     for folder, files in sorted(folders.items()):
         reached, lines = (sum(file[i] for file in files) for i in (1, 2))
         print(f"{folder:32} {percent(reached, lines):5.1f} % of {lines:5} lines")
