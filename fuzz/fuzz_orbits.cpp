@@ -1,6 +1,8 @@
+#include <algorithm>
 #include <cfenv>
 #include <cmath>
 #include <filesystem>
+#include <sstream>
 
 #include "fuzz_target.hpp"
 #include "orbit/general_orbit.hpp"
@@ -68,6 +70,29 @@ void Load(SCENE_ORBIT& orbit) {
   orbit.read(pool);
 }
 
+template <class T>
+bool HoldsNumbers(PARAMETER_POOL& pool, const std::string& key) {
+  ARRAY<T> values;
+  return Accepts([&] { pool.Read(key.c_str(), values); }) &&
+         std::all_of(values.begin(), values.end(),
+                     [](T value) { return std::isless(std::fabs(value), T{1e9}); });
+}
+
+/// Whether the pool has the velocities that a Hermite orbit needs; those of a record file count as
+/// none.
+bool HasVelocities() {
+  PARAMETER_POOL pool("pool");
+  STRING keys;
+  if (!Accepts([&] { pool.Read("orbit_velocity_key", keys); })) return false;
+  std::string names = keys.c_str();
+  std::replace(names.begin(), names.end(), ',', ' ');
+  std::istringstream words(names);
+  for (std::string name; words >> name;) {
+    if (!HoldsNumbers<double>(pool, name) && !HoldsNumbers<float>(pool, name)) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 /// A copy of an orbit that loads gives states, or refuses. Only reasonable orbits meet the Hermite
@@ -82,7 +107,7 @@ void FuzzOrbits(const std::string& input) {
     const HELD_TRAPS no_traps;
     SCENE_ORBIT orbit;
     if (!Accepts([&] { Load(orbit); }) || orbit.core->GetSampleCount() < 2) return;
-    is_reasonable = IsReasonable(orbit);
+    is_reasonable = IsReasonable(orbit) && (!is_hermite || HasVelocities());
     // For an absurd orbit a trap may be the right answer.
     if (!is_reasonable && (is_hermite || has_traps)) return;
     copy = orbit;
