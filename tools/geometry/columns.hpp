@@ -38,7 +38,7 @@ inline constexpr COLUMN COLUMNS[] = {
     {"metres_per_cycle", "m", 6,
      "height per cycle of phase, negative where the phase grows with height; 999999999999999 "
      "without a baseline"},
-    {"phase_cycles", "1", 7, "phase of the master minus that of the slave, in cycles"},
+    {"phase_cycles", "cycle", 7, "phase of the master minus that of the slave"},
     {"slave_line", "1", 7, "line of the slave's grid at the slave's zero-Doppler time"},
     {"slave_sample", "1", 7, "range sample of the slave's grid"},
 };

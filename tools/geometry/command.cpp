@@ -18,7 +18,7 @@ namespace {
 /// Points without geometry.
 struct GAPS {
   std::size_t count = 0;
-  POINT first;
+  IMAGE_POINT first;
   const char* reason = nullptr;  ///< of the first
 };
 
@@ -61,7 +61,7 @@ class POINT_WORKER final : public BLOCK_WORKER {
   std::size_t& next;
   GAPS& all_gaps;
   POINT_WORK work;
-  std::vector<POINT> block;
+  std::vector<IMAGE_POINT> block;
   std::size_t first = 0;
   std::vector<ROW> rows;
   std::string text;

@@ -43,23 +43,29 @@ void AppendExact(std::string& text, double value, int decimals) {
 }  // namespace
 
 void AppendFixed(std::string& text, double value, int decimals) {
-  constexpr double LARGEST = 0x1p50;
-  const std::uint64_t power = POWERS[decimals];
-  const double scaled = std::fabs(value) * static_cast<double>(power);
-  if (!(scaled < LARGEST)) {
+  constexpr double LARGEST = 0x1p53;
+  const double amount = std::fabs(value);
+  if (!(amount < LARGEST)) {
     AppendExact(text, value, decimals);
     return;
   }
-  const auto digits = static_cast<std::uint64_t>(scaled + 0.5);
+  const std::uint64_t power = POWERS[decimals];
+  auto whole = static_cast<std::uint64_t>(amount);
+  const double rest = amount - static_cast<double>(whole);
+  auto fraction = static_cast<std::uint64_t>(rest * static_cast<double>(power) + 0.5);
+  if (fraction == power) {
+    fraction = 0;
+    ++whole;
+  }
   char room[40];
   char* const end = room + sizeof room;
   char* at = end;
   if (decimals > 0) {
-    at = PutDigits(at, digits % power, decimals);
+    at = PutDigits(at, fraction, decimals);
     *--at = '.';
   }
-  at = PutDigits(at, digits / power, 1);
-  if (digits > 0 && std::signbit(value)) *--at = '-';
+  at = PutDigits(at, whole, 1);
+  if (std::signbit(value) && (whole > 0 || fraction > 0)) *--at = '-';
   text.append(at, end);
 }
 

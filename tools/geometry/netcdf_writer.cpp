@@ -123,6 +123,9 @@ class NETCDF_WRITER final : public GEOMETRY_WRITER {
     Define(1, "sample", {sample});
     Define(2, "height", {height});
     DefineQuantities({height, line, sample});
+    Text(variables[0], "axis", "Y");
+    Text(variables[1], "axis", "X");
+    Text(variables[2], "axis", "Z");
     Text(variables[2], "standard_name", "height_above_reference_ellipsoid");
     Text(variables[2], "positive", "up");
   }

@@ -43,7 +43,7 @@ ORBIT_PIECES::PIECE ORBIT_PIECES::MakePiece(const SCENE_ORBIT& source, double be
         sum += values[j][axis] * std::cos(PI * k * (j + 0.5) / NODES);
       }
       const double factor = sum * (k == 0 ? 1.0 : 2.0) / NODES;
-      for (int i = 0; i <= k; ++i) piece.coefficients[axis][i] += factor * current[i];
+      for (int i = 0; i <= k; ++i) piece.coefficients[0][i][axis] += factor * current[i];
     }
     double next[NODES] = {};
     for (int i = 0; i < NODES; ++i) {
@@ -52,6 +52,14 @@ ORBIT_PIECES::PIECE ORBIT_PIECES::MakePiece(const SCENE_ORBIT& source, double be
     }
     std::copy_n(current, NODES, previous);
     std::copy_n(next, NODES, current);
+  }
+  for (int derivative = 1; derivative < 3; ++derivative) {
+    for (int i = 0; i + 1 < NODES; ++i) {
+      for (int axis = 0; axis < 3; ++axis) {
+        piece.coefficients[derivative][i][axis] =
+            (i + 1) * piece.scale * piece.coefficients[derivative - 1][i + 1][axis];
+      }
+    }
   }
   return piece;
 }
@@ -89,31 +97,31 @@ const ORBIT_PIECES::PIECE& ORBIT_PIECES::PieceAt(double time) const {
   return pieces[i];
 }
 
-template <int DERIVATIVE>
-void ORBIT_PIECES::Evaluate(double time, double* result) const {
+void ORBIT_PIECES::Evaluate(int derivative, double time, double* result) const {
   const PIECE& piece = PieceAt(time);
   const double u = (time - 0.5 * (piece.begin + piece.end)) * piece.scale;
-  double scale = 1.0;
-  for (int i = 0; i < DERIVATIVE; ++i) scale *= piece.scale;
-  for (int axis = 0; axis < 3; ++axis) {
-    double sum = 0.0;
-    for (int i = NODES - 1; i >= DERIVATIVE; --i) {
-      double factor = 1.0;
-      for (int j = 0; j < DERIVATIVE; ++j) factor *= i - j;
-      sum = sum * u + factor * piece.coefficients[axis][i];
-    }
-    result[axis] = sum * scale;
+  double x = 0.0;
+  double y = 0.0;
+  double z = 0.0;
+  for (int i = NODES - 1 - derivative; i >= 0; --i) {
+    const COORDINATES& coefficient = piece.coefficients[derivative][i];
+    x = x * u + coefficient[0];
+    y = y * u + coefficient[1];
+    z = z * u + coefficient[2];
   }
+  result[0] = x;
+  result[1] = y;
+  result[2] = z;
 }
 
 void ORBIT_PIECES::GetPosition(const double& time, double* result) const {
-  Evaluate<0>(time, result);
+  Evaluate(0, time, result);
 }
 void ORBIT_PIECES::GetVelocity(const double& time, double* result) const {
-  Evaluate<1>(time, result);
+  Evaluate(1, time, result);
 }
 void ORBIT_PIECES::GetAcceleration(const double& time, double* result) const {
-  Evaluate<2>(time, result);
+  Evaluate(2, time, result);
 }
 
 }  // namespace varnoth::tools

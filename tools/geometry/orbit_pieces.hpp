@@ -36,8 +36,9 @@ class ORBIT_PIECES final : public ORBIT_BASE {
   struct PIECE {
     double begin;
     double end;
-    double scale;                   ///< from seconds to the interval's -1 to 1
-    double coefficients[3][NODES];  ///< of the powers, by coordinate
+    double scale;  ///< from seconds to the interval's -1 to 1
+    /// Of the powers, by derivative and power: position (m), velocity (m/s), acceleration (m/s²).
+    COORDINATES coefficients[3][NODES];
 
     double TimeOf(double u) const { return 0.5 * (begin + end) + u / scale; }
   };
@@ -45,8 +46,7 @@ class ORBIT_PIECES final : public ORBIT_BASE {
   static PIECE MakePiece(const SCENE_ORBIT& source, double begin, double end);
   bool IsFaithful(const SCENE_ORBIT& source, const PIECE& piece) const;
   const PIECE& PieceAt(double time) const;
-  template <int DERIVATIVE>
-  void Evaluate(double time, double* result) const;
+  void Evaluate(int derivative, double time, double* result) const;
 
   std::vector<PIECE> pieces;
   double pieces_per_second = 0.0;

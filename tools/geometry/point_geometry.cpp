@@ -19,7 +19,7 @@ constexpr const char* OUTSIDE_SLAVE_ORBIT = "outside the slave's orbit";
 constexpr const char* OPEN_SEARCH = "the search for the slave's time does not converge";
 
 /// SampleGeometry, with the higher target from the lower one. Null, or why there is none.
-const char* Solve(SAMPLE_GEOMETRY& sample, const PAIR_CONSTANTS& pair, const POINT& point,
+const char* Solve(SAMPLE_GEOMETRY& sample, const PAIR_CONSTANTS& pair, const IMAGE_POINT& point,
                   double range_time, POINT_WORK& work) {
   search_has_failed = false;
   const ECHO echo = EchoOf(pair, work.line, range_time, point.height);
@@ -79,7 +79,7 @@ POINT_GEOMETRY::POINT_GEOMETRY(const LOADED_PAIR& pair)
   }
 }
 
-const char* POINT_GEOMETRY::Find(const POINT& point, POINT_WORK& work, ROW& row) const {
+const char* POINT_GEOMETRY::Find(const IMAGE_POINT& point, POINT_WORK& work, ROW& row) const {
   row.fill(std::nan(""));
   row[0] = point.line;
   row[1] = point.sample;

@@ -23,7 +23,7 @@ class POINT_GEOMETRY {
 
   /// Sets the row of a point. Null, or why the point has no geometry. Any number of threads may
   /// call it; a row does not depend on the points before it. Throws what the orbits throw.
-  const char* Find(const POINT& point, POINT_WORK& work, ROW& row) const;
+  const char* Find(const IMAGE_POINT& point, POINT_WORK& work, ROW& row) const;
 
  private:
   const varnoth::SCENE& scene;

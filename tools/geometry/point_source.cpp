@@ -24,8 +24,8 @@ class GRID_SOURCE final : public POINT_SOURCE {
  public:
   explicit GRID_SOURCE(GRID whole) : grid(std::move(whole)) {}
 
-  std::vector<POINT> Next() override {
-    std::vector<POINT> points;
+  std::vector<IMAGE_POINT> Next() override {
+    std::vector<IMAGE_POINT> points;
     if (next == Count()) return points;
     const std::size_t width = grid.samples.size();
     const std::size_t row = next / width;
@@ -80,16 +80,16 @@ class POINTS_FILE final : public POINT_SOURCE {
 
   /// Whether all lines are points.
   bool Check() {
-    POINT point;
+    IMAGE_POINT point;
     while (Read(point)) ++count;
     if (count == 0 && faults == 0) Fault("no points");
     Rewind();
     return faults == 0;
   }
 
-  std::vector<POINT> Next() override {
-    std::vector<POINT> points;
-    POINT point;
+  std::vector<IMAGE_POINT> Next() override {
+    std::vector<IMAGE_POINT> points;
+    IMAGE_POINT point;
     while (points.size() < BLOCK && Read(point)) points.push_back(point);
     if (faults > 0) throw std::runtime_error("changed while it was read");
     return points;
@@ -116,7 +116,7 @@ class POINTS_FILE final : public POINT_SOURCE {
   }
 
   /// The next line that is a point; false at the end.
-  bool Read(POINT& point) {
+  bool Read(IMAGE_POINT& point) {
     while (std::getline(stream, text)) {
       ++number;
       std::string_view rest = text;
@@ -159,7 +159,7 @@ class POINTS_FILE final : public POINT_SOURCE {
     return true;
   }
 
-  bool TakePoint(POINT& point) {
+  bool TakePoint(IMAGE_POINT& point) {
     double* const values[] = {&point.line, &point.sample, &point.height};
     if (fields.size() != columns) {
       Fault(std::to_string(fields.size()) + " columns instead of " + std::to_string(columns));

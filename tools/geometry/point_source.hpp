@@ -10,7 +10,7 @@
 namespace varnoth::tools {
 
 /// A point of the master's grid.
-struct POINT {
+struct IMAGE_POINT {
   double line = 0.0;          ///< from 0, fractions allowed
   double sample = 0.0;        ///< from 0, fractions allowed
   double height = 0.0;        ///< above the ellipsoid, m
@@ -30,7 +30,7 @@ class POINT_SOURCE {
   virtual ~POINT_SOURCE() = default;
   /// The next points, none at the end. On a grid they are some whole lines of one height, or a part
   /// of one line.
-  virtual std::vector<POINT> Next() = 0;
+  virtual std::vector<IMAGE_POINT> Next() = 0;
   virtual std::size_t Count() const = 0;
   virtual const GRID* Grid() const { return nullptr; }
 };
