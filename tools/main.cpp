@@ -110,6 +110,7 @@ void AddGeometry(CLI::App& app, tools::GEOMETRY_REQUEST& request, TOOL_STATUS& s
   place->require_option(1);
   geometry->add_option("--heights", request.heights, "Heights of the grid in m, as 0,500")
       ->delimiter(',')
+      ->allow_extra_args(false)  // the step's arguments follow
       ->needs(grid);
   geometry->add_option("--format", request.format, "Without it, as FILE of --out ends, or text")
       ->check(CLI::IsMember({"text", "csv", "json", "netcdf"}));
