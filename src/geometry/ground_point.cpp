@@ -82,7 +82,7 @@ GROUND_POINT LocateEcho(const ECHO& echo, GEOLOCATION_WORK& work) {
 /// ellipsoid: (x² + y²)/a² + z²/b² = 1.
 bool PlaceNear(const ECHO& echo, const double near[3], double position[3]) {
   constexpr int LIMIT = 6;
-  constexpr double SETTLED = 1e-8;  // rad; the step after it is below the rounding
+  constexpr double SETTLED = 2e-14;  // rad; some 1e-8 m
   const double b = echo.rpole + echo.height;
   const double a = echo.requator + echo.height;
   const double weights[3] = {1.0 / (a * a), 1.0 / (a * a), 1.0 / (b * b)};

@@ -153,6 +153,13 @@ def test_points_without_geometry(ready):
     assert as_json["points"][1]["range_m"] is None and as_json["points"][0]["range_m"] > 8e5
 
 
+def test_digits(ready):
+    (ready / "p.csv").write_text("0.9999999,4999.9999996,-0.00001\n-0.25,7.0500004,-12.04995001\n")
+    lines = tool(ready, "--points", "p.csv", "--format", "csv").stdout.splitlines()[1:]
+    assert [line.split(",")[:3] for line in lines] == [
+        ["1.000000", "5000.000000", "0.0000"], ["-0.250000", "7.050000", "-12.0500"]]
+
+
 def test_grouping_changes_no_digit(ready):
     words = ("--grid", "81x251", "--heights", "-10,2500", "--format", "csv")  # six blocks, coordinates without a fraction
     one, three = (tool(ready, *words, "--jobs", jobs).stdout for jobs in ("1", "3"))

@@ -45,7 +45,8 @@ class POINT_WORKER final : public BLOCK_WORKER {
         gaps.reason = reason;
       }
     }
-    text = writer.Format(rows, first);
+    text.clear();
+    writer.Format(rows, first, text);
   }
   void Give() override {
     writer.Write(rows, first, text);

@@ -42,9 +42,8 @@ class NETCDF_WRITER final : public GEOMETRY_WRITER {
     Check(nc_put_var_double(id, variables[2], grid->heights.data()));
   }
 
-  std::string Format(const std::vector<ROW>& /*rows*/, std::size_t /*first*/) const override {
-    return "";
-  }
+  void Format(const std::vector<ROW>& /*rows*/, std::size_t /*first*/,
+              std::string& /*text*/) const override {}
 
   void Write(const std::vector<ROW>& rows, std::size_t first,
              const std::string& /*text*/) override {

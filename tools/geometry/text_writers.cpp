@@ -50,10 +50,9 @@ class TEXT_WRITER : public GEOMETRY_WRITER {
 class PLAIN_WRITER final : public TEXT_WRITER {
  public:
   using TEXT_WRITER::TEXT_WRITER;
-  std::string Format(const std::vector<ROW>& rows, std::size_t first) const override {
+  void Format(const std::vector<ROW>& rows, std::size_t first, std::string& text) const override {
     constexpr std::size_t NAME_WIDTH = 22;
     constexpr std::size_t VALUE_WIDTH = 44;
-    std::string text;
     for (const ROW& row : rows) {
       if (first++ > 0) text += '\n';
       for (std::size_t i = 0; i < COLUMN_COUNT; ++i) {
@@ -66,17 +65,14 @@ class PLAIN_WRITER final : public TEXT_WRITER {
         text += '\n';
       }
     }
-    return text;
   }
 };
 
 class CSV_WRITER final : public TEXT_WRITER {
  public:
   using TEXT_WRITER::TEXT_WRITER;
-  std::string Format(const std::vector<ROW>& rows, std::size_t /*first*/) const override {
-    constexpr std::size_t USUAL_WIDTH = 300;
-    std::string text;
-    text.reserve(rows.size() * USUAL_WIDTH);
+  void Format(const std::vector<ROW>& rows, std::size_t /*first*/,
+              std::string& text) const override {
     for (const ROW& row : rows) {
       for (std::size_t i = 0; i < COLUMN_COUNT; ++i) {
         if (i > 0) text += ',';
@@ -84,7 +80,6 @@ class CSV_WRITER final : public TEXT_WRITER {
       }
       text += '\n';
     }
-    return text;
   }
 
  private:
@@ -98,8 +93,7 @@ class CSV_WRITER final : public TEXT_WRITER {
 class JSON_WRITER final : public TEXT_WRITER {
  public:
   using TEXT_WRITER::TEXT_WRITER;
-  std::string Format(const std::vector<ROW>& rows, std::size_t first) const override {
-    std::string text;
+  void Format(const std::vector<ROW>& rows, std::size_t first, std::string& text) const override {
     for (const ROW& row : rows) {
       text += first++ > 0 ? ",\n{" : "\n{";
       for (std::size_t i = 0; i < COLUMN_COUNT; ++i) {
@@ -114,7 +108,6 @@ class JSON_WRITER final : public TEXT_WRITER {
       }
       text += '}';
     }
-    return text;
   }
 
  private:

@@ -13,16 +13,17 @@ namespace varnoth::tools {
 /// Writes rows in a format. Throws std::runtime_error with the reason if that fails.
 ///
 ///     writer.Begin();
-///     const std::string text = writer.Format(rows, 0);  // in any thread
+///     std::string text;
+///     writer.Format(rows, 0, text);  // in any thread
 ///     writer.Write(rows, 0, text);
 ///     writer.Finish();
 class GEOMETRY_WRITER {
  public:
   virtual ~GEOMETRY_WRITER() = default;
   virtual void Begin() = 0;
-  /// The text of rows; `first` is the number of the first one, from 0. Any number of threads may
-  /// call it.
-  virtual std::string Format(const std::vector<ROW>& rows, std::size_t first) const = 0;
+  /// Appends the text of rows; `first` is the number of the first one, from 0. Any number of
+  /// threads may call it.
+  virtual void Format(const std::vector<ROW>& rows, std::size_t first, std::string& text) const = 0;
   /// Writes a block of POINT_SOURCE with its text, the blocks in order.
   virtual void Write(const std::vector<ROW>& rows, std::size_t first, const std::string& text) = 0;
   /// The file stands only after this.
