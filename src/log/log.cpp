@@ -15,6 +15,7 @@
 #include "system/signal_safe/restarted.hpp"
 #include "system/signal_safe/uninterrupted.hpp"
 #include "system/temporary_file.hpp"
+#include "text/formatted_text.hpp"
 
 namespace varnoth {
 
@@ -110,10 +111,10 @@ void LOG::WriteNumber(const char* file_format, const char* screen_format, ...) {
   char on_screen[512];
   std::va_list arguments;
   va_start(arguments, screen_format);
-  const int file_length = std::vsnprintf(in_file, sizeof in_file, file_format, arguments);
+  const int file_length = FormatText(in_file, sizeof in_file, file_format, arguments);
   va_end(arguments);
   va_start(arguments, screen_format);
-  const int screen_length = std::vsnprintf(on_screen, sizeof on_screen, screen_format, arguments);
+  const int screen_length = FormatText(on_screen, sizeof on_screen, screen_format, arguments);
   va_end(arguments);
   WritePiece({in_file, static_cast<std::size_t>(file_length)},
              {on_screen, static_cast<std::size_t>(screen_length)});
@@ -158,7 +159,7 @@ void LOG::WriteLine(int level, const char* format, std::va_list arguments) {
   if (current_level < lowest_level) return;
   std::va_list copy;
   va_copy(copy, arguments);
-  const int length = std::max(std::vsnprintf(scratch, sizeof scratch, format, copy), 0);
+  const int length = std::max(FormatText(scratch, sizeof scratch, format, copy), 0);
   va_end(copy);
   std::string_view text(scratch, std::min<std::size_t>(length, sizeof scratch - 1));
   std::string longer;
@@ -171,9 +172,7 @@ void LOG::WriteLine(int level, const char* format, std::va_list arguments) {
   if (outlets.screen.Shows(level)) {
     TEXT_SINK& screen = outlets.screen.sink;
     screen.AppendUnseen(RowOf(level).screen_style);
-    outlets.AppendHead(screen, level);
-    screen.Append(text);
-    screen.Append("\n");
+    outlets.AppendLine(screen, level, text);
     if (level > QA_WARNING) screen.AppendUnseen(STYLE_RESET);
     screen.Flush();
     if (capture) {
@@ -183,9 +182,7 @@ void LOG::WriteLine(int level, const char* format, std::va_list arguments) {
   }
   if (outlets.file.Shows(level)) {
     TEXT_SINK& file = outlets.file.sink;
-    outlets.AppendHead(file, level);
-    file.Append(text);
-    file.Append("\n");
+    outlets.AppendLine(file, level, text);
     file.Flush();
   }
 }
@@ -199,7 +196,7 @@ void LOG::SetLevels(int screen_level, int file_level) {
 void LOG::SetPrefix(const char* word) {
   const UNINTERRUPTED whole;
   prefix = word;
-  outlets.prefix = prefix.c_str();
+  outlets.prefix = prefix;
 }
 
 void LOG::configure(const char* name, const char* prefix_word, int screen_level, int file_level) {

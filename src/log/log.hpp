@@ -122,9 +122,10 @@ class LOG {
   LOG_OUTLETS& Outlets() { return outlets; }
 
   /// Keeps the text of messages that reach the screen, without heads and line ends, in
-  /// `captured()`. Of a `printf_line` it keeps the first 1029 characters.
+  /// `captured()`. Of a `printf_line` it keeps the first CAPTURE_LIMIT characters.
   void set_capture(bool on) { capture = on; }
   bool is_capturing() const { return capture; }
+  static constexpr int CAPTURE_LIMIT = 1029;
   const std::list<std::string>& captured() const { return captured_lines; }
   const std::string& last_captured_line() const { return last_line; }
   /// Adds text to the captured lines; a text that ends in "\n" completes a line.
@@ -162,7 +163,7 @@ class LOG {
   std::time_t start_time = 0;
   bool qa_flag = false;
   bool capture = false;
-  char scratch[1030] = {};
+  char scratch[CAPTURE_LIMIT + 1] = {};
   std::string pending_line;
   std::string last_line;
   std::list<std::string> captured_lines;

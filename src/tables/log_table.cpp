@@ -10,7 +10,9 @@
 
 #include "foundation/errors.hpp"
 #include "system/file_access.hpp"
+#include "system/signal_safe/descriptor.hpp"
 #include "system/temporary_file.hpp"
+#include "text/formatted_text.hpp"
 
 namespace varnoth {
 
@@ -42,8 +44,8 @@ LOG_TABLE::LOG_TABLE() {
   const std::string path = CreateTemporaryFile("/tmp/", "table_");
   file_name = path.empty() ? "/tmp/table_0815" : path.c_str();
   // Open only a file made for this table: the default name may be somebody else's file.
-  if (!path.empty()) file = OpenStream(path.c_str(), O_WRONLY);
-  if (file == nullptr) {
+  if (!path.empty()) file.Open(OpenDescriptor(path.c_str(), O_WRONLY));
+  if (!file.IsOpen()) {
     GlobalLog.set(EXCEPTION) << "LOG_TABLE: can not open tmp file: " << file_name << "\n";
     if (!path.empty()) unlink(path.c_str());
     throw "can not write to /tmp";
@@ -51,7 +53,7 @@ LOG_TABLE::LOG_TABLE() {
 }
 
 LOG_TABLE::~LOG_TABLE() {
-  file.reset();
+  file.Close();
   if (unlink(file_name.c_str()) != 0) {
     const int reason = errno;
     GlobalLog.set(WARNING) << "can not remove tmp file: " << file_name << "\n";
@@ -62,36 +64,29 @@ LOG_TABLE::~LOG_TABLE() {
 void LOG_TABLE::row(const char* format, ...) {
   std::va_list arguments;
   va_start(arguments, format);
+  const std::string text = FormattedText(format, arguments);
+  va_end(arguments);
   if (GlobalLog.is_capturing()) {
-    std::va_list copy;
-    va_copy(copy, arguments);
-    char text[1030];
-    std::vsnprintf(text, sizeof text, format, copy);
-    va_end(copy);
-    GlobalLog.Capture(text);
+    GlobalLog.Capture(text.substr(0, LOG::CAPTURE_LIMIT));
     GlobalLog.Capture("\n");
   }
-  std::vfprintf(file.get(), format, arguments);
-  va_end(arguments);
-  new_line();
+  Write(text + '\n');
 }
 
 void LOG_TABLE::printf(const char* format, ...) {
   std::va_list arguments;
   va_start(arguments, format);
-  std::vfprintf(file.get(), format, arguments);
+  Write(FormattedText(format, arguments));
   va_end(arguments);
-  std::fflush(file.get());
 }
 
-void LOG_TABLE::new_line() {
-  std::fputc('\n', file.get());
-  std::fflush(file.get());
-}
+void LOG_TABLE::new_line() { Write("\n"); }
 
-void LOG_TABLE::rule() {
-  std::fputs("-\n", file.get());
-  std::fflush(file.get());
+void LOG_TABLE::rule() { Write("-\n"); }
+
+void LOG_TABLE::Write(std::string_view text) {
+  file.Append(text);
+  file.Flush();
 }
 
 void LOG_TABLE::set_rule(char fill, char cross) {
@@ -131,28 +126,28 @@ int LOG_TABLE::WidthOf(int column) const {
 }
 
 void LOG_TABLE::flush(int level) {
-  if (std::fflush(file.get()) != 0 || std::ferror(file.get()) != 0) {
+  if (!file.Flush()) {
     GlobalLog.set(EXCEPTION) << "LOG_TABLE: can not write tmp file: " << file_name << "\n";
     throw "can not write to /tmp";
   }
-  MeasureColumns(CountColumns());
-  PrintRows(level);
+  const std::string text = ReadBack();
+  MeasureColumns(text, CountColumns(FirstRow(text)));
+  PrintRows(text, level);
 }
 
-int LOG_TABLE::CountColumns() const {
-  const std::string row = FirstRow(ReadBack());
+int LOG_TABLE::CountColumns(const std::string& row) const {
   const auto separators =
       std::count_if(row.begin(), row.end(), [this](char c) { return MarkOf(c) >= 0; });
   return std::max(static_cast<int>(separators) - 1, 0);
 }
 
-void LOG_TABLE::MeasureColumns(int count) {
+void LOG_TABLE::MeasureColumns(const std::string& text, int count) {
   widths.NeedRange(RANGE<int>(0, count));
   int* const width = widths.begin();
   std::fill_n(width, count, 0);
   int column = -1;
   int length = -1;
-  for (const char c : ReadBack()) {
+  for (const char c : text) {
     if (MarkOf(c) >= 0) {
       if (column >= 0 && length > CELL_LIMIT) {
         GlobalLog.set(ALARM) << "LOG_TABLE: cell of " << length << " characters is longer than "
@@ -168,8 +163,7 @@ void LOG_TABLE::MeasureColumns(int count) {
   }
 }
 
-void LOG_TABLE::PrintRows(int level) const {
-  const std::string text = ReadBack();
+void LOG_TABLE::PrintRows(const std::string& text, int level) const {
   std::string line;
   std::string cell;
   char alignment = 'c';

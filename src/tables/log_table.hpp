@@ -1,11 +1,12 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "foundation/array.hpp"
 #include "foundation/string.hpp"
 #include "log/log.hpp"
-#include "system/owned_file.hpp"
+#include "system/signal_safe/text_sink.hpp"
 
 namespace varnoth {
 
@@ -59,11 +60,13 @@ class LOG_TABLE {
   void flush(int level);
 
  private:
-  /// The current content of the file; every pass reads it again.
+  /// Adds text to the file at once.
+  void Write(std::string_view text);
+  /// The current content of the file.
   std::string ReadBack() const;
-  int CountColumns() const;
-  void MeasureColumns(int count);
-  void PrintRows(int level) const;
+  int CountColumns(const std::string& first_row) const;
+  void MeasureColumns(const std::string& text, int count);
+  void PrintRows(const std::string& text, int level) const;
   /// Prints a rule line with crossings at the separators of `row`.
   void PrintRule(const std::string& row, int level) const;
   int WidthOf(int column) const;
@@ -75,7 +78,7 @@ class LOG_TABLE {
   char second_rule_char = '-';
   char second_rule_cross = '+';
   STRING file_name;
-  OWNED_FILE file;
+  TEXT_SINK file;
   ARRAY<int> widths;
   const char* marks = "|$#~:*&";
   const char* row_map = "| |H:* ";

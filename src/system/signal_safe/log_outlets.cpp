@@ -3,7 +3,11 @@
 namespace varnoth {
 
 void LOG_OUTLETS::AppendHead(TEXT_SINK& sink, int level) const {
-  for (const char* piece : {RowOf(level).label, " : ", prefix, " : "}) sink.Append(piece);
+  sink.Append({RowOf(level).label, " : ", prefix, " : "});
+}
+
+void LOG_OUTLETS::AppendLine(TEXT_SINK& sink, int level, std::string_view text) const {
+  sink.Append({RowOf(level).label, " : ", prefix, " : ", text, "\n"});
 }
 
 }  // namespace varnoth

@@ -19,7 +19,7 @@ enum LOG_LEVEL : int {
 
 /// Names and style of a level.
 struct LEVEL_ROW {
-  const char* label;         ///< five characters, for the head of a line
+  std::string_view label;    ///< five characters, for the head of a line
   const char* name;          ///< long name, for thresholds; null in row 0
   const char* screen_style;  ///< escape sequence; empty for plain text
 };
@@ -50,16 +50,17 @@ struct LOG_OUTLET {
 /// at the very end still finds it.
 ///
 ///     LOG_OUTLETS& outlets = GlobalLog.Outlets();
-///     outlets.AppendHead(outlets.screen.sink, INFO);
-///     outlets.screen.sink.Append("done\n");
+///     outlets.AppendLine(outlets.screen.sink, INFO, "done");
 ///     outlets.screen.sink.Flush();
 struct LOG_OUTLETS {
   LOG_OUTLET screen{.sink = TEXT_SINK(1)};
   LOG_OUTLET file;
-  const char* prefix = "";
+  std::string_view prefix;
 
   /// Begins a line: "LABEL : word : ".
   void AppendHead(TEXT_SINK& sink, int level) const;
+  /// Adds a whole line: head, text and line end.
+  void AppendLine(TEXT_SINK& sink, int level, std::string_view text) const;
 };
 
 }  // namespace varnoth

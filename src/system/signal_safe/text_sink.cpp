@@ -1,6 +1,7 @@
 #include "system/signal_safe/text_sink.hpp"
 
-#include <cstring>
+#include <algorithm>
+#include <iterator>
 
 #include "system/signal_safe/descriptor.hpp"
 #include "system/signal_safe/uninterrupted.hpp"
@@ -24,22 +25,35 @@ bool TEXT_SINK::Close() {
 }
 
 void TEXT_SINK::Append(std::string_view text) {
-  if (!text.empty()) Add(text, text.back() == '\n');
+  if (!text.empty()) Append({text});
 }
 
-void TEXT_SINK::AppendUnseen(std::string_view text) { Add(text, at_line_start); }
+void TEXT_SINK::Append(std::initializer_list<std::string_view> pieces) {
+  Add(pieces, std::prev(pieces.end())->back() == '\n');
+}
+
+void TEXT_SINK::AppendUnseen(std::string_view text) { Add({text}, at_line_start); }
 
 void TEXT_SINK::EndLine() {
   if (!at_line_start) Append("\n");
 }
 
-void TEXT_SINK::Add(std::string_view text, bool line_starts) {
-  if (text.size() > SIZE - filled) Flush();
-  const bool fits = text.size() <= SIZE;
-  if (fits) std::memcpy(bytes + filled, text.data(), text.size());
-  // A handler finds all of the text or none of it.
+void TEXT_SINK::Add(std::initializer_list<std::string_view> pieces, bool line_starts) {
+  std::size_t size = 0;
+  for (const std::string_view piece : pieces) size += piece.size();
+  if (size > SIZE - filled) Flush();
+  const bool fits = size <= SIZE;
+  if (fits) {
+    char* end = bytes + filled;
+    for (const std::string_view piece : pieces) end = std::copy(piece.begin(), piece.end(), end);
+  }
+  // A handler finds all of the pieces or none of them.
   const UNINTERRUPTED whole(descriptor);
-  fits ? void(filled += text.size()) : Write(text);
+  if (fits) {
+    filled += size;
+  } else {
+    for (const std::string_view piece : pieces) Write(piece);
+  }
   at_line_start = line_starts;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <initializer_list>
 #include <string_view>
 
 namespace varnoth {
@@ -27,6 +28,8 @@ class TEXT_SINK {
   /// Adds text to the buffer; first flushes a buffer without room for it. A text that is longer
   /// than the buffer goes straight to the file.
   void Append(std::string_view text);
+  /// Adds pieces as one text, of which a handler finds all or nothing. The last one is not empty.
+  void Append(std::initializer_list<std::string_view> pieces);
   /// Adds text that takes no room on a line, such as an escape sequence.
   void AppendUnseen(std::string_view text);
   /// Ends the current line if it has text.
@@ -40,7 +43,7 @@ class TEXT_SINK {
  private:
   static constexpr std::size_t SIZE = 8192;
 
-  void Add(std::string_view text, bool line_starts);
+  void Add(std::initializer_list<std::string_view> pieces, bool line_starts);
   void Write(std::string_view text);
 
   int descriptor = -1;
