@@ -14,7 +14,7 @@ from varnoth_run import BINARY, run
 HITS = int(os.environ.get("STORM_HITS", "2000"))
 CAUGHT = [1, 2, 3, 4, 6, 7, 8, 11, 15, 23, 24, 25, 31]
 ALLOCATOR = r"malloc|free|realloc|calloc|_int_malloc|_int_free|malloc_consolidate|sysmalloc|unlink_chunk.*"
-LOG = r"varnoth::(LOG|TEXT_SINK|LOG_OUTLETS|UNINTERRUPTED|LOG_TABLE)\b.*|__vsnprintf_internal"
+LOG = r"varnoth::(LOG|TEXT_SINK|LOG_OUTLETS|UNINTERRUPTED|LOG_TABLE|FormatText|FixedText)\b.*|__vsnprintf_internal"
 UNSAFE = ALLOCATOR + r"|__vfprintf_internal|fflush|fwrite|exit|abort|___pthread_mutex_lock|__tz_convert"
 VARYING = re.compile(r"\w{3} \w{3} [ \d]\d \d\d:\d\d:\d\d \d{4}|(?<=[._])\w{6}$|\d+ second.*|less than.*"
                      r"|(table_|log\.|pool_)\w{6}|\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d")

@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cmath>
-#include <cstdio>
 #include <iterator>
 
 #include "pool/entry_reader.hpp"
+#include "text/number_text.hpp"
 
 namespace varnoth {
 
@@ -25,18 +24,12 @@ struct DIGITS {
 constexpr DIGITS ALONE{10, 17};
 constexpr DIGITS AS_PART{6, 15};
 
-/// Appends a number as printf's "%.*E" shows it, several times as fast.
+/// Appends a number as printf's "%.*E" shows it.
 void AppendScientific(std::string& text, double value, int digits) {
-  char number[32];
-  char* end = number;
-  if (std::isfinite(value)) {
-    end = std::to_chars(number, std::end(number), value, std::chars_format::scientific, digits).ptr;
-    constexpr int EXPONENT_LENGTH = 4;  // or one more
-    char* const letter = end - EXPONENT_LENGTH;
-    *(*letter == 'e' ? letter : letter - 1) = 'E';
-  } else {
-    end += std::snprintf(number, sizeof number, "%E", value);
-  }
+  char number[64];
+  char* const end = ScientificText(number, std::end(number), value, digits).ptr;
+  const auto capital = [](char c) { return c >= 'a' ? static_cast<char>(c - 'a' + 'A') : c; };
+  std::transform(number, end, number, capital);
   text.append(number, end);
 }
 

@@ -121,6 +121,10 @@ int LOG_TABLE::MarkOf(char character) const {
   return mark != nullptr ? static_cast<int>(mark - marks) : -1;
 }
 
+std::size_t LOG_TABLE::PlainLength(const std::string& text, std::size_t position) const {
+  return std::strcspn(text.c_str() + position, specials);
+}
+
 int LOG_TABLE::WidthOf(int column) const {
   return column >= 0 && column < widths.GetLength() ? widths.begin()[column] : 0;
 }
@@ -147,7 +151,12 @@ void LOG_TABLE::MeasureColumns(const std::string& text, int count) {
   std::fill_n(width, count, 0);
   int column = -1;
   int length = -1;
-  for (const char c : text) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const std::size_t plain = PlainLength(text, i);
+    length += static_cast<int>(plain);
+    i += plain;
+    if (i == text.size()) break;
+    const char c = text[i];
     if (MarkOf(c) >= 0) {
       if (column >= 0 && length > CELL_LIMIT) {
         GlobalLog.set(ALARM) << "LOG_TABLE: cell of " << length << " characters is longer than "
@@ -176,13 +185,17 @@ void LOG_TABLE::PrintRows(const std::string& text, int level) const {
     at_start = true;
   };
   for (std::size_t i = 0; i < text.size(); ++i) {
-    const char c = text[i];
-    if (at_start && c == '-') {
+    if (at_start && text[i] == '-') {
       PrintRule(FirstRow(text), level);
       ++i;  // skip its line end
       continue;
     }
     at_start = false;
+    const std::size_t plain = PlainLength(text, i);
+    cell.append(text, i, plain);
+    i += plain;
+    if (i == text.size()) break;
+    const char c = text[i];
     if (c == '\n') {
       end_row();
     } else if (c == '@') {

@@ -72,6 +72,8 @@ class LOG_TABLE {
   int WidthOf(int column) const;
   /// Position of a character in `marks`, or -1.
   int MarkOf(char character) const;
+  /// The number of characters from a position on that have no meaning in the mark-up.
+  std::size_t PlainLength(const std::string& text, std::size_t position) const;
 
   char rule_char = '-';
   char rule_cross = '+';
@@ -80,7 +82,8 @@ class LOG_TABLE {
   STRING file_name;
   TEXT_SINK file;
   ARRAY<int> widths;
-  const char* marks = "|$#~:*&";
+  const char* specials = "\n@|$#~:*&";
+  const char* marks = specials + 2;
   const char* row_map = "| |H:* ";
   const char* rule_map = "+ +#+* ";
 };

@@ -29,7 +29,7 @@ std::vector<double> Numbers() {
     }
   };
   std::mt19937_64 random(2027);
-  for (int i = 0; i < 1500; ++i) {
+  for (int i = 0; i < 700; ++i) {
     numbers.push_back(std::bit_cast<double>(random()));
     numbers.push_back(std::exp2(static_cast<double>(random() % 16000) / 100.0 - 90.0));
     const double whole = static_cast<double>(random() >> (11 + random() % 53));
