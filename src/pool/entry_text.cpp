@@ -14,6 +14,8 @@ namespace {
 constexpr std::size_t KEY_WIDTH = 32;
 constexpr std::size_t TYPE_WIDTH = 16;
 constexpr int MAXIMUM_INDENT = 1023;
+/// More than most entries have that hold one value.
+constexpr std::size_t USUAL_SIZE = 160;
 
 /// Digits after the point. Numbers that stand alone have more than parts of a complex number, a
 /// pair or an indexed value. Users compare files by text, so both stay as they are.
@@ -85,6 +87,7 @@ void AppendTo(std::string& text, const TUPLE<STRING>& value, DIGITS) {
 }  // namespace
 
 ENTRY_TEXT::ENTRY_TEXT(const char* key, TYPE_CODE type, const ARRAY<STRING>& comments) {
+  text.reserve(USUAL_SIZE);
   for (const STRING& comment : comments) {
     text += '#';
     text += comment.c_str();

@@ -6,6 +6,8 @@
 #include <cerrno>
 #include <cstring>
 #include <exception>
+#include <string_view>
+#include <unordered_set>
 
 #include "system/file_access.hpp"
 #include "system/temporary_file.hpp"
@@ -129,12 +131,16 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::update() {
 }
 
 void PARAMETER_POOL_READ_WRITE_CHANGE::Merge(POOL_STREAM& temporary) {
+  // A search of the list for each key of a large pool would be most of the work.
+  std::unordered_set<std::string_view> pending;
+  for (const PARAMETER_POOL_ITEM& item : list) pending.insert(item.key);
   entry.Rewind();
   entry.NextLine();
   // The loops test for the end before they use a line: the last line has the end mark, and the
   // merge drops it.
   while (!stream.AtEnd()) {
-    if (entry.IsKeyLine() && list.find(entry.ReadKey()) != 0) {
+    const bool is_pending = entry.IsKeyLine() && pending.erase(entry.ReadKey()) > 0;
+    if (is_pending && list.find(entry.ReadKey()) != 0) {
       write_entry(list.current(), temporary);
       list.remove_current();
       do {
@@ -170,8 +176,7 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::CopyOver(const std::string& temporary_nam
   bool is_written = stream.Truncate();
   int error = errno;
   if (is_written) {
-    stream.Write(content);
-    is_written = stream.Flush() && (!is_durable || stream.Sync());
+    is_written = stream.WriteThrough(content) && (!is_durable || stream.Sync());
     error = errno;
     if (!stream.Close() && is_written) {
       is_written = false;

@@ -99,6 +99,7 @@ std::string_view POOL_STREAM::NextLine() {
 
 std::string POOL_STREAM::ReadRest() {
   std::string rest;
+  rest.reserve(static_cast<std::size_t>(Size()));
   do {
     rest.append(block + block_position, block_length - block_position);
     block_position = block_length;
@@ -111,17 +112,31 @@ long long POOL_STREAM::Size() const {
   return ::fstat(descriptor, &status) == 0 ? status.st_size : 0;
 }
 
-void POOL_STREAM::Write(std::string_view bytes) { unwritten += bytes; }
+void POOL_STREAM::Write(std::string_view bytes) {
+  constexpr std::size_t FULL = 65536;
+  unwritten += bytes;
+  if (unwritten.size() >= FULL) Flush();
+}
 
 bool POOL_STREAM::Flush() {
+  WriteOut(unwritten);
+  unwritten.clear();
+  return !write_failed;
+}
+
+bool POOL_STREAM::WriteThrough(std::string_view bytes) {
+  Flush();
+  WriteOut(bytes);
+  return !write_failed;
+}
+
+void POOL_STREAM::WriteOut(std::string_view bytes) {
   std::size_t written = 0;
   const auto write = [&](const char* next, std::size_t left) {
     return ::pwrite(descriptor, next, left, write_offset + static_cast<off_t>(written));
   };
-  if (!WriteAllBy(write, unwritten.data(), unwritten.size(), written)) write_failed = true;
+  if (!WriteAllBy(write, bytes.data(), bytes.size(), written)) write_failed = true;
   write_offset += static_cast<off_t>(written);
-  unwritten.clear();
-  return !write_failed;
 }
 
 bool POOL_STREAM::Truncate() {

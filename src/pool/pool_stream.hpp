@@ -54,10 +54,13 @@ class POOL_STREAM {
   /// The file's size in bytes; 0 if the system doesn't tell.
   long long Size() const;
 
-  /// Buffers bytes for the write position; `Flush` hands them to the file.
+  /// Buffers bytes for the write position. `Flush` hands them to the file, and so does a `Write`
+  /// that fills the buffer.
   void Write(std::string_view bytes);
   /// False if any write since the opening failed.
   bool Flush();
+  /// Flushes, and writes bytes without buffering them; false as `Flush`.
+  bool WriteThrough(std::string_view bytes);
   /// Cuts the file to length 0; false, with errno set, on failure.
   bool Truncate();
   /// Waits until the disk holds what `Flush` has written; false, with errno set, on failure.
@@ -76,6 +79,8 @@ class POOL_STREAM {
   /// Reads more bytes of the file after what is left of the block; false, with `at_end` set, if
   /// there are none.
   bool FillBlock();
+  /// Writes at the write position and moves it.
+  void WriteOut(std::string_view bytes);
 
   int descriptor = -1;
   bool at_end = false;

@@ -1,18 +1,24 @@
 #include "time/utc_scanner.hpp"
 
+#include <algorithm>
 #include <cctype>
 #include <cstring>
+#include <iterator>
 #include <string>
+#include <string_view>
 
 #include "foundation/errors.hpp"
 #include "log/log.hpp"
 #include "time/calendar.hpp"
+#include "time/digit_field.hpp"
 
 namespace varnoth {
 
 namespace {
 
 constexpr int BEHIND_DAY_NAME = 4;
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 // Rewrites a text in the notation of one of the forms 1 to 4, which the scanner reads.
 std::string Readable(const char* input, int& form) {
@@ -47,6 +53,10 @@ std::string Readable(const char* input, int& form) {
 }  // namespace
 
 bool UTC_SCANNER::Scan(const char* input) {
+  if (ScanPlainIso(input)) {
+    text = input;
+    return true;
+  }
   std::string copy;
   values = UTC_VALUES();
   Start(input);
@@ -65,6 +75,33 @@ bool UTC_SCANNER::Scan(const char* input) {
   GlobalLog.set(EXCEPTION) << "UTC_SCANNER: Error during scan of: " << text << "\n";
   text = input;
   throw ERROR_DATA();
+}
+
+bool UTC_SCANNER::ScanPlainIso(const char* input) {
+  const char* at = input;
+  for (const char wanted : std::string_view("0000-00-00T00:00:00")) {
+    if (wanted == '0' ? !IsDigit(*at) : *at != wanted) return false;
+    ++at;
+  }
+  char fraction[] = "000000";
+  if (*at == '.') {
+    const char* const first = ++at;
+    while (IsDigit(*at) && at - first < std::ssize(fraction) - 1) ++at;
+    if (at == first) return false;
+    std::copy(first, at, fraction);
+  }
+  if (*at == 'Z') ++at;
+  if (*at != '\0') return false;
+  const UTC_VALUES read = {ReadDigits(input, 4),      ReadDigits(input + 5, 2),
+                           ReadDigits(input + 8, 2),  ReadDigits(input + 11, 2),
+                           ReadDigits(input + 14, 2), ReadDigits(input + 17, 2),
+                           ReadDigits(fraction, 3),   ReadDigits(fraction + 3, 3)};
+  if (read.hour > 23 || read.minute > 59 || read.second > 59 ||
+      read.day > DaysInMonth(read.month, read.year)) {
+    return false;
+  }
+  values = read;
+  return true;
 }
 
 int UTC_SCANNER::DetectForm(const char* input) const {

@@ -1,6 +1,6 @@
 #include "system/signal_safe/text_sink.hpp"
 
-#include <algorithm>
+#include <cstring>
 #include <iterator>
 
 #include "system/signal_safe/descriptor.hpp"
@@ -45,7 +45,10 @@ void TEXT_SINK::Add(std::initializer_list<std::string_view> pieces, bool line_st
   const bool fits = size <= SIZE;
   if (fits) {
     char* end = bytes + filled;
-    for (const std::string_view piece : pieces) end = std::copy(piece.begin(), piece.end(), end);
+    for (const std::string_view piece : pieces) {
+      std::memcpy(end, piece.data(), piece.size());
+      end += piece.size();
+    }
   }
   // A handler finds all of the pieces or none of them.
   const UNINTERRUPTED whole(descriptor);
