@@ -18,7 +18,33 @@ namespace {
 
 constexpr int BEHIND_DAY_NAME = 4;
 
+/// A form as nearly all pools have it: '0' stands for a digit, 'A' for a letter, and the last eight
+/// characters are the clock's. The numbers are the places of the date.
+struct PLAIN_FORM {
+  std::string_view shape;
+  int year;
+  int month;
+  int day;
+};
+constexpr PLAIN_FORM PLAIN_FORMS[] = {{"00-AAA-0000/00:00:00", 7, 3, 0},
+                                      {"0000-00-00T00:00:00", 0, 5, 8}};
+
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsLetter(char c) { return c >= 'A' && c <= 'Z'; }
+
+bool HasShape(const char* text, std::string_view shape) {
+  return std::equal(shape.begin(), shape.end(), text, [](char wanted, char c) {
+    return wanted == '0' ? IsDigit(c) : wanted == 'A' ? IsLetter(c) : wanted == c;
+  });
+}
+
+/// A month of two digits or three letters; 0 for letters that name none.
+int PlainMonth(const char* text) {
+  if (IsDigit(*text)) return ReadDigits(text, 2);
+  int month = 12;
+  while (month > 0 && std::memcmp(text, MonthName(month), 3) != 0) --month;
+  return month;
+}
 
 // Rewrites a text in the notation of one of the forms 1 to 4, which the scanner reads.
 std::string Readable(const char* input, int& form) {
@@ -53,7 +79,7 @@ std::string Readable(const char* input, int& form) {
 }  // namespace
 
 bool UTC_SCANNER::Scan(const char* input) {
-  if (ScanPlainIso(input)) {
+  if (ScanPlain(input)) {
     text = input;
     return true;
   }
@@ -77,12 +103,13 @@ bool UTC_SCANNER::Scan(const char* input) {
   throw ERROR_DATA();
 }
 
-bool UTC_SCANNER::ScanPlainIso(const char* input) {
-  const char* at = input;
-  for (const char wanted : std::string_view("0000-00-00T00:00:00")) {
-    if (wanted == '0' ? !IsDigit(*at) : *at != wanted) return false;
-    ++at;
-  }
+bool UTC_SCANNER::ScanPlain(const char* input) {
+  const auto* const form =
+      std::find_if(std::begin(PLAIN_FORMS), std::end(PLAIN_FORMS),
+                   [&](const PLAIN_FORM& plain) { return HasShape(input, plain.shape); });
+  if (form == std::end(PLAIN_FORMS)) return false;
+  const char* const clock = input + form->shape.size() - std::strlen("00:00:00");
+  const char* at = input + form->shape.size();
   char fraction[] = "000000";
   if (*at == '.') {
     const char* const first = ++at;
@@ -92,10 +119,10 @@ bool UTC_SCANNER::ScanPlainIso(const char* input) {
   }
   if (*at == 'Z') ++at;
   if (*at != '\0') return false;
-  const UTC_VALUES read = {ReadDigits(input, 4),      ReadDigits(input + 5, 2),
-                           ReadDigits(input + 8, 2),  ReadDigits(input + 11, 2),
-                           ReadDigits(input + 14, 2), ReadDigits(input + 17, 2),
-                           ReadDigits(fraction, 3),   ReadDigits(fraction + 3, 3)};
+  const UTC_VALUES read = {ReadDigits(input + form->year, 4), PlainMonth(input + form->month),
+                           ReadDigits(input + form->day, 2),  ReadDigits(clock, 2),
+                           ReadDigits(clock + 3, 2),          ReadDigits(clock + 6, 2),
+                           ReadDigits(fraction, 3),           ReadDigits(fraction + 3, 3)};
   if (read.hour > 23 || read.minute > 59 || read.second > 59 ||
       read.day > DaysInMonth(read.month, read.year)) {
     return false;

@@ -37,9 +37,9 @@ class UTC_SCANNER final : public TIME_SCANNER {
   UTC_VALUES values;
 
  private:
-  /// Fills `values` from the ISO form without oddities, which is what pools have; false, with
-  /// `values` as they were, for any other text.
-  bool ScanPlainIso(const char* input);
+  /// Fills `values` from a text without oddities, as pools have them; false, with `values` as they
+  /// were, for any other text.
+  bool ScanPlain(const char* input);
   void ScanForm(int form);
   void ScanDate(int form);
   void ScanClock();
