@@ -6,11 +6,9 @@ namespace varnoth {
 
 namespace {
 
-/// A text as a terminal may show it: what stands in a broken file could be control characters, and
-/// long.
+/// A text as a terminal may show it: what stands in a broken file or in its name could be control
+/// characters.
 std::string Printable(std::string text) {
-  constexpr std::size_t LIMIT = 500;
-  if (text.size() > LIMIT) text.replace(LIMIT, text.npos, "...");
   for (std::size_t i = 0; i < text.size(); ++i) {
     const auto byte = static_cast<unsigned char>(text[i]);
     // C2 80 to C2 9F are the control characters of Latin-1.
@@ -22,12 +20,18 @@ std::string Printable(std::string text) {
   return text;
 }
 
+std::string Cut(std::string text) {
+  constexpr std::size_t LIMIT = 500;
+  if (text.size() > LIMIT) text.replace(LIMIT, text.npos, "...");
+  return text;
+}
+
 }  // namespace
 
 std::string Message(const std::string& file, std::size_t line, SEVERITY severity,
                     const std::string& text) {
-  return file + ":" + std::to_string(line) +
-         (severity == SEVERITY::ERROR ? ": error: " : ": warning: ") + Printable(text) + "\n";
+  return Printable(file) + ":" + std::to_string(line) +
+         (severity == SEVERITY::ERROR ? ": error: " : ": warning: ") + Printable(Cut(text)) + "\n";
 }
 
 void Tell(const std::string& file, std::size_t line, SEVERITY severity, const std::string& text) {

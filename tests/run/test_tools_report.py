@@ -154,7 +154,7 @@ def test_results_directory(tmp_path):
     for name in ("b", "a"):
         made_pair(results / name)
     shutil.copytree(results / "a", results / ".c.Xyz123")
-    (results / "notes").mkdir()
+    (results / "notes\x1b[2J").mkdir()
     failed = Pair()
     failed.master.pop("prf")
     (tmp_path / "f").mkdir()
@@ -163,7 +163,7 @@ def test_results_directory(tmp_path):
         (results / kind).mkdir(exist_ok=True)
         (results / kind / f"{name}.log").write_text(text)
     done, data = report(tmp_path, "r")
-    assert done.returncode == 0 and re.fullmatch(r"r/notes:1: warning: is no pair: .*\n", done.stderr)
+    assert done.returncode == 0 and re.fullmatch(r"r/notes\?\[2J:1: warning: is no pair: .*\n", done.stderr)
     assert [(pair["name"], pair["ending"]) for pair in data["pairs"]] == [
         ("e", "failed"), ("f", "failed"), ("s", "stopped"), ("a", "done"), ("b", "done")]
     level, text, line, remedy = data["pairs"][1]["notices"][0]

@@ -20,7 +20,7 @@ std::optional<RING> Footprint(const PAIR_RECORD& record) {
        {"early_az_near", "early_az_far", "late_az_far", "late_az_near"}) {
     MAP_POINT point = {record.Number(std::string(corner) + "_rg_longitude"),
                        record.Number(std::string(corner) + "_rg_latitude")};
-    if (!std::isfinite(point.longitude) || !(std::fabs(point.latitude) <= 90.0)) {
+    if (!(std::fabs(point.longitude) <= 360.0) || !(std::fabs(point.latitude) <= 90.0)) {
       return std::nullopt;
     }
     point.longitude = Beside(point.longitude, ring.empty() ? 0.0 : ring[0].longitude);

@@ -95,7 +95,7 @@ function startGraph(host, figure, key) {
     drawPoints: figure.plot !== 'bars', pointSize: isDots ? 2.5 : 2, strokeWidth: isDots ? 0 : 1.5, highlightCircleSize: 4,
     drawPointCallback: drawDot, drawHighlightPointCallback: drawDot, xRangePad: 6, yRangePad: 8, includeZero: figure.plot === 'bars',
     series: Object.fromEntries(figure.series.map((name, i) => [name, {strokePattern: i % 2 ? [6, 3] : null}])),
-    axes: {x: {pixelsPerLabel: 65, axisLabelWidth: 65}, y: {axisLabelWidth: 58, pixelsPerLabel: 36, axisLabelFormatter: (value) => String(Number(value.toPrecision(6)))}},
+    axes: {x: {pixelsPerLabel: 80, axisLabelWidth: 72}, y: {axisLabelWidth: 58, pixelsPerLabel: 36, axisLabelFormatter: (value) => String(Number(value.toPrecision(6)))}},
     highlightCallback: (event, x, points, row) => key.show(row),
     unhighlightCallback: () => key.clear(),
   };

@@ -10,7 +10,7 @@ function beside(longitude, other) {
 // The outline as [longitude, latitude], or null where a corner is missing.
 function footprintOf(pair, beside_of) {
   const ring = CORNERS.map((corner) => [numberOf(pair, `${corner}_rg_longitude`), numberOf(pair, `${corner}_rg_latitude`)]);
-  if (!ring.flat().every(isNumber)) return null;
+  if (!ring.every(([longitude, latitude]) => Math.abs(longitude ?? NaN) <= 360 && Math.abs(latitude ?? NaN) <= 90)) return null;
   const start = beside(ring[0][0], beside_of);
   return ring.map(([longitude, latitude]) => [beside(longitude, start), latitude]);
 }
@@ -32,7 +32,7 @@ class MapView {
     const latitudes = rings.flat().map((point) => point[1]);
     const [west, east] = [Math.min(...longitudes), Math.max(...longitudes)];
     const [south, north] = [Math.min(...latitudes), Math.max(...latitudes)];
-    this.shrink = Math.cos((south + north) / 2 * Math.PI / 180);
+    this.shrink = Math.max(Math.cos((south + north) / 2 * Math.PI / 180), 0.05); // a pole has no parallel
     const size = Math.max((east - west) * this.shrink, north - south, 0.2);
     this.width = width;
     this.height = Math.round(width * 0.72);
