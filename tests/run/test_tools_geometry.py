@@ -24,7 +24,7 @@ STEP = arguments(FlatEarthPolyDegree=None, log_pp=None)
 
 def tool(directory, *words, step=STEP):
     return subprocess.run([TOOLS, "geometry", *step, *words], cwd=directory, capture_output=True, text=True,
-                          check=False, stdin=subprocess.DEVNULL)
+                          check=False, stdin=subprocess.DEVNULL, timeout=60)
 
 
 def rows(directory, *words, step=STEP):
