@@ -93,6 +93,24 @@ TEST_F(PoolUpdateTest, NewKeysStandReversedAtTheEndWithTheirLastValue) {
   EXPECT_EQ(ReadFile("pool"), "l INT_32 3\n" + Entry("b", 2) + Entry("c", 3) + Entry("a", 1));
 }
 
+TEST_F(PoolUpdateTest, ALargePoolKeepsItsOrderAndRepeatedKeys) {
+  std::string before, after;
+  for (int i = 0; i < 5000; ++i) {
+    const std::string key = "k" + std::to_string(i % 4900);
+    before += Entry(key, i);
+    after += Entry(key, i == 70 || i == 4000 ? -i : i);
+  }
+  WriteFile("pool", before);
+  {
+    POOL pool("pool");
+    for (const int changed : {70, 4000}) {
+      pool.Change(("k" + std::to_string(changed)).c_str(), -changed);
+    }
+    pool.Write("new", 1);
+  }
+  EXPECT_TRUE(ReadFile("pool") == after + Entry("new", 1));
+}
+
 TEST_F(PoolUpdateTest, WaitsForAnotherUpdateAndKeepsWhatThatLeft) {
   POOL_STREAM other, third;
   other.Open("pool", POOL_STREAM::MODE::READ_WRITE);
