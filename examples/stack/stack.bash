@@ -1,7 +1,10 @@
 # What the scripts of all engines share; to be sourced.
 
-# Pairs of one task: an engine's own work on a task is worth several runs.
-[[ ${CHUNK:=25} =~ ^[1-9][0-9]*$ ]] || { echo "CHUNK must be the number of pairs of a task" >&2; exit 2; }
+# use_chunks <pairs>: sets CHUNK, the number of pairs of one task, unless the caller did: an engine's own
+# work on a task is worth many runs.
+use_chunks() {
+  [[ ${CHUNK:=$1} =~ ^[1-9][0-9]*$ ]] || refuse "CHUNK must be the number of pairs of a task"
+}
 
 # refuse <words>: a wrong call ends with one line.
 refuse() { echo "$*" >&2; exit 2; }
