@@ -81,6 +81,17 @@ bool AddTolerance(const std::string& text, DIFF_LIMITS& limits) {
   return true;
 }
 
+/// The library's own range takes what is no number, and shows three hundred digits.
+CLI::Validator Between(double low, double high) {
+  return {[=](const std::string& text) {
+            double value = 0.0;
+            const bool is_good =
+                CLI::detail::lexical_cast(text, value) && value >= low && value <= high;
+            return is_good ? std::string() : text + " is no number that is meant here";
+          },
+          "NUMBER"};
+}
+
 /// What the command "check" was given.
 struct CHECK_ARGUMENTS {
   std::vector<std::string> of_step;
@@ -101,7 +112,8 @@ void AddGeometry(CLI::App& app, tools::GEOMETRY_REQUEST& request, TOOL_STATUS& s
   CLI::App* const geometry =
       app.add_subcommand("geometry", "Tell the geometry of a run's pair at any points");
   const auto read_grid = [&request](const std::string& text) {
-    return std::string(tools::ReadGrid(text, request) ? "" : text + " is no LINESxSAMPLES");
+    return std::string(
+        tools::ReadGrid(text, request) ? "" : text + " is no LINESxSAMPLES of 2x2 or more");
   };
   CLI::Option_group* const place = geometry->add_option_group("where");
   place->add_option("--points", request.points, "File with columns line, sample and height");
@@ -111,6 +123,7 @@ void AddGeometry(CLI::App& app, tools::GEOMETRY_REQUEST& request, TOOL_STATUS& s
   geometry->add_option("--heights", request.heights, "Heights of the grid in m, as 0,500")
       ->delimiter(',')
       ->allow_extra_args(false)  // the step's arguments follow
+      ->check(Between(-1000.0, 9000.0))
       ->needs(grid);
   geometry->add_option("--format", request.format, "Without it, as FILE of --out ends, or text")
       ->check(CLI::IsMember({"text", "csv", "json", "netcdf"}));
@@ -190,7 +203,7 @@ void AddOtherImports(CLI::App& import, IMPORT_REQUESTS& requests, TOOL_STATUS& s
   pair->add_option("SLAVE", requests.pair.slave, "Scene pool")->required();
   pair->add_option("--out", requests.pair.out, "Directory to make")->required();
   pair->add_option("--height", requests.pair.height, "Of the scene above the ellipsoid in m")
-      ->check(CLI::Range(-1000.0, 9000.0))
+      ->check(Between(-1000.0, 9000.0))
       ->capture_default_str();
   const CLI::Validator section(
       [](const std::string& text) {
@@ -234,16 +247,16 @@ void AddStackPlan(CLI::App& stack, tools::PLAN_REQUEST& request, TOOL_STATUS& st
   plan->add_option("--reference", request.reference, "Date of the reference; else the best")
       ->check(date);
   plan->add_option("--height", request.height, "Of the scenes above the ellipsoid in m")
-      ->check(CLI::Range(-1000.0, 9000.0))
+      ->check(Between(-1000.0, 9000.0))
       ->capture_default_str();
   plan->add_option("--max-days", request.network.max_days, "Longest time between two scenes")
-      ->check(CLI::NonNegativeNumber);
+      ->check(Between(0.0, 1e9));
   plan->add_option("--max-baseline", request.network.max_baseline,
                    "Largest amount of the perpendicular baseline in m")
-      ->check(CLI::NonNegativeNumber);
+      ->check(Between(0.0, 1e9));
   CLI::Option_group* const kind = plan->add_option_group("network", "Without one, all pairs");
   kind->add_option("--nearest", request.network.nearest, "Each scene with the K next ones in time")
-      ->check(CLI::PositiveNumber)
+      ->check(Between(1, 1e9))
       ->each([&](const std::string&) { request.network.kind = tools::NETWORK::NEAREST; });
   kind->add_flag_callback(
       "--star", [&] { request.network.kind = tools::NETWORK::STAR; },
@@ -316,7 +329,7 @@ int Run(int count, char** arguments) {
         return std::string(AddTolerance(text, limits) ? "" : text + " is no KEY=X");
       });
   diff->add_option("--relative", limits.relative, "Largest relative difference of all numbers")
-      ->check(CLI::NonNegativeNumber);
+      ->check(Between(0.0, 1e9));
   diff->callback([&] { status = DiffPools(file, other, limits); });
 
   CLI::App* const check = pool->add_subcommand("check", "Tell every pit of the format");
@@ -345,7 +358,7 @@ int Run(int count, char** arguments) {
     return app.exit(error) == 0 ? GOOD : WRONG_USAGE;
   }
   // A full disk behind the standard output is a failure.
-  if (std::fflush(stdout) != 0) {
+  if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
     std::perror("varnoth-tools");
     return FINDINGS;
   }

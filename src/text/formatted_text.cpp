@@ -105,7 +105,7 @@ bool AddAll(TEXT_IN_PLACE& text, const char* format, ARGUMENTS& arguments) {
     if (!AddArgument(text, *format, how, arguments)) return false;
     ++format;
   }
-  return text.Add(format) && text.Add({"", 1});
+  return text.Add(format) && text.Add(std::string_view("\0", 1));
 }
 
 }  // namespace

@@ -118,7 +118,9 @@ class SETTINGS_READER {
     CheckRows();
     CheckFilesOfRun(name, status);
     CheckLevels();
-    return ReadValues();
+    STEP_SETTINGS settings = ReadValues();
+    settings.configuration_file = file.value;
+    return settings;
   }
 
  private:

@@ -25,6 +25,7 @@ struct STEP_SETTINGS {
   SETTING log_pool;
   SETTING degree;
   SETTING height;  ///< of the whole scene, instead of the InSAR pool's
+  std::string configuration_file;
 };
 
 /// Finds what the step would find: in its arguments (without the program's name), in its

@@ -84,7 +84,8 @@ void TellGaps(const GAPS& gaps, const GEOMETRY_REQUEST& request, std::size_t cou
 /// Whether the file to write is one that is only read.
 bool IsInput(const GEOMETRY_REQUEST& request, const LOADED_PAIR& pair) {
   const std::string files[] = {request.points, pair.pools.scene[MASTER].file,
-                               pair.pools.scene[SLAVE].file, pair.pools.insar.file};
+                               pair.pools.scene[SLAVE].file, pair.pools.insar.file,
+                               pair.configuration_file};
   std::error_code error;
   return std::any_of(std::begin(files), std::end(files), [&](const std::string& file) {
     return std::filesystem::equivalent(request.out, file, error);

@@ -48,6 +48,7 @@ bool LoadPair(const std::vector<std::string>& arguments, LOADED_PAIR& pair) {
   static const std::set<std::string> USED = {"MasterPar", "SlavePar", "ParameterPool",
                                              "LocalHeight", "pcf"};
   std::erase_if(findings, [](const FINDING& finding) { return !USED.contains(finding.key); });
+  pair.configuration_file = settings.configuration_file;
   auto pools = OpenPools(settings, findings);
   bool is_loaded = false;
   if (pools && std::none_of(findings.begin(), findings.end(), IsError)) {

@@ -12,6 +12,7 @@ namespace varnoth::tools {
 /// The pair of a run, as the run takes it.
 struct LOADED_PAIR {
   STEP_POOLS pools;
+  std::string configuration_file;
   varnoth::SCENE scene;
   double look_direction = 0.0;  ///< -1 left, +1 right
 };

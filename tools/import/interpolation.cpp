@@ -20,7 +20,8 @@ std::optional<INTERPOLATION> FindInterpolation(const std::string& text) {
   INTERPOLATION found{text, text.starts_with("everett"), 1};
   if (found.needs_even_epochs) {
     if (order % 2 != 0) return std::nullopt;
-    found.vectors_beyond = std::max<std::size_t>(static_cast<std::size_t>(order) / 2, 1);
+    // Order 2k takes the differences of k samples on each side of the two around a time.
+    found.vectors_beyond = static_cast<std::size_t>(order) / 2 + 1;
   } else if (text.starts_with("local")) {
     found.vectors_beyond = (static_cast<std::size_t>(count) + 1) / 2;
   } else if (text.starts_with("spline")) {

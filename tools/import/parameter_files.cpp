@@ -16,7 +16,7 @@ TOOL_STATUS Import(const PARAMETERS_REQUEST& request, SCENE (*read)(const SOURCE
     scene = read(ReadSource(request.source));
     if (interpolation.empty()) interpolation = UsualInterpolation(scene);
     FinishScene(scene, *FindInterpolation(interpolation));
-    return GOOD;
+    return IsWrongUsage("", request.out, scene.inputs) ? WRONG_USAGE : GOOD;
   });
   if (status != GOOD) return status;
   return WithFailuresTold(request.out, [&] {

@@ -115,6 +115,7 @@ SCENE ReadPrm(const SOURCE_FILE& source) {
   }
   std::filesystem::path led = prm.Text("led_file");
   if (led.is_relative()) led = path.parent_path() / led;
+  scene.inputs.push_back(led.string());
   scene.orbit = ReadLed(ReadSource(led.string()), scene.warnings);
   return scene;
 }

@@ -58,6 +58,7 @@ struct SCENE {
   SOURCED<double> center_latitude;           ///< degrees
 
   STATE_VECTORS orbit;
+  std::vector<std::string> inputs;    ///< files that were read besides the source
   std::vector<std::string> warnings;  ///< for the screen and the pool's comment
 };
 

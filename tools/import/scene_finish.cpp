@@ -45,6 +45,14 @@ void SettleCentre(SCENE& scene) {
   scene.warnings.emplace_back(text);
 }
 
+bool IsWithin(const std::string& file, const std::string& folder) {
+  namespace fs = std::filesystem;
+  std::error_code ignored;
+  const fs::path whole = fs::weakly_canonical(file, ignored);
+  const fs::path above = fs::weakly_canonical(folder, ignored);
+  return std::mismatch(above.begin(), above.end(), whole.begin(), whole.end()).first == above.end();
+}
+
 double LargestOf(const std::vector<VECTOR_3>& gaps) {
   double largest = 0.0;
   for (const VECTOR_3& gap : gaps) largest = std::max(largest, Norm(gap));
@@ -99,12 +107,12 @@ void MeasureVelocities(SCENE& scene) {
 }
 
 std::string UsualInterpolation(const SCENE& scene) {
-  constexpr std::size_t NEEDED = 4;
+  const std::size_t needed = FindInterpolation("everett_8")->vectors_beyond;
   constexpr std::size_t FEW = 12;  // a polynomial through more would swing
   CheckScene(scene);               // for the time of the last line
   STATE_VECTORS vectors = scene.orbit;
   const COVERAGE coverage = CoverageOf(vectors, scene.first_line.value, LastLine(scene));
-  const bool is_covered = coverage.ahead >= NEEDED && coverage.behind >= NEEDED;
+  const bool is_covered = coverage.ahead >= needed && coverage.behind >= needed;
   if (is_covered && MoveOntoGrid(vectors)) return "everett_8";
   return vectors.epoch.size() <= FEW ? "polynom" : "localpolynom_0_9";
 }
@@ -132,8 +140,9 @@ bool IsWrongUsage(const std::string& interpolation, const std::string& out,
                   const std::vector<std::string>& inputs) {
   std::error_code ignored;
   for (const std::string& input : inputs) {
-    if (!std::filesystem::equivalent(out, input, ignored)) continue;
-    Tell(out, 1, SEVERITY::ERROR, "is an input");
+    const bool is_within = std::filesystem::is_directory(input, ignored) && IsWithin(out, input);
+    if (!is_within && !std::filesystem::equivalent(out, input, ignored)) continue;
+    Tell(out, 1, SEVERITY::ERROR, is_within ? "lies within an input" : "is an input");
     return true;
   }
   if (interpolation.empty() || FindInterpolation(interpolation)) return false;

@@ -21,6 +21,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr const char* FAILED = "failed";
+constexpr const char* STOPPED = "stopped";
+
 [[noreturn]] void FailBySystem(const std::string& what) {
   throw std::runtime_error(what + ": " + std::strerror(errno));
 }
@@ -44,6 +47,16 @@ std::string FindProgram() {
     if (fs::is_regular_file(place) && access(place.c_str(), X_OK) == 0) return fs::absolute(place);
   }
   throw std::runtime_error("there is no program " + word);
+}
+
+/// The name that a pair's results will have, beside those of other pairs and the kept logs.
+std::string NameOf(const std::string& pair) {
+  const std::string name = fs::absolute(pair + "/.").lexically_normal().parent_path().filename();
+  if (name == FAILED || name == STOPPED) {
+    throw std::runtime_error("no pair can have the name of the directory of the " + name + " ones");
+  }
+  if (name.starts_with('.')) throw std::runtime_error("a pair's name can't begin with a point");
+  return name;
 }
 
 /// A pair's copy. While its process lives it holds a lock, so that only what a killed one left is
@@ -110,18 +123,25 @@ constexpr int STOP_REQUESTED = 2;
 }  // namespace
 
 PAIR_RUNNER::PAIR_RUNNER(const std::string& place) : program(FindProgram()) {
-  fs::create_directories(place);
-  results = fs::canonical(place);
+  results = fs::weakly_canonical(place);
 }
 
 PAIR_END PAIR_RUNNER::Run(const std::string& pair) {
-  if (!fs::exists(pair + "/insar.pool"))
+  if (!fs::exists(pair + "/insar.pool")) {
     throw std::runtime_error("is no pair: it has no insar.pool");
-  const std::string name = fs::absolute(pair + "/.").lexically_normal().parent_path().filename();
+  }
+  const std::string name = NameOf(pair);
   const fs::path source = fs::canonical(pair);
   const std::string target = fs::weakly_canonical(results + "/" + name).string() + "/";
   if (target.starts_with(source.string() + "/")) {
     throw std::runtime_error("results in " + results + " would replace it");
+  }
+  if (!taken.insert(name).second) {
+    throw std::runtime_error("another pair of this call has the name " + name);
+  }
+  std::error_code no_directory;
+  if (!fs::create_directories(results, no_directory) && no_directory) {
+    throw std::runtime_error("no directory " + results + ": " + no_directory.message());
   }
   const WORK_DIRECTORY copy(results, name);
   const std::string& work = copy.Path();
@@ -133,12 +153,13 @@ PAIR_END PAIR_RUNNER::Run(const std::string& pair) {
   }
   const int status = signals.Run(program, ARGUMENTS, work);
   if (signals.Pending() != 0) return PAIR_END::INTERRUPTED;
-  for (const char* kind : {"/failed/", "/stopped/"}) {
-    fs::remove(results + kind + name + ".log", ignored);
+  for (const char* kind : {FAILED, STOPPED}) {
+    fs::remove(results + "/" + kind + "/" + name + ".log", ignored);
   }
   // The last update fails with a word in the log only.
-  if (status != 0 || !FirstAlarm(work + "/log.varnoth").text.empty())
-    return Keep(work, name, status);
+  const bool is_done = status == 0 && fs::exists(work + "/OK.varnoth") &&
+                       FirstAlarm(work + "/log.varnoth").text.empty();
+  if (!is_done) return Keep(work, name, status);
   Place(work, name);
   return PAIR_END::DONE;
 }
@@ -163,17 +184,17 @@ void PAIR_RUNNER::Place(const std::string& work, const std::string& name) const 
 
 PAIR_END PAIR_RUNNER::Keep(const std::string& work, const std::string& name, int status) const {
   const bool is_stopped = status == STOP_REQUESTED;
-  const std::string kept = results + (is_stopped ? "/stopped" : "/failed");
+  const std::string kept = results + "/" + (is_stopped ? STOPPED : FAILED);
   const std::string log = work + "/log.varnoth";
   if (!fs::exists(log)) std::ofstream{log};
   fs::create_directories(kept);
   const std::string file = kept + "/" + name + ".log";
   fs::rename(log, file);
   const ALARM_LINE alarm = FirstAlarm(file);
-  Tell(
-      file, alarm.number, is_stopped ? SEVERITY::WARNING : SEVERITY::ERROR,
-      name + ": " +
-          (is_stopped ? "stop requested" : "status " + std::to_string(status) + ": " + alarm.text));
+  const std::string reason = alarm.text.empty() ? "no ALARM line in the log" : alarm.text;
+  Tell(file, alarm.number, is_stopped ? SEVERITY::WARNING : SEVERITY::ERROR,
+       name + ": " +
+           (is_stopped ? "stop requested" : "status " + std::to_string(status) + ": " + reason));
   return is_stopped ? PAIR_END::STOPPED : PAIR_END::FAILED;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <set>
 #include <string>
 
 #include "tools/stack/child.hpp"
@@ -14,12 +15,13 @@ enum class PAIR_END { DONE, FAILED, STOPPED, INTERRUPTED };
 /// killed process is removed.
 class PAIR_RUNNER {
  public:
-  /// Makes the directory of the results. Throws std::runtime_error where it can't, or where there
+  /// The directory of the results is made for the first pair. Throws std::runtime_error where there
   /// is no program: the variable VARNOTH names it, else varnoth on the path.
   explicit PAIR_RUNNER(const std::string& results);
 
-  /// Tells why a pair is not done. Throws std::runtime_error for what is no pair, for results that
-  /// would replace it, and for a failure of the file system.
+  /// Tells why a pair is not done. Throws std::runtime_error for what is no pair, for a name that
+  /// its results can't have, for results that would replace it, and for a failure of the file
+  /// system.
   PAIR_END Run(const std::string& pair);
 
   const HELD_SIGNALS& Signals() const { return signals; }
@@ -31,6 +33,7 @@ class PAIR_RUNNER {
   HELD_SIGNALS signals;
   std::string results;
   std::string program;
+  std::set<std::string> taken;  ///< names of the pairs so far
 };
 
 }  // namespace varnoth::tools

@@ -55,7 +55,7 @@ struct LOG_OUTLET {
 struct LOG_OUTLETS {
   LOG_OUTLET screen{.sink = TEXT_SINK(1)};
   LOG_OUTLET file;
-  std::string_view prefix = "";
+  std::string_view prefix;
 
   /// Begins a line: "LABEL : word : ".
   void AppendHead(TEXT_SINK& sink, int level) const;
