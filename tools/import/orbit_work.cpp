@@ -68,7 +68,7 @@ COVERAGE CoverageOf(const STATE_VECTORS& orbit, const MOMENT& first, const MOMEN
 
 void CutToScene(STATE_VECTORS& orbit, const MOMENT& first, const MOMENT& last,
                 const INTERPOLATION& interpolation) {
-  constexpr std::size_t SPARE = 3;
+  constexpr std::size_t SPARE = 2;
   constexpr std::size_t LEAST = 7;
   const std::size_t kept = std::max(interpolation.vectors_beyond + SPARE, LEAST);
   const std::size_t count = orbit.epoch.size();
