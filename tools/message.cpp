@@ -6,8 +6,14 @@ namespace varnoth {
 
 namespace {
 
-/// A text as a terminal may show it: what stands in a broken file or in its name could be control
-/// characters.
+std::string Cut(std::string text) {
+  constexpr std::size_t LIMIT = 500;
+  if (text.size() > LIMIT) text.replace(LIMIT, text.npos, "...");
+  return text;
+}
+
+}  // namespace
+
 std::string Printable(std::string text) {
   for (std::size_t i = 0; i < text.size(); ++i) {
     const auto byte = static_cast<unsigned char>(text[i]);
@@ -19,14 +25,6 @@ std::string Printable(std::string text) {
   }
   return text;
 }
-
-std::string Cut(std::string text) {
-  constexpr std::size_t LIMIT = 500;
-  if (text.size() > LIMIT) text.replace(LIMIT, text.npos, "...");
-  return text;
-}
-
-}  // namespace
 
 std::string Message(const std::string& file, std::size_t line, SEVERITY severity,
                     const std::string& text) {

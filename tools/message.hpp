@@ -14,6 +14,9 @@ enum class SEVERITY { WARNING, ERROR };
 /// What concerns a file as a whole stands at line 1.
 /// Control characters appear as "?", and a long text is cut.
 void Tell(const std::string& file, std::size_t line, SEVERITY severity, const std::string& text);
+/// A text as a terminal may show it: what stands in a foreign file could be control characters,
+/// which become "?".
+std::string Printable(std::string text);
 /// The same line, with its end, to be written later.
 std::string Message(const std::string& file, std::size_t line, SEVERITY severity,
                     const std::string& text);

@@ -11,11 +11,11 @@ refuse() { echo "$*" >&2; exit 2; }
 
 # need_programs: exports VARNOTH and VARNOTH_TOOLS, the programs' whole paths.
 need_programs() {
-  local variable program
+  local variable name program
   for variable in VARNOTH VARNOTH_TOOLS; do
-    program=${!variable:-}
-    [ -n "$program" ] || { [ $variable = VARNOTH ] && program=varnoth || program=varnoth-tools; }
-    program=$(command -v "$program") || refuse "there is no program ${!variable:-of that name}: install it or set $variable"
+    name=varnoth
+    [ $variable = VARNOTH ] || name=varnoth-tools
+    program=$(command -v "${!variable:-$name}") || refuse "there is no program ${!variable:-$name}: install it or set $variable"
     declare -gx "$variable=$(realpath "$program")"
   done
 }

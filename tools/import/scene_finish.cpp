@@ -157,14 +157,15 @@ void TellScene(const SCENE& scene, const std::string& interpolation, const std::
   if (scene.absolute_orbit.value > 0) {
     what += ", orbit " + std::to_string(scene.absolute_orbit.value);
   }
-  std::printf(
-      "%s: %s, %s, %lld lines, %lld samples, from %s\n%s: %zu vectors of %s, by %s\n", out.c_str(),
-      scene.name.value.c_str(), what.c_str(), static_cast<long long>(scene.line_count.value),
-      static_cast<long long>(scene.sample_count.value), IsoTime(scene.first_line.value).c_str(),
-      out.c_str(), scene.orbit.epoch.size(), scene.orbit.source.c_str(), interpolation.c_str());
-  for (const std::string& remark : scene.orbit.remarks) {
-    std::printf("%s: %s\n", out.c_str(), remark.c_str());
-  }
+  const auto print = [&](const std::string& text) {
+    std::printf("%s: %s\n", Printable(out).c_str(), Printable(text).c_str());
+  };
+  print(scene.name.value + ", " + what + ", " + std::to_string(scene.line_count.value) +
+        " lines, " + std::to_string(scene.sample_count.value) + " samples, from " +
+        IsoTime(scene.first_line.value));
+  print(std::to_string(scene.orbit.epoch.size()) + " vectors of " + scene.orbit.source + ", by " +
+        interpolation);
+  for (const std::string& remark : scene.orbit.remarks) print(remark);
 }
 
 }  // namespace varnoth::tools
