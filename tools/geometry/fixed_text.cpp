@@ -52,7 +52,7 @@ void AppendFixed(std::string& text, double value, int decimals) {
   const std::uint64_t power = POWERS[decimals];
   auto whole = static_cast<std::uint64_t>(amount);
   const double rest = amount - static_cast<double>(whole);
-  auto fraction = static_cast<std::uint64_t>(rest * static_cast<double>(power) + 0.5);
+  auto fraction = static_cast<std::uint64_t>(std::llround(rest * static_cast<double>(power)));
   if (fraction == power) {
     fraction = 0;
     ++whole;

@@ -51,7 +51,7 @@ std::string FindProgram() {
 
 /// The name that a pair's results will have, beside those of other pairs and the kept logs.
 std::string NameOf(const std::string& pair) {
-  const std::string name = fs::absolute(pair + "/.").lexically_normal().parent_path().filename();
+  std::string name = fs::absolute(pair + "/.").lexically_normal().parent_path().filename();
   if (name == FAILED || name == STOPPED) {
     throw std::runtime_error("no pair can have the name of the directory of the " + name + " ones");
   }
@@ -122,8 +122,8 @@ constexpr int STOP_REQUESTED = 2;
 
 }  // namespace
 
-PAIR_RUNNER::PAIR_RUNNER(const std::string& place) : program(FindProgram()) {
-  results = fs::weakly_canonical(place);
+PAIR_RUNNER::PAIR_RUNNER(const std::string& where) : program(FindProgram()) {
+  results = fs::weakly_canonical(where);
 }
 
 PAIR_END PAIR_RUNNER::Run(const std::string& pair) {

@@ -17,7 +17,7 @@ class PAIR_RUNNER {
  public:
   /// The directory of the results is made for the first pair. Throws std::runtime_error where there
   /// is no program: the variable VARNOTH names it, else varnoth on the path.
-  explicit PAIR_RUNNER(const std::string& results);
+  explicit PAIR_RUNNER(const std::string& where);
 
   /// Tells why a pair is not done. Throws std::runtime_error for what is no pair, for a name that
   /// its results can't have, for results that would replace it, and for a failure of the file

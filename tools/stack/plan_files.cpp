@@ -54,7 +54,7 @@ constexpr std::string_view COMMAS[] = {",", ",", ","};
 
 void PutScene(NUMBER_TEXT& out, const PLAN& plan, std::size_t i) {
   const STACK_SCENE& scene = plan.stack.scenes[i];
-  out << "{\"date\":\"" << scene.date << "\",\"file\":" << Quoted(scene.file)
+  out << R"({"date":")" << scene.date << R"(","file":)" << Quoted(scene.file)
       << ",\"name\":" << Quoted(scene.scene.name.value)
       << ",\"days\":" << DaysOf(plan.stack, {plan.reference, i});
   PutBaseline(out, BaselineOf(plan.stack, {plan.reference, i}), JSON_NAMES);
@@ -62,8 +62,8 @@ void PutScene(NUMBER_TEXT& out, const PLAN& plan, std::size_t i) {
 }
 
 void PutPair(NUMBER_TEXT& out, const PLAN& plan, const STACK_PAIR& pair) {
-  out << "{\"master\":\"" << plan.stack.scenes[pair.master].date << "\",\"slave\":\""
-      << plan.stack.scenes[pair.slave].date << "\",\"days\":" << DaysOf(plan.stack, pair);
+  out << R"({"master":")" << plan.stack.scenes[pair.master].date << R"(","slave":")"
+      << plan.stack.scenes[pair.slave].date << R"(","days":)" << DaysOf(plan.stack, pair);
   PutBaseline(out, BaselineOf(plan.stack, pair), JSON_NAMES);
   out << "}";
 }
@@ -116,7 +116,7 @@ class NETWORK_PICTURE {
   }
 
   std::string Text() {
-    out << "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 " << std::int64_t{WIDTH} << " "
+    out << R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 )" << std::int64_t{WIDTH} << " "
         << std::int64_t{HEIGHT}
         << "\" font-family=\"sans-serif\" font-size=\"13\">\n<title>Network of "
         << Count(scenes.size()) << " scenes and " << Count(plan.pairs.size())
@@ -138,10 +138,12 @@ class NETWORK_PICTURE {
 
   void DrawTicks() {
     const double step = TickStep(highest - lowest);
-    for (double value = std::ceil(lowest / step) * step; value <= highest; value += step) {
+    const auto last = static_cast<int>(std::floor(highest / step));
+    for (auto tick = static_cast<int>(std::ceil(lowest / step)); tick <= last; ++tick) {
+      const double value = tick * step;
       const double at = y->Place(value);
-      out << "<path stroke=\"#ddd\" d=\"M" << LEFT << " " << at << "H" << RIGHT
-          << "\"/><text text-anchor=\"end\" x=\"" << LEFT - 8 << "\" y=\"" << at + 4 << "\">"
+      out << R"(<path stroke="#ddd" d="M)" << LEFT << " " << at << "H" << RIGHT
+          << R"("/><text text-anchor="end" x=")" << LEFT - 8 << "\" y=\"" << at + 4 << "\">"
           << static_cast<std::int64_t>(std::lround(value)) << "</text>\n";
     }
     out << "<text transform=\"translate(18 " << (TOP + BOTTOM) / 2
@@ -156,11 +158,11 @@ class NETWORK_PICTURE {
     for (std::size_t i = 0; i < scenes.size(); ++i) {
       if (X(i) < free) continue;
       free = X(i) + ROOM;
-      out << "<path stroke=\"#888\" d=\"M" << X(i) << " " << BOTTOM << "v6\"/><text text-anchor=\""
+      out << R"(<path stroke="#888" d="M)" << X(i) << " " << BOTTOM << "v6\"/><text text-anchor=\""
           << (X(i) + ROOM / 2 > WIDTH ? "end" : "middle") << "\" x=\"" << X(i) << "\" y=\""
           << BOTTOM + 22 << "\">" << scenes[i].date << "</text>\n";
     }
-    out << "<path stroke=\"#888\" d=\"M" << LEFT << " " << BOTTOM << "H" << RIGHT << "\"/>\n";
+    out << R"(<path stroke="#888" d="M)" << LEFT << " " << BOTTOM << "H" << RIGHT << "\"/>\n";
   }
 
   void DrawPairs() {
@@ -169,7 +171,7 @@ class NETWORK_PICTURE {
           << Count(plan.pairs.size()) << " pairs, too many to draw</text>\n";
       return;
     }
-    out << "<path stroke=\"#0072b2\" stroke-opacity=\"0.6\" fill=\"none\" d=\"";
+    out << R"(<path stroke="#0072b2" stroke-opacity="0.6" fill="none" d=")";
     for (const STACK_PAIR& pair : plan.pairs) {
       out << "M" << X(pair.master) << " " << Y(pair.master) << "L" << X(pair.slave) << " "
           << Y(pair.slave);
@@ -202,7 +204,7 @@ class NETWORK_PICTURE {
 std::string PlanJson(const PLAN& plan) {
   const GROUND_POINT& point = plan.stack.point;
   NUMBER_TEXT out;
-  out << "{\"reference\":\"" << plan.stack.scenes[plan.reference].date
+  out << R"({"reference":")" << plan.stack.scenes[plan.reference].date
       << "\",\n\"connected\":" << (plan.parts.size() == 1 ? "true" : "false")
       << ",\n\"point\":{\"longitude\":" << Quoted(point.longitude)
       << ",\"latitude\":" << Quoted(point.latitude) << ",\"height\":" << plan.stack.height
