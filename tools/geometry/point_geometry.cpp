@@ -69,7 +69,6 @@ POINT_GEOMETRY::POINT_GEOMETRY(const LOADED_PAIR& pair)
   const SCENE_ORBIT* const sources[] = {&scene.master_orbit, &scene.slave_orbit};
   const double first[] = {scene.master_first_az_time, scene.slave_first_az_time};
   const double last[] = {scene.master_last_az_time, scene.slave_last_az_time};
-  is_faithful = true;
   for (const ROLE role : {MASTER, SLAVE}) {
     auto core =
         std::make_unique<ORBIT_PIECES>(*sources[role], first[role] - MARGIN, last[role] + MARGIN);

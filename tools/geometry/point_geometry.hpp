@@ -28,7 +28,7 @@ class POINT_GEOMETRY {
  private:
   const varnoth::SCENE& scene;
   double look_direction;
-  bool is_faithful = false;  ///< whether the pieces give all digits
+  bool is_faithful = true;  ///< whether the pieces give all digits
   const ORBIT_PIECES* pieces[2] = {};
   SCENE_ORBIT orbits[2];  ///< on the pieces
 };

@@ -54,9 +54,11 @@ MOMENT SATELLITE_PATH::ClosestTo(const VECTOR_3& place) const {
   return Later(first, std::llround(SecondsClosestTo(place) * MICROSECONDS_OF_SECOND));
 }
 
-SATELLITE_STATE SATELLITE_PATH::StateClosestTo(const VECTOR_3& place) const {
+SATELLITE_STATE SATELLITE_PATH::StateClosestTo(const VECTOR_3& place, MOMENT& time) const {
+  const double seconds = SecondsClosestTo(place);
+  time = Later(first, std::llround(seconds * MICROSECONDS_OF_SECOND));
   SATELLITE_STATE state{};
-  GetState(orbit, SecondsClosestTo(place), state);
+  GetState(orbit, seconds, state);
   return state;
 }
 

@@ -16,8 +16,8 @@ class SATELLITE_PATH {
   SATELLITE_STATE At(const MOMENT& moment) const;
   /// At the least distance from a place, to the microsecond, not beyond the vectors.
   MOMENT ClosestTo(const VECTOR_3& place) const;
-  /// The state there, not rounded to a microsecond.
-  SATELLITE_STATE StateClosestTo(const VECTOR_3& place) const;
+  /// The state there, not rounded to a microsecond; sets the time, which is.
+  SATELLITE_STATE StateClosestTo(const VECTOR_3& place, MOMENT& time) const;
 
  private:
   double SecondsClosestTo(const VECTOR_3& place) const;

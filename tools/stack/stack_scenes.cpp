@@ -130,8 +130,8 @@ class STACK_READER {
     const VECTOR_3 place = ToVector(point.position);
     for (READ_SCENE& read : scenes) {
       const SCENE& scene = read.out.scene;
-      read.out.view = ViewOf(read.path->StateClosestTo(place), place);
-      const MOMENT time = read.path->ClosestTo(place);
+      MOMENT time;
+      read.out.view = ViewOf(read.path->StateClosestTo(place, time), place);
       read.out.line = 1e-6 *
                       static_cast<double>(MicrosecondsBetween(scene.first_line.value, time)) *
                       scene.line_rate.value;
