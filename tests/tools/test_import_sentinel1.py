@@ -11,14 +11,12 @@ import signal
 import subprocess
 import zipfile
 from datetime import datetime, timedelta
-from pathlib import Path
 
 import pytest
 
 import make
-from varnoth_run import BINARY, Run, run
+from varnoth_run import TOOLS, Run, run
 
-TOOLS = Path(os.environ.get("VARNOTH_TOOLS_BINARY", BINARY.parents[2] / "tools" / "varnoth-tools"))
 pytestmark = pytest.mark.skipif(not TOOLS.exists(), reason="varnoth-tools is not built")
 A, B, LIGHT = 6378137.0, 6356752.314245, 299792458.0
 CIRCLE = make.Circle()

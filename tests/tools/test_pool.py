@@ -5,13 +5,11 @@ import os
 import resource
 import signal
 import subprocess
-from pathlib import Path
 
 import pytest
 
-from varnoth_run import BINARY, EXAMPLES, Run
+from varnoth_run import EXAMPLES, TOOLS, Run
 
-TOOLS = Path(os.environ.get("VARNOTH_TOOLS_BINARY", BINARY.parents[2] / "tools" / "varnoth-tools"))
 pytestmark = pytest.mark.skipif(not TOOLS.exists(), reason="varnoth-tools is not built")
 VECTOR = "v FLT_15_V {}\n {{\n  1\n  2.5E+00\n }}\n\nlast INT_32 1\n"
 MATRIX = "m INT_16_M 1 2 3 2\n {{\n  {{\n   1\n   2\n  }}\n  {{\n   3\n{}   4\n  }}\n }}\n"

@@ -5,14 +5,12 @@ import os
 import re
 import shutil
 import subprocess
-from pathlib import Path
 
 import pytest
 
-import test_tools_import_sentinel1 as sentinel1
-from varnoth_run import BINARY, EXAMPLES, make
+import test_import_sentinel1 as sentinel1
+from varnoth_run import BINARY, EXAMPLES, TOOLS, make
 
-TOOLS = Path(os.environ.get("VARNOTH_TOOLS_BINARY", BINARY.parents[2] / "tools" / "varnoth-tools"))
 pytestmark = pytest.mark.skipif(not TOOLS.exists(), reason="varnoth-tools is not built")
 ROOT = EXAMPLES.parent
 PAGE = (ROOT / "docs" / "man" / "varnoth-tools.1.scd").read_text()

@@ -14,9 +14,8 @@ import pytest
 
 import browser
 import make
-from varnoth_run import BINARY, EXAMPLES, Pair, arguments, run
+from varnoth_run import EXAMPLES, TOOLS, Pair, arguments, run
 
-TOOLS = Path(os.environ.get("VARNOTH_TOOLS_BINARY", BINARY.parents[2] / "tools" / "varnoth-tools"))
 pytestmark = pytest.mark.skipif(not TOOLS.exists(), reason="varnoth-tools is not built")
 needs_browser = pytest.mark.skipif(browser.PROGRAM is None, reason="there is no chromium: scripts/report_check installs it")
 REMEDIES = (EXAMPLES.parent / "docs" / "troubleshooting.md").read_text()

@@ -6,14 +6,12 @@ import math
 import os
 import re
 import subprocess
-from pathlib import Path
 
 import pytest
 
-import test_tools_import_sentinel1 as sentinel1
-from varnoth_run import BINARY, EXAMPLES, Pair, Run, make, run
+import test_import_sentinel1 as sentinel1
+from varnoth_run import BINARY, EXAMPLES, TOOLS, Pair, Run, make, run
 
-TOOLS = Path(os.environ.get("VARNOTH_TOOLS_BINARY", BINARY.parents[2] / "tools" / "varnoth-tools"))
 pytestmark = pytest.mark.skipif(not TOOLS.exists(), reason="varnoth-tools is not built")
 LIGHT = 299792458.0
 EXAMPLE = make.Example(kind="utc")

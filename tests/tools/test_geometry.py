@@ -4,7 +4,6 @@ import csv
 import io
 import json
 import math
-import os
 import random
 import re
 import shutil
@@ -14,11 +13,10 @@ from pathlib import Path
 import pytest
 
 import make
-from varnoth_run import BINARY, EXAMPLES, Pair, arguments, run
+from varnoth_run import EXAMPLES, TOOLS, Pair, arguments, run
 
-TOOLS = Path(os.environ.get("VARNOTH_TOOLS_BINARY", BINARY.parents[2] / "tools" / "varnoth-tools"))
 pytestmark = pytest.mark.skipif(not TOOLS.exists(), reason="varnoth-tools is not built")
-TRUTH = json.loads((Path(__file__).parent / "expected" / "real_pair_truth.json").read_text())
+TRUTH = json.loads((Path(__file__).parents[1] / "run" / "expected" / "real_pair_truth.json").read_text())
 STEP = arguments(FlatEarthPolyDegree=None, log_pp=None)
 
 

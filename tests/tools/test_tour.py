@@ -10,10 +10,9 @@ from pathlib import Path
 import pytest
 
 import make
-import test_tools_import_sentinel1 as sentinel1
-from varnoth_run import BINARY
+import test_import_sentinel1 as sentinel1
+from varnoth_run import BINARY, TOOLS
 
-TOOLS = Path(os.environ.get("VARNOTH_TOOLS_BINARY", BINARY.parents[2] / "tools" / "varnoth-tools"))
 pytestmark = pytest.mark.skipif(not TOOLS.exists(), reason="varnoth-tools is not built")
 README = (Path(__file__).parents[2] / "README.md").read_text()
 

@@ -3,16 +3,13 @@
 import csv
 import json
 import math
-import os
 import subprocess
 from datetime import date, timedelta
-from pathlib import Path
 
 import pytest
 
-from varnoth_run import BINARY
+from varnoth_run import TOOLS
 
-TOOLS = Path(os.environ.get("VARNOTH_TOOLS_BINARY", BINARY.parents[2] / "tools" / "varnoth-tools"))
 pytestmark = pytest.mark.skipif(not TOOLS.exists(), reason="varnoth-tools is not built")
 
 EARTH, HEIGHT, ORBIT, LIGHT, TURN = 6370e3, 130.0, 7070e3, 299792458.0, 1.07e-3  # m, m, m, m/s, rad/s

@@ -5,14 +5,12 @@ import math
 import os
 import re
 import subprocess
-from pathlib import Path
 
 import pytest
 
 import make
-from varnoth_run import BINARY, EXAMPLES, Pair, arguments, run
+from varnoth_run import EXAMPLES, TOOLS, Pair, arguments, run
 
-TOOLS = Path(os.environ.get("VARNOTH_TOOLS_BINARY", BINARY.parents[2] / "tools" / "varnoth-tools"))
 pytestmark = pytest.mark.skipif(not TOOLS.exists(), reason="varnoth-tools is not built")
 
 

@@ -1,0 +1,1 @@
+from pair_fixtures import pair, ready  # noqa: F401
