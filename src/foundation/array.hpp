@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <concepts>
 #include <cstddef>
 #include <memory>
 #include <new>
@@ -38,6 +39,18 @@ class ARRAY {
   ARRAY(const ARRAY& other) : ARRAY() {
     if (Make(other.range, false) != ARRAY_OK) throw "ARRAY : can not copy array";
     std::copy_n(other.data, other.range.Count(), data);
+  }
+  /// Takes the elements over. A view's elements are not its own, so a SUB_ARRAY is copied.
+  template <std::same_as<ARRAY> SAME>
+  ARRAY(SAME&& other)
+  noexcept  // NOLINT(google-explicit-constructor): moves
+      : ARRAY() {
+    Swap(other);
+  }
+  template <std::same_as<ARRAY> SAME>
+  ARRAY& operator=(SAME&& other) noexcept {
+    Swap(other);
+    return *this;
   }
   ARRAY& operator=(const ARRAY& other) {
     if (this == &other) return *this;
@@ -100,9 +113,7 @@ class ARRAY {
     const int result = resized.Make(wanted, false);
     if (result != ARRAY_OK) return result;
     std::copy_n(data, std::min(range.Count(), wanted.Count()), resized.data);
-    std::swap(range, resized.range);
-    std::swap(data, resized.data);
-    std::swap(raw, resized.raw);
+    Swap(resized);
     return ARRAY_OK;
   }
   /// Like `Resize`, but throws `failure`, ERROR_NO_MEMORY by default, if that fails.
@@ -117,6 +128,11 @@ class ARRAY {
   bool raw = false;
 
  private:
+  void Swap(ARRAY& other) {
+    std::swap(range, other.range);
+    std::swap(data, other.data);
+    std::swap(raw, other.raw);
+  }
   /// Whether the count isn't negative and the last index leaves room for a loop to count past it.
   static bool IsValid(const RANGE<int>& wanted) {
     const long long last = static_cast<long long>(wanted.First()) + wanted.Count() - 1;

@@ -20,9 +20,10 @@ std::unique_ptr<char[]> Allocate(std::size_t size) {
 
 STRING::STRING(const char* source) : STRING(source, source != nullptr ? std::strlen(source) : 0) {}
 
-STRING::STRING(const char* source, std::size_t length)
-    : text(Allocate(length + 1)), size(length + 1) {
-  if (length > 0) std::memcpy(text.get(), source, length);
+STRING::STRING(const char* source, std::size_t length) : size(length + 1) {
+  if (length == 0) return;
+  text = Allocate(size);
+  std::memcpy(text.get(), source, length);
   text[length] = '\0';
 }
 
@@ -31,10 +32,11 @@ STRING& STRING::operator=(const STRING& other) {
   return *this;
 }
 
-STRING& STRING::operator=(const char* source) {
-  STRING copy(source);
-  text.swap(copy.text);
-  size = copy.size;
+STRING& STRING::operator=(const char* source) { return *this = STRING(source); }
+
+STRING& STRING::operator=(STRING&& other) noexcept {
+  std::swap(text, other.text);
+  std::swap(size, other.size);
   return *this;
 }
 
@@ -57,12 +59,16 @@ void STRING::CheckIndex(std::size_t index) const {
 
 char& STRING::operator[](std::size_t index) {
   CheckIndex(index);
+  if (text == nullptr) {
+    text = Allocate(1);
+    text[0] = '\0';
+  }
   return text[index];
 }
 
 char STRING::operator[](std::size_t index) const {
   CheckIndex(index);
-  return text[index];
+  return c_str()[index];
 }
 
 }  // namespace varnoth

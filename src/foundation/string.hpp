@@ -3,27 +3,33 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <utility>
 
 namespace varnoth {
 
 /// A text value with exact allocation and deep copy. The text is never a null pointer; a null
-/// argument counts as the empty text. Throws ERROR_NO_MEMORY if an allocation fails.
+/// argument counts as the empty text, which needs no memory. Throws ERROR_NO_MEMORY if an
+/// allocation fails.
 ///
 ///     const STRING mark = STRING("OK.") + "varnoth";
 ///     if (mark == "OK.varnoth") std::puts(mark.c_str());
 class STRING {
  public:
-  STRING() : STRING("") {}
+  STRING() = default;
   STRING(const char* source);  // NOLINT(google-explicit-constructor): a text is a STRING
   /// The `length` characters from `source` on; a null source needs length 0.
   STRING(const char* source, std::size_t length);
   STRING(const STRING& other) : STRING(other.c_str(), other.Length()) {}
+  /// Leaves the empty text behind.
+  STRING(STRING&& other)
+  noexcept : text(std::move(other.text)), size(std::exchange(other.size, 1)) {}
   /// Assignment takes the text up to its terminator.
   STRING& operator=(const STRING& other);
   STRING& operator=(const char* source);
+  STRING& operator=(STRING&& other) noexcept;
   ~STRING() = default;
 
-  const char* c_str() const { return text.get(); }
+  const char* c_str() const { return text != nullptr ? text.get() : ""; }
   std::size_t Length() const { return size - 1; }
   bool IsEmpty() const { return size == 1; }
 
@@ -42,8 +48,8 @@ class STRING {
   bool Equals(const STRING& other) const;
   void CheckIndex(std::size_t index) const;
 
-  std::unique_ptr<char[]> text;
-  std::uint64_t size = 1;  ///< length and terminator
+  std::unique_ptr<char[]> text;  ///< null, or one character, for the empty text
+  std::uint64_t size = 1;        ///< length and terminator
 };
 
 }  // namespace varnoth

@@ -166,13 +166,15 @@ inline int EVERETT<T>::Interval(T x, T& r, T& s) const {
 template <class T>
 template <class TERM, class ADD>
 void EVERETT<T>::ForEachDifference(T r, T s, int i, ADD add) const {
-  const T* const* const row = differences.Rows();
+  const T* difference = Values(i);
+  const int next_order = differences.GetColumnRange().Count();
   TERM right(r);
   TERM left(s);
   for (int k = 1; k <= half; ++k) {
     right.Raise(static_cast<T>(k));
     left.Raise(static_cast<T>(k));
-    add(right, row[k][i + 1], left, row[k][i]);
+    difference += next_order;
+    add(right, difference[1], left, difference[0]);
   }
 }
 
@@ -181,8 +183,8 @@ T EVERETT<T>::GetY(T x) const {
   T r;
   T s;
   const int i = Interval(x, r, s);
-  const T* const values = differences.Rows()[0];
-  T y = values[i + 1] * r + values[i] * s;
+  const T* const values = Values(i);
+  T y = values[1] * r + values[0] * s;
   ForEachDifference<EVERETT_TERM<T>>(r, s, i, [&](auto& right, T b, auto& left, T a) {
     y += b * right.Coefficient() + a * left.Coefficient();
   });
@@ -194,8 +196,8 @@ T EVERETT<T>::GetDerivedY(T x) const {
   T r;
   T s;
   const int i = Interval(x, r, s);
-  const T* const values = differences.Rows()[0];
-  T dy = values[i + 1] - values[i];
+  const T* const values = Values(i);
+  T dy = values[1] - values[0];
   if (half == 0) return dy / dx;
   ForEachDifference<EVERETT_DERIVATIVES<T>>(r, s, i, [&](auto& right, T b, auto& left, T a) {
     dy += right.First() * b - left.First() * a;

@@ -61,6 +61,8 @@ class EVERETT : public INTERPOLATION<T, POINT<T>> {
   /// The last interval with enough samples to its right. Even without differences its right end
   /// must be a sample.
   int RightBound() const { return last - std::max(half, 1); }
+  /// The samples from index i on: the first row of the table.
+  const T* Values(int i) const { return differences.GetBlock() + (i - first); }
   /// Calls add(right, b, left, a) for every order of differences: the TERM objects of the
   /// interval's right and left end, each followed by the difference there.
   template <class TERM, class ADD>

@@ -55,16 +55,6 @@ bool IsSameFile(const char* one, const char* other) {
          of_one.st_dev == of_other.st_dev && of_one.st_ino == of_other.st_ino;
 }
 
-/// Appends the rest of a file; false if it can't be read or written completely.
-bool AppendContent(int from, TEXT_SINK& to) {
-  char block[8192];
-  ssize_t count = 0;
-  while ((count = Restarted([&] { return ::read(from, block, sizeof block); })) > 0) {
-    to.Append({block, static_cast<std::size_t>(count)});
-  }
-  return to.Flush() && count == 0;
-}
-
 }  // namespace
 
 LOG_LEVEL LogLevelFromName(const char* name) {
@@ -80,15 +70,15 @@ LOG::LOG() {
   SetPrefix("global");
   start_time = std::time(nullptr);
   for (const char* directory : {"/tmp/", "/var/tmp/", "./"}) {
-    const std::string path = CreateTemporaryFile(directory, "log.");
-    if (path.empty()) {
-      ScreenFailure("can not open logging file: ", std::string(directory) + "log.");
-    } else if (open_file(path.c_str(), "global", DEBUG, DEBUG)) {
-      return;
-    } else {
-      unlink(path.c_str());
+    const TEMPORARY_FILE made = CreateTemporaryFile(directory, "log.", O_APPEND);
+    if (made.descriptor >= 0) {
+      outlets.file.sink.Open(made.descriptor);
+      file_path = made.path;
+      break;
     }
+    ScreenFailure("can not open logging file: ", std::string(directory) + "log.");
   }
+  SetLevels(DEBUG, DEBUG);
 }
 
 LOG::~LOG() {
@@ -234,14 +224,15 @@ void LOG::change_file(const char* path) {
   file_path = path;
   if (!had_file) return;
 
-  const int old = OpenDescriptor(old_path.c_str(), O_RDONLY);
+  const int old = OpenAtOnce(old_path.c_str(), O_RDONLY);
   if (old < 0) {
     ScreenFailure(" can not reopen tmp logging file: ", old_path);
     return;
   }
-  const bool is_whole = AppendContent(old, outlets.file.sink);
+  TEXT_SINK& sink = outlets.file.sink;
+  const bool is_read = ReadAll(old, [&](std::string_view block) { sink.Append(block); });
   CloseDescriptor(old);
-  if (!is_whole) {
+  if (!sink.Flush() || !is_read) {
     ScreenFailure(" can not copy tmp logging file: ", old_path);
     return;
   }

@@ -96,8 +96,9 @@ bool ENTRY_READER::IsKeyLine() const {
 
 bool ENTRY_READER::FindKey(const char* key) {
   Rewind();
-  while (NextLine()) {
-    if (line[0] == *key && IsKeyLine() && std::strcmp(ReadKey(), key) == 0) return true;
+  const std::string_view wanted = key;
+  for (stream.SkipLines(*key); NextLine(); stream.SkipLines(*key)) {
+    if (line.starts_with(wanted) && IsKeyLine() && ReadKey() == wanted) return true;
   }
   return false;
 }

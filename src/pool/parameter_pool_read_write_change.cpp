@@ -101,15 +101,14 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::update() {
     throw CORRUPTED_PARAMETER_POOL();
   }
   const std::string pattern = TemporaryPattern(file_name.c_str());
-  const std::string created = CreateUniqueFile(pattern);
-  if (created.empty()) LogSystemError(errno);
-  const std::string temporary_name = created.empty() ? pattern : created;
+  const TEMPORARY_FILE created = CreateUniqueFile(pattern);
+  if (created.descriptor < 0) LogSystemError(errno);
+  const std::string temporary_name = created.path.empty() ? pattern : created.path;
   {
     GlobalLog.set(DEBUG) << "open pool: " << temporary_name << "\n";
     POOL_STREAM temporary;
-    // Without a file of our own, opening the name could follow a link that somebody else put
-    // there.
-    if (created.empty() || !temporary.Open(temporary_name.c_str(), POOL_STREAM::MODE::READ_WRITE)) {
+    temporary.Take(created.descriptor);
+    if (!temporary.IsOpen()) {
       for (int told = 0; told < 2; ++told) {  // once for the opening, once for its caller
         GlobalLog.set(ALARM) << "can not open parameter file " << temporary_name << "\n";
       }

@@ -21,15 +21,20 @@ constexpr char END_BYTE = '\xFF';
 }  // namespace
 
 bool POOL_STREAM::Open(const char* path, MODE mode) {
-  Close();
   const int flags = mode == MODE::READ     ? O_RDONLY
                     : mode == MODE::CREATE ? O_RDWR | O_CREAT
                                            : O_RDWR;
+  Close();
   // A pipe is no pool: don't wait for its other end.
-  descriptor = OpenAtOnce(path, flags);
+  Take(OpenAtOnce(path, flags));
+  return IsOpen();
+}
+
+void POOL_STREAM::Take(int open_descriptor) {
+  Close();
+  descriptor = open_descriptor;
   write_failed = false;
   Rewind();
-  return IsOpen();
 }
 
 bool POOL_STREAM::Close() {
@@ -95,6 +100,19 @@ std::string_view POOL_STREAM::NextLine() {
     block_position = block_length;
     return {block, block_length};
   }
+}
+
+void POOL_STREAM::SkipLines(char first) {
+  if (may_hold_cr || at_end) return;
+  const char* start = block + block_position;
+  const char* const end = block + block_length;
+  while (start != end && *start != first) {
+    const auto room = std::min(static_cast<std::size_t>(end - start), LINE_LIMIT);
+    const void* const line_end = std::memchr(start, '\n', room);
+    if (line_end == nullptr) break;
+    start = static_cast<const char*>(line_end) + 1;
+  }
+  block_position = static_cast<std::size_t>(start - block);
 }
 
 std::string POOL_STREAM::ReadRest() {

@@ -31,6 +31,8 @@ class POOL_STREAM {
   };
   /// Closes an open file and opens another; false, with errno set, on failure.
   bool Open(const char* path, MODE mode);
+  /// Closes an open file and takes over the descriptor of another one, for reading and writing.
+  void Take(int open_descriptor);
   bool IsOpen() const { return descriptor >= 0; }
   int Descriptor() const { return descriptor; }
   /// Flushes and closes. False if closing, or any write since the opening, failed; true if nothing
@@ -45,6 +47,9 @@ class POOL_STREAM {
   /// the file, or a failed read, ends the line with the byte 0xFF and sets `AtEnd`; later calls
   /// give empty lines. The bytes are valid until the next read.
   std::string_view NextLine();
+  /// Passes over lines that start with another byte: cheaper than reading them. Stops where the
+  /// next line starts with `first`, and at the latest where more of the file must be read.
+  void SkipLines(char first);
   /// All bytes up to the end of the file; sets `AtEnd`.
   std::string ReadRest();
   /// Whether a read reached the end of the file, or failed, since the last `Rewind`.

@@ -1,6 +1,6 @@
 #include "system/temporary_file.hpp"
 
-#include <unistd.h>
+#include <fcntl.h>
 
 #include <cstdlib>
 
@@ -10,29 +10,28 @@ namespace varnoth {
 
 namespace {
 
-std::string CreateIn(std::string directory, const char* prefix) {
+TEMPORARY_FILE CreateIn(std::string directory, const char* prefix, int flags) {
   while (directory.size() > 1 && directory.back() == '/') directory.pop_back();
-  return CreateUniqueFile(directory + "/" + prefix + "XXXXXX");
+  return CreateUniqueFile(directory + "/" + prefix + "XXXXXX", flags);
 }
 
 }  // namespace
 
-std::string CreateUniqueFile(const std::string& pattern) {
-  std::string path;
-  const int descriptor = Restarted([&] {
-    path = pattern;  // a failed try may leave other characters
-    return mkstemp(path.data());
+TEMPORARY_FILE CreateUniqueFile(const std::string& pattern, int flags) {
+  TEMPORARY_FILE file;
+  file.descriptor = Restarted([&] {
+    file.path = pattern;  // a failed try may leave other characters
+    return mkostemp(file.path.data(), flags | O_CLOEXEC);
   });
-  if (descriptor < 0) return {};
-  ::close(descriptor);
-  return path;
+  if (file.descriptor < 0) file.path.clear();
+  return file;
 }
 
-std::string CreateTemporaryFile(const char* directory, const char* prefix) {
+TEMPORARY_FILE CreateTemporaryFile(const char* directory, const char* prefix, int flags) {
   if (const char* preferred = secure_getenv("TMPDIR"); preferred != nullptr && *preferred != '\0') {
-    if (std::string path = CreateIn(preferred, prefix); !path.empty()) return path;
+    if (TEMPORARY_FILE file = CreateIn(preferred, prefix, flags); !file.path.empty()) return file;
   }
-  return CreateIn(directory, prefix);
+  return CreateIn(directory, prefix, flags);
 }
 
 }  // namespace varnoth

@@ -9,7 +9,6 @@
 #include <cstring>
 
 #include "foundation/errors.hpp"
-#include "system/file_access.hpp"
 #include "system/signal_safe/descriptor.hpp"
 #include "system/temporary_file.hpp"
 #include "text/formatted_text.hpp"
@@ -41,15 +40,13 @@ void AppendCell(std::string& line, const std::string& text, char alignment, int 
 }  // namespace
 
 LOG_TABLE::LOG_TABLE() {
-  const std::string path = CreateTemporaryFile("/tmp/", "table_");
-  file_name = path.empty() ? "/tmp/table_0815" : path.c_str();
-  // Open only a file made for this table: the default name may be somebody else's file.
-  if (!path.empty()) file.Open(OpenDescriptor(path.c_str(), O_WRONLY));
-  if (!file.IsOpen()) {
+  const TEMPORARY_FILE made = CreateTemporaryFile("/tmp/", "table_");
+  file_name = made.path.empty() ? "/tmp/table_0815" : made.path.c_str();
+  if (made.descriptor < 0) {
     GlobalLog.set(EXCEPTION) << "LOG_TABLE: can not open tmp file: " << file_name << "\n";
-    if (!path.empty()) unlink(path.c_str());
     throw "can not write to /tmp";
   }
+  file.Open(made.descriptor);
 }
 
 LOG_TABLE::~LOG_TABLE() {
@@ -100,16 +97,15 @@ void LOG_TABLE::set_second_rule(char fill, char cross) {
 }
 
 std::string LOG_TABLE::ReadBack() const {
-  const OWNED_FILE reader = OpenStream(file_name.c_str(), O_RDONLY);
-  if (reader == nullptr) {
+  const int reader = OpenAtOnce(file_name.c_str(), O_RDONLY);
+  if (reader < 0) {
     GlobalLog.set(EXCEPTION) << "LOG_TABLE: can not open tmp file: " << file_name << "\n";
     throw "can not open tmp file";
   }
   std::string text;
-  char block[4096];
-  std::size_t count = 0;
-  while ((count = std::fread(block, 1, sizeof block, reader.get())) > 0) text.append(block, count);
-  if (std::ferror(reader.get()) != 0) {
+  const bool is_whole = ReadAll(reader, [&](std::string_view block) { text += block; });
+  CloseDescriptor(reader);
+  if (!is_whole) {
     GlobalLog.set(EXCEPTION) << "LOG_TABLE: can not read tmp file: " << file_name << "\n";
     throw "can not read tmp file";
   }

@@ -11,7 +11,8 @@ namespace {
 
 constexpr mode_t NEW_FILE = 0666;
 
-int OpenToReplace(const char* path) {
+/// Also gives the size of the file.
+int OpenToReplace(const char* path, off_t& size) {
   constexpr int FLAGS = O_WRONLY | O_CREAT | O_NOFOLLOW;
   const int descriptor = OpenAtOnce(path, FLAGS);
   if (descriptor < 0 && errno != ELOOP && errno != ENXIO) return descriptor;
@@ -19,10 +20,12 @@ int OpenToReplace(const char* path) {
     struct stat status {};
     const bool is_foreign =
         ::fstat(descriptor, &status) == 0 && (!S_ISREG(status.st_mode) || status.st_nlink > 1);
+    size = status.st_size;
     if (!is_foreign) return descriptor;
     ::close(descriptor);
   }
   ::unlink(path);
+  size = 0;
   return OpenAtOnce(path, FLAGS | O_EXCL);
 }
 
@@ -52,13 +55,15 @@ bool TakesBytes(int descriptor) {
 bool CloseDescriptor(int descriptor) { return ::close(descriptor) == 0 || errno == EINTR; }
 
 bool ReplaceFile(const char* path, std::string_view text) {
-  const int descriptor = OpenToReplace(path);
+  off_t size = 0;
+  const int descriptor = OpenToReplace(path, size);
   if (descriptor < 0) return false;
   // Cut the length after writing the bytes, so that an existing file is never empty.
+  const auto wanted = static_cast<off_t>(text.size());
   std::size_t written = 0;
   const bool complete =
       WriteAll(descriptor, text.data(), text.size(), written) &&
-      Restarted([&] { return ::ftruncate(descriptor, static_cast<off_t>(text.size())); }) == 0;
+      (size <= wanted || Restarted([&] { return ::ftruncate(descriptor, wanted); }) == 0);
   return CloseDescriptor(descriptor) && complete;
 }
 

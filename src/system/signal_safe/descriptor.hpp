@@ -1,6 +1,7 @@
 #pragma once
 
 #include <sys/types.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstddef>
@@ -40,6 +41,18 @@ bool WriteAllBy(WRITE write, const char* bytes, std::size_t size, std::size_t& w
 
 /// The same by write(2).
 bool WriteAll(int descriptor, const char* bytes, std::size_t size, std::size_t& written);
+
+/// Hands the rest of a file, block by block, to `take(std::string_view)`; false, with errno set, if
+/// it can't be read.
+template <class TAKE>
+bool ReadAll(int descriptor, TAKE take) {
+  char block[8192];
+  ssize_t count = 0;
+  while ((count = Restarted([&] { return ::read(descriptor, block, sizeof block); })) > 0) {
+    take(std::string_view(block, static_cast<std::size_t>(count)));
+  }
+  return count == 0;
+}
 
 /// Whether the descriptor takes a line now, without waiting.
 bool TakesBytes(int descriptor);
