@@ -36,6 +36,9 @@ TEST(Array, AListOfTextsEndsAtItsLastTextAndAViewOwnsNothing) {
   view.Attach(texts, {7, 2}, 1);
   view.SetFirstIndex(4);
   EXPECT_EQ(view.GetBase() + 5, texts.GetBase() + 2);
+  const ARRAY<STRING> copy = std::move(view);
+  EXPECT_NE(copy.begin(), texts.begin() + 1);
+  EXPECT_EQ(copy.begin()[1], "c");
 }
 
 TEST(String, MayBeMadeOfItselfAndEndsAtItsTerminator) {
@@ -47,6 +50,12 @@ TEST(String, MayBeMadeOfItselfAndEndsAtItsTerminator) {
   EXPECT_THROW(text[5], std::out_of_range);
   text = static_cast<const char*>(nullptr);
   EXPECT_TRUE(text.IsEmpty());
+  text[0] = '\0';
+  EXPECT_STREQ(text.c_str(), "");
+  STRING source("abc");
+  text = STRING(std::move(source));
+  EXPECT_EQ(text + source, "abc");
+  EXPECT_TRUE(source.IsEmpty());
   const ARRAY<STRING> pieces = Split(" one, two,", ", ");
   EXPECT_EQ(pieces.GetRange(), RANGE<int>(0, 2));
   EXPECT_EQ(pieces.GetBase()[0] + pieces.GetBase()[1], "onetwo");

@@ -17,6 +17,7 @@ TEST_F(LoggedTest, SamplesFromMemoryGiveTheCurveInACopyTooAndRefusalsKeepTheForm
     SCENE_ORBIT orbit, copy;
     orbit.SetSamples(interpolation, t, positions, velocities);
     EXPECT_THROW(orbit.SetSamples("hermite", t, positions), ERROR_ARGUMENT);
+    EXPECT_NE(TakeLines().find("ALARM ORBIT: "), std::string::npos);
     EXPECT_THROW(orbit.SetSamples("spline", t.subspan(1), positions), ERROR_ARGUMENT);
     EXPECT_THROW(orbit.SetSamples("polynom", t.first(1), {&positions[0], 1}), ERROR_ARGUMENT);
     for (const double wrong : {36600.0, double{INFINITY}, double{NAN}}) {

@@ -89,6 +89,8 @@ TEST_F(EntryTest, KeysAndNumbersAreRead) {
   EXPECT_EQ(Read<int>(hundred + "y INT_32 5\n", hundred), 5) << "a key is cut at 100 bytes";
   EXPECT_EQ(Read<STRING>("k STR " + long_text + "b\n").Length(), 1018);
   EXPECT_EQ(Read<int>("other " + long_text + "k INT_32 5\n"), 5);
+  EXPECT_EQ(Read<int>("a\nother " + long_text + "k INT_32 5\n"), 5) << "passed over, not read";
+  EXPECT_EQ(Read<int>("a\nother\rk INT_32 5\n"), 5);
   EXPECT_EQ(Read<int>("k INT_32\r\n"), 0);
   EXPECT_EQ(Read<double>("k FLT_15 2.5"), 2.5) << "beside the mark of the file's end";
   EXPECT_EQ(Read<double>("k FLT_15\n"), 0.0);
@@ -170,6 +172,7 @@ TEST_F(EntryTest, AnIncompleteKeyLineIsRefused) {
   Fails<int, INVALID>(Full("INT_32"), "no parameter value in file");
   Fails<COMPLEX<double>, INVALID>(Full("CPL_15 1"), "no imaginary part in CPL_6");
   Fails<RANGE<float>>(Full("FLT_6_FLT_6 1"), "no second coordinate");
+  Fails<INDEX<int, int>>(Full("IDX_INT_32 1"), "no value");
   Fails<TUPLE<STRING>, INVALID>(Full("STR_STR \"a\""),
                                 "no correct string tuple format (missing >>\"<< ?)");
   Fails<INTS, INVALID>(Full("INT_32_V 0"), "no correct range for VECTOR or MATRIX");

@@ -74,6 +74,7 @@ TEST_F(MissionElapsedTimeTest, ATextFillsTheFieldsUpToTheFault) {
     scanner.Scan("-9/9:9:9.999999");
     EXPECT_EQ(ThrownText([&, text = input] { scanner.Parse(text); }), fault);
     EXPECT_EQ(scanner.values, values) << input;
+    EXPECT_EQ(scanner.Scan(input), std::string_view(fault) == "nothing thrown") << input;
   }
 }
 
