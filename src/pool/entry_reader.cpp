@@ -1,7 +1,6 @@
 #include "pool/entry_reader.hpp"
 
 #include <algorithm>
-#include <cctype>
 #include <cerrno>
 #include <cmath>
 #include <cstdlib>
@@ -17,6 +16,7 @@ namespace {
 
 bool IsLineEnd(char byte) { return byte == '\n' || byte == '\r'; }
 bool IsBlank(char byte) { return byte == ' ' || byte == '\t'; }
+bool IsDigit(char byte) { return byte >= '0' && byte <= '9'; }
 
 /// Type words in the messages on a block's opening: for a missing token and for a wrong one.
 struct OPENING_WORDS {
@@ -50,15 +50,21 @@ OPENING_WORDS MatrixWords() {
 /// out of range.
 long long ScanInteger(const char* token) { return std::strtoll(token, nullptr, 10); }
 
+/// Passes over blanks, of which the lines of blocks have many, but leaves some of them.
+const char* PassIndent(const char* start, const char* end) {
+  constexpr char BLANKS[] = "        ";
+  constexpr int WIDTH = sizeof BLANKS - 1;
+  while (end - start >= WIDTH && std::memcmp(start, BLANKS, WIDTH) == 0) start += WIDTH;
+  return start;
+}
+
 /// The number at the start of a token, in any form that scanf reads. A token that starts with no
 /// number gives 0; users of the format rely on this for missing values.
 double ScanFloating(const char* token, std::size_t length) {
   double number = 0.0;
   // Nearly all tokens are plain decimal numbers; reading them without scanf is faster.
-  const bool starts_plainly =
-      std::isdigit(static_cast<unsigned char>(*token)) != 0 || *token == '-';
   const char* const end = token + length;
-  if (starts_plainly && std::isdigit(static_cast<unsigned char>(end[-1])) != 0) {
+  if ((IsDigit(*token) || *token == '-') && IsDigit(end[-1])) {
     const auto [stop, error] = ScanNumber(token, end, number);
     if (stop == end && error == std::errc()) return number;
     number = 0.0;
@@ -114,11 +120,7 @@ const char* ENTRY_READER::ReadKey() {
 
 bool ENTRY_READER::NextToken() {
   const char* const end = line.data() + line.size();
-  const char* start = line.data() + position;
-  // The indents of blocks are long.
-  constexpr char BLANKS[] = "        ";
-  constexpr int WIDTH = sizeof BLANKS - 1;
-  while (end - start >= WIDTH && std::memcmp(start, BLANKS, WIDTH) == 0) start += WIDTH;
+  const char* start = PassIndent(line.data() + position, end);
   while (start < end && (IsBlank(*start) || *start == '\r')) ++start;
   token_start = static_cast<std::size_t>(start - line.data());
   if (token_start >= LINE_LIMIT) {
@@ -185,6 +187,20 @@ void ENTRY_READER::ParseFloating(T& value) {
                                   TypeRow(POOL_ELEMENT<T>::SCALAR).name, " expected\n");
   }
   value = static_cast<T>(number);
+}
+
+template <class T>
+bool ENTRY_READER::ParsePlainLine(T& value) const {
+  const char* const end = line.data() + line.size();
+  const char* start = PassIndent(line.data(), end);
+  while (start != end && IsBlank(*start)) ++start;
+  double number = 0.0;
+  const auto [stop, error] = ScanNumber(start, end, number);
+  if (error != std::errc() || stop == end || !(IsBlank(*stop) || IsLineEnd(*stop))) return false;
+  // The comparison is quiet: a NaN must not trap.
+  if (!std::islessequal(std::fabs(number), std::numeric_limits<T>::max())) return false;
+  value = static_cast<T>(number);
+  return true;
 }
 
 void ENTRY_READER::Parse(float& value) { ParseFloating(value); }
@@ -288,6 +304,9 @@ void ENTRY_READER::ParseBlock(X* elements, const RANGE<int>& range) {
     const long long index = static_cast<long long>(range.First()) + i;
     if (!NextLine()) {
       Fail<ERROR_PARAMETER_POOL>(" << no value for index ", index, " due to end of file\n");
+    }
+    if constexpr (std::is_floating_point_v<X>) {
+      if (ParsePlainLine(elements[i])) continue;
     }
     if (!NextToken()) Fail<ERROR_PARAMETER_POOL>(" << no value for index ", index, "\n");
     Parse(elements[i]);

@@ -97,6 +97,10 @@ class ENTRY_READER {
   void ParseInteger(T& value);
   template <class T>
   void ParseFloating(T& value);
+  /// Reads a line that has a plain decimal number and at most blanks ahead of it, as most lines of
+  /// blocks, without making the number the token; false for any other line.
+  template <class T>
+  bool ParsePlainLine(T& value) const;
   template <class T>
   void ParseSecond(T& first, T& second);
   RANGE<int> ParseRange();

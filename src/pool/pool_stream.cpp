@@ -103,16 +103,23 @@ std::string_view POOL_STREAM::NextLine() {
 }
 
 void POOL_STREAM::SkipLines(char first) {
-  if (may_hold_cr || at_end) return;
-  const char* start = block + block_position;
-  const char* const end = block + block_length;
-  while (start != end && *start != first) {
-    const auto room = std::min(static_cast<std::size_t>(end - start), LINE_LIMIT);
-    const void* const line_end = std::memchr(start, '\n', room);
-    if (line_end == nullptr) break;
-    start = static_cast<const char*>(line_end) + 1;
+  if (may_hold_cr || at_end || block_position == block_length) return;
+  // Look for the byte instead of for line ends: in numbers it is rare.
+  const std::string_view rest(block + block_position, block_length - block_position);
+  std::size_t found = rest.front() == first ? 0 : rest.find(first);
+  std::size_t line_start = 0;
+  for (; found != 0 && found != rest.npos; found = rest.find(first, found + 1)) {
+    if (rest[found - 1] == '\n') break;
+    if (found - line_start < LINE_LIMIT) continue;
+    line_start = rest.rfind('\n', found) + 1;
+    // A piece of a line that is too long could start here: NextLine has to cut it.
+    if (found - line_start >= LINE_LIMIT) {
+      found = line_start;
+      break;
+    }
   }
-  block_position = static_cast<std::size_t>(start - block);
+  if (found == rest.npos) found = rest.rfind('\n') + 1;
+  block_position += found;
 }
 
 std::string POOL_STREAM::ReadRest() {

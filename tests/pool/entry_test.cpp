@@ -1,3 +1,4 @@
+#include <bit>
 #include <cfenv>
 
 #include "pool/parameter_pool_read_write_change.hpp"
@@ -104,6 +105,20 @@ TEST_F(EntryTest, KeysAndNumbersAreRead) {
   EXPECT_EQ(fedisableexcept(TRAPS), traps);
   EXPECT_EQ(fetestexcept(TRAPS), 0);
   EXPECT_NE(nan, nan);
+}
+
+TEST_F(EntryTest, AWordInABlockIsReadAsOneBehindAKey) {
+  for (const std::string word : {"-1.5e3", "1.5D3", "0x10", "12,5", "7}", "+3", ".5", "-.5", "5.",
+                                 "x1", "-", "--1", "-nan", "1e-999", "\t5\t6", "5\t"}) {
+    const auto [type, words] = std::pair("k FLT_15_V 7 1\n{\n  ", word + "\n}\n");
+    EXPECT_EQ(std::bit_cast<long>(Read<NUMBERS>(type + words).GetBase()[7]),
+              std::bit_cast<long>(Read<double>("k FLT_15 " + word + "\n")))
+        << word;
+  }
+  for (const std::string word : {"1e999", "-1e39", "inf"}) {
+    EXPECT_THROW(Read<ARRAY<float>>("k FLT_6_V 0 1\n{\n" + word + "\n}\n"),
+                 PARAMETER_OUT_OF_BOUNDS);
+  }
 }
 
 TEST_F(EntryTest, TextsAndBlocksAreRead) {
