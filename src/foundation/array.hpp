@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <climits>
-#include <concepts>
 #include <cstddef>
 #include <memory>
 #include <new>
@@ -17,6 +16,9 @@ namespace varnoth {
 /// What the sizing operations of ARRAY return. ARRAY_BAD_RANGE stands for a negative count and for
 /// a last index that a loop could not count past.
 enum ARRAY_RESULT : int { ARRAY_OK = 0, ARRAY_NO_MEMORY = 2, ARRAY_BAD_RANGE = 3 };
+
+template <class X>
+class SUB_ARRAY;
 
 /// An array with a free first index, which is part of its value: `GetBase()[i]` is element i, with
 /// i from `GetFirstIndex()` to `GetLastIndex()`. Copies are deep. Element access is not checked.
@@ -40,18 +42,15 @@ class ARRAY {
     if (Make(other.range, false) != ARRAY_OK) throw "ARRAY : can not copy array";
     std::copy_n(other.data, other.range.Count(), data);
   }
-  /// Takes the elements over. A view's elements are not its own, so a SUB_ARRAY is copied.
-  template <std::same_as<ARRAY> SAME>
-  ARRAY(SAME&& other)
-  noexcept  // NOLINT(google-explicit-constructor): moves
-      : ARRAY() {
-    Swap(other);
-  }
-  template <std::same_as<ARRAY> SAME>
-  ARRAY& operator=(SAME&& other) noexcept {
+  ARRAY(ARRAY&& other) noexcept : ARRAY() { Swap(other); }
+  ARRAY& operator=(ARRAY&& other) noexcept {
     Swap(other);
     return *this;
   }
+  /// A view's elements are not its own to give: these copy them.
+  ARRAY(SUB_ARRAY<X>&& view)  // NOLINT(google-explicit-constructor): as a move
+  : ARRAY(std::as_const(view)) {}
+  ARRAY& operator=(SUB_ARRAY<X>&& view) { return *this = std::as_const(view); }
   ARRAY& operator=(const ARRAY& other) {
     if (this == &other) return *this;
     if (Resize(other.range) != ARRAY_OK) throw "ARRAY : can not copy array";

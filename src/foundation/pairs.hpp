@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 #include "foundation/string.hpp"
 
 namespace varnoth {
@@ -19,8 +21,8 @@ template <>
 class TUPLE<STRING> {
  public:
   TUPLE() = default;
-  TUPLE(const STRING& first_text, const STRING& second_text)
-      : first(first_text), second(second_text) {}
+  TUPLE(STRING first_text, STRING second_text)
+      : first(std::move(first_text)), second(std::move(second_text)) {}
   TUPLE(const TUPLE&) = default;
   TUPLE& operator=(const TUPLE&) = default;
   virtual ~TUPLE() = default;

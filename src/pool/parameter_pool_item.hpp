@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 
 #include "foundation/array.hpp"
 #include "foundation/string.hpp"
@@ -24,7 +25,7 @@ class POOL_VALUE {
 template <class V>
 class POOL_VALUE_OF : public POOL_VALUE {
  public:
-  explicit POOL_VALUE_OF(const V& source) : value(source) {}
+  explicit POOL_VALUE_OF(V source) : value(std::move(source)) {}
   std::unique_ptr<POOL_VALUE> Copy() const override {
     return std::make_unique<POOL_VALUE_OF>(value);
   }
