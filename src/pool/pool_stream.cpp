@@ -123,12 +123,14 @@ void POOL_STREAM::SkipLines(char first) {
 }
 
 std::string POOL_STREAM::ReadRest() {
+  const long long size = Size();
   std::string rest;
-  rest.reserve(static_cast<std::size_t>(Size()));
+  rest.reserve(static_cast<std::size_t>(size));
   do {
     rest.append(block + block_position, block_length - block_position);
     block_position = block_length;
-  } while (!at_end && FillBlock());
+  } while (read_offset != size && !at_end && FillBlock());
+  at_end = true;
   return rest;
 }
 
