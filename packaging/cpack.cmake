@@ -25,6 +25,13 @@ their interpolation, geolocation, times with leap seconds, a log.")
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME varnoth-tools)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
+# varnoth-tools loads the netCDF library by itself, where dpkg-shlibdeps does not see it.
+find_program(DPKG_QUERY dpkg-query)
+if(DPKG_QUERY AND NETCDF)
+  file(REAL_PATH ${NETCDF} netcdf_file)
+  execute_process(COMMAND ${DPKG_QUERY} -S ${netcdf_file} OUTPUT_VARIABLE netcdf_owner ERROR_QUIET)
+  string(REGEX MATCH "^[^:]+" CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${netcdf_owner}")
+endif()
 set(CPACK_COMPONENT_TOOLS_DESCRIPTION
 "A companion of varnoth: imports the annotation and orbit files of radar
 scenes, checks a run before it starts, and shows, compares and changes pools.")

@@ -226,6 +226,14 @@ def test_failures(ready, name):
     assert {p.name: (p.read_bytes(), p.stat().st_mtime_ns) for p in ready.iterdir()} == before
 
 
+def test_without_the_netcdf_library(ready):
+    name = re.search(rb"libnetcdf[.\w]+", TOOLS.read_bytes())[0].decode()
+    (ready / name).touch()
+    done = subprocess.run([TOOLS, "geometry", *STEP, "--grid", "2x2", "--out", "x.nc"], cwd=ready, check=False, text=True,
+                          capture_output=True, env={"LD_LIBRARY_PATH": str(ready)})
+    assert done.returncode == 1 and f"x.nc:1: error: netCDF files need the library {name}: " in done.stderr
+
+
 def test_full_disk(ready):
     with open("/dev/full", "w") as full:
         done = subprocess.run([TOOLS, "geometry", *STEP, "--grid", "99x99", "--format", "csv"], cwd=ready, stdout=full,

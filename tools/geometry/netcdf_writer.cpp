@@ -1,9 +1,8 @@
-#include <netcdf.h>
-
 #include <cmath>
 #include <cstring>
 #include <stdexcept>
 
+#include "tools/geometry/netcdf_library.hpp"
 #include "tools/geometry/writer.hpp"
 #include "tools/whole_file.hpp"
 
@@ -11,35 +10,31 @@ namespace varnoth::tools {
 
 namespace {
 
-void Check(int status) {
-  if (status != NC_NOERR) throw std::runtime_error(nc_strerror(status));
-}
-
 class NETCDF_WRITER final : public GEOMETRY_WRITER {
  public:
   NETCDF_WRITER(const LOADED_PAIR& loaded, const POINT_SOURCE& source, const std::string& name)
       : pair(loaded), points(source), grid(source.Grid()), file(name) {}
   ~NETCDF_WRITER() override {
-    if (id >= 0) nc_abort(id);
+    if (id >= 0) library.nc_abort(id);
   }
   NETCDF_WRITER(const NETCDF_WRITER&) = delete;
   NETCDF_WRITER& operator=(const NETCDF_WRITER&) = delete;
 
   void Begin() override {
-    Check(nc_create(file.Temporary().c_str(), NC_CLOBBER | NC_64BIT_OFFSET, &id));
+    Check(library.nc_create(file.Temporary().c_str(), NC_CLOBBER | NC_64BIT_OFFSET, &id));
     int old_mode = 0;
-    Check(nc_set_fill(id, NC_NOFILL, &old_mode));
+    Check(library.nc_set_fill(id, NC_NOFILL, &old_mode));
     DescribePair();
     if (grid != nullptr) {
       DefineGrid();
     } else {
       DefinePoints();
     }
-    Check(nc_enddef(id));
+    Check(library.nc_enddef(id));
     if (grid == nullptr) return;
-    Check(nc_put_var_double(id, variables[0], grid->lines.data()));
-    Check(nc_put_var_double(id, variables[1], grid->samples.data()));
-    Check(nc_put_var_double(id, variables[2], grid->heights.data()));
+    Check(library.nc_put_var_double(id, variables[0], grid->lines.data()));
+    Check(library.nc_put_var_double(id, variables[1], grid->samples.data()));
+    Check(library.nc_put_var_double(id, variables[2], grid->heights.data()));
   }
 
   void Format(const std::vector<ROW>& /*rows*/, std::size_t /*first*/,
@@ -62,23 +57,26 @@ class NETCDF_WRITER final : public GEOMETRY_WRITER {
     std::vector<double> values(rows.size());
     for (std::size_t i = grid != nullptr ? POINT_COLUMNS : 0; i < COLUMN_COUNT; ++i) {
       for (std::size_t k = 0; k < rows.size(); ++k) values[k] = rows[k][i];
-      Check(nc_put_vara_double(id, variables[i], start, count, values.data()));
+      Check(library.nc_put_vara_double(id, variables[i], start, count, values.data()));
     }
   }
 
   void Finish() override {
-    const int status = nc_close(id);
+    const int status = library.nc_close(id);
     id = -1;
     Check(status);
     file.Finish();
   }
 
  private:
+  void Check(int status) const {
+    if (status != NC_NOERR) throw std::runtime_error(library.nc_strerror(status));
+  }
   void Text(int variable, const char* name, const std::string& text) {
-    Check(nc_put_att_text(id, variable, name, text.size(), text.c_str()));
+    Check(library.nc_put_att_text(id, variable, name, text.size(), text.c_str()));
   }
   void Number(const char* name, double value) {
-    Check(nc_put_att_double(id, NC_GLOBAL, name, NC_DOUBLE, 1, &value));
+    Check(library.nc_put_att_double(id, NC_GLOBAL, name, NC_DOUBLE, 1, &value));
   }
 
   void DescribePair() {
@@ -102,14 +100,14 @@ class NETCDF_WRITER final : public GEOMETRY_WRITER {
 
   int Dimension(const char* name, std::size_t size) {
     int dimension = 0;
-    Check(nc_def_dim(id, name, size, &dimension));
+    Check(library.nc_def_dim(id, name, size, &dimension));
     return dimension;
   }
 
   void Define(std::size_t column, const char* name, const std::vector<int>& dimensions) {
     int& variable = variables[column];
-    Check(nc_def_var(id, name, NC_DOUBLE, static_cast<int>(dimensions.size()), dimensions.data(),
-                     &variable));
+    Check(library.nc_def_var(id, name, NC_DOUBLE, static_cast<int>(dimensions.size()),
+                             dimensions.data(), &variable));
     Text(variable, "units", COLUMNS[column].unit);
     Text(variable, "long_name", COLUMNS[column].meaning);
   }
@@ -140,7 +138,7 @@ class NETCDF_WRITER final : public GEOMETRY_WRITER {
     const double none = std::nan("");
     for (std::size_t i = POINT_COLUMNS; i < COLUMN_COUNT; ++i) {
       Define(i, COLUMNS[i].name, dimensions);
-      Check(nc_put_att_double(id, variables[i], "_FillValue", NC_DOUBLE, 1, &none));
+      Check(library.nc_put_att_double(id, variables[i], "_FillValue", NC_DOUBLE, 1, &none));
       const bool is_place = i < POINT_COLUMNS + 2;
       if (!is_place) Text(variables[i], "coordinates", "longitude_deg latitude_deg");
     }
@@ -148,6 +146,7 @@ class NETCDF_WRITER final : public GEOMETRY_WRITER {
     Text(variables[POINT_COLUMNS + 1], "standard_name", "latitude");
   }
 
+  const NETCDF_LIBRARY library;
   const LOADED_PAIR& pair;
   const POINT_SOURCE& points;
   const GRID* grid;
