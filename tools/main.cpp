@@ -35,7 +35,7 @@ void MarkBesideOptions(std::vector<std::string>& words) {
       if (!has_value || i + 1 == words.size()) continue;
       words[i] += "=" + words[i + 1];
       words.erase(words.begin() + static_cast<std::ptrdiff_t>(i + 1));
-    } else {
+    } else if (words[i] != "-h") {
       words[i].insert(0, 1, VALUE_MARK);
       if (words[i].starts_with("=-") && ++i < words.size()) words[i].insert(0, 1, VALUE_MARK);
     }
@@ -48,7 +48,7 @@ void MarkBesideOptions(std::vector<std::string>& words) {
 std::vector<std::string> MarkValues(std::vector<std::string> words) {
   if (!words.empty() && words[0] == "check") {
     std::size_t i = 1;
-    while (i < words.size() && words[i].starts_with("--")) ++i;
+    while (i < words.size() && (words[i].starts_with("--") || words[i] == "-h")) ++i;
     for (; i < words.size(); ++i) words[i].insert(0, 1, VALUE_MARK);
   }
   if (!words.empty() && words[0] == "geometry") MarkBesideOptions(words);

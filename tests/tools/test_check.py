@@ -63,6 +63,7 @@ CASES = {
     "search from a sample": ({"insar.slave_first_az_time": 3600.0}, {}, ["e time-on-sample insar.pool 7"]),
     "early": ({"insar.master_first_az_time": 3579.0}, {}, ["w orbit-coverage insar.pool 5",
         "w orbit-coverage insar.pool 7"]),
+    "a day late": ({"insar.slave_first_az_time": 90001.0}, {}, ["w baseline slave.pool -", "w orbit-coverage insar.pool 7"]),
     "last covered": ({"insar.master_first_az_time": 3615.99}, {}, []),
     "odd order": ({"slave.orbit_interpolation": "everett_7"}, {}, ["e order-odd slave.pool 26"]),
     "uneven": ({"master.orbit_epoch": moved("orbit_epoch", 6, lambda x: x + 1e-3)}, {},
@@ -224,6 +225,11 @@ def test_configurations(tmp_path, name):
     (tmp_path / "sub").mkdir()
     (tmp_path / "sub" / "STOP.varnoth").touch()
     compare(told(tmp_path, arguments(**words), environment), wanted)
+
+
+@pytest.mark.parametrize("words", ["-h", "--json -h"])
+def test_help_runs_nothing(tmp_path, words):
+    assert tool(tmp_path, *words.split()).stdout.startswith("Tell whether a run would work")
 
 
 def test_configuration_file(tmp_path):

@@ -41,7 +41,7 @@ void Tell(const FINDING& finding) {
     return;
   }
   std::fprintf(stderr, "varnoth-tools: %s: %s\n",
-               finding.level == SEVERITY::ERROR ? "error" : "warning", text.c_str());
+               finding.level == SEVERITY::ERROR ? "error" : "warning", Printable(text).c_str());
 }
 
 std::string Short(double value) {

@@ -43,6 +43,15 @@ void Say(char mark, const std::string& text) {
   WriteAll(STDOUT_FILENO, line.data(), line.size(), written);
 }
 
+/// Measures without the log: the lines are of orbits that a run does not have, or of times for
+/// which it does not ask.
+template <class MEASUREMENT>
+void WithoutLog(MEASUREMENT measure) {
+  GlobalLog.set_screen_level(int{NO_LEVEL});
+  measure();
+  GlobalLog.set_screen_level(int{WARNING});
+}
+
 /// The rehearsing process.
 class REHEARSAL {
  public:
@@ -63,7 +72,7 @@ class REHEARSAL {
     const auto load = [&](STAGE stage, ROLE role, SCENE_ORBIT& orbit, PARAMETER_POOL& pool) {
       if (Do(stage, [&] { orbit.read(pool); })) return;
       is_good = false;
-      TellUnevenGrid(orbit, pools.scene[role], tell);
+      WithoutLog([&] { TellUnevenGrid(orbit, pools.scene[role], tell); });
     };
     load(STAGE::MASTER_ORBIT, MASTER, scene.master_orbit, master);
     load(STAGE::SLAVE_ORBIT, SLAVE, scene.slave_orbit, slave);
@@ -75,16 +84,18 @@ class REHEARSAL {
     if (!is_good) return false;
     is_good = Do(STAGE::TIMES, [&] { work_out_end_times(scene); });
     if (!is_good) return false;
-    TellOrbitDoubts(scene, MASTER, pools, tell);
-    TellOrbitDoubts(scene, SLAVE, pools, tell);
-    TellPairDoubts(scene, pools, tell);
+    WithoutLog([&] {
+      TellOrbitDoubts(scene, MASTER, pools, tell);
+      TellOrbitDoubts(scene, SLAVE, pools, tell);
+      TellPairDoubts(scene, pools, tell);
+    });
     return Do(STAGE::GEOMETRY, [&] {
       BISTATIC_B bistatic;
       results.sensor_look_direction = settle_look_direction(scene, master, slave);
       raise_missed_trap();
       const SWEEP sweep = sweep_flat_earth(scene, results.sensor_look_direction, bistatic);
       raise_missed_trap();
-      TellSweepDoubts(scene, sweep, pools, tell);
+      WithoutLog([&] { TellSweepDoubts(scene, sweep, pools, tell); });
       results.corners = corners_of(sweep);
       results.line_values = line_values_of(sweep);
       results.statistics = work_out_statistics(scene, sweep, results.corners);
