@@ -109,6 +109,12 @@ def test_set(tmp_path, arguments, wanted):
     assert file.stat().st_mode & 0o777 == 0o640 and sorted(os.listdir(tmp_path)) == ["a.pool", "link"]
 
 
+def test_set_of_a_block_without_indents(tmp_path):
+    file = pool_file(tmp_path, "v INT_8_V 0 2\n{\n1\n2\n}\nlast INT_32 1\n")
+    assert tool("set", file, "v", "INT_8", "7", "8", "9").stderr == tool("check", file).stderr == ""
+    assert [tool("get", file, key).stdout for key in ("v", "last")] == ["7\n8\n9\n", "1\n"]
+
+
 def test_sets_at_the_same_time(tmp_path):
     file = pool_file(tmp_path)
     started = [subprocess.Popen([TOOLS, "pool", "set", file, f"k{i}", "BYT", str(i)]) for i in range(8)]

@@ -223,16 +223,34 @@ std::string Changed(const std::string& content, const std::string& copy, const C
   return changed;
 }
 
+/// The pool's content with a blank ahead of each line of an entry's block, where there is none: an
+/// update takes what stands in the first column for the next entry, and would leave it.
+std::string Indented(const POOL_DOCUMENT& pool, const POOL_ENTRY& entry) {
+  std::string content;
+  for (std::size_t i = 0; i < pool.lines.size(); ++i) {
+    const POOL_LINE& line = pool.lines[i];
+    const bool is_flush = !line.text.empty() && line.text[0] != ' ' && line.text[0] != '\t';
+    if (is_flush && i > entry.at && i < entry.stop) content += ' ';
+    content += line.text;
+    if (line.end != 0) content += line.end;
+  }
+  return content;
+}
+
 /// Changes a locked pool in its place, so that links, owner and permissions stay, and a run that
 /// waits for the lock finds the change. The copy stays if the pool can't be made whole again.
 void ChangeInPlace(POOL_STREAM& stream, const std::filesystem::path& path,
-                   const CHANGE_PLAN& plan) {
+                   const POOL_DOCUMENT& pool, const CHANGE_PLAN& plan) {
   WORKPLACE workplace(path);
   stream.Rewind();
   const std::string old = stream.ReadRest();
   if (stream.HasError()) throw SystemFailure("can't read it");
   const std::string copy = workplace.directory / path.filename();
-  if (PutContent(stream.Descriptor(), Changed(old, copy, plan))) return;
+  // Of a block that can't be read nobody knows the end.
+  const POOL_ENTRY* const entry = pool.Find(FromLatin1(plan.key));
+  const bool has_block = entry != nullptr && entry->value.is_object();
+  const std::string clear = has_block ? Indented(pool, *entry) : old;
+  if (PutContent(stream.Descriptor(), Changed(clear, copy, plan))) return;
   const std::runtime_error failure = SystemFailure("can't write it");
   if (PutContent(stream.Descriptor(), old)) throw failure;
   workplace.is_kept = true;
@@ -257,7 +275,7 @@ TOOL_STATUS SetValue(const SET_REQUEST& request) {
            "the last line has no line end and would be lost: mend it first");
       return FINDINGS;
     }
-    ChangeInPlace(stream, std::filesystem::absolute(request.file), Plan(request, type, pool));
+    ChangeInPlace(stream, std::filesystem::absolute(request.file), pool, Plan(request, type, pool));
     return GOOD;
   } catch (const std::exception& error) {
     Tell(request.file, 1, SEVERITY::ERROR, error.what());
