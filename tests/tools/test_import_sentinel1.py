@@ -96,11 +96,11 @@ def annotation(orbit=None, side=1):
         tag("geolocationGrid", tag("geolocationGridPointList", grid)))
 
 
-def orbit_file(orbit, satellite="A", count=9361, tai=37, frame="EARTH_FIXED"):
+def orbit_file(orbit, satellite="A", count=9361, tai=37, frame="EARTH_FIXED", kind="POE"):
     osv = lambda t, r, v: tag("OSV", tag("TAI", "TAI=" + iso(t + tai)), tag("UTC", "UTC=" + iso(t)), *(  # noqa: E731
         tag(key, f"{x:+.6f}") for key, x in zip(("X", "Y", "Z", "VX", "VY", "VZ"), [*r, *v])), tag("Quality", "NOMINAL"))
     return tag("Earth_Explorer_File", tag("Earth_Explorer_Header", tag(
-        "Fixed_Header", tag("Mission", f"Sentinel-1{satellite}"), tag("File_Type", "AUX_POEORB")), tag(
+        "Fixed_Header", tag("Mission", f"Sentinel-1{satellite}"), tag("File_Type", f"AUX_{kind}ORB")), tag(
         "Variable_Header", tag("Ref_Frame", frame), tag("Time_Reference", "UTC"))),
         tag("Data_Block", tag("List_of_OSVs", *(osv(*x) for x in orbit), count=count)))
 
@@ -176,17 +176,20 @@ def test_the_best_orbit_file_of_a_folder(tmp_path):
     whole, late = list(vectors(-100, 40)), list(vectors(40, 40))  # that names promise more proves nothing
     for satellite, kind, day, orbit in (("A", "RES", 20250420, whole), ("A", "POE", 20250409, whole),
                                         ("A", "POE", 20250408, whole), ("A", "POE", 20250410, late)):
-        file_of(tmp_path / name.format(satellite, kind, day), orbit_file(orbit, satellite))
+        file_of(tmp_path / name.format(satellite, kind, day), orbit_file(orbit, satellite, kind=kind))
+    file_of(tmp_path / name.format("A", "POE", 20250412), orbit_file(whole, kind="RES"))  # nor what they say of the kind
     file_of(tmp_path / name.format("B", "POE", 20250419), orbit_file(whole, "B"))
     file_of(tmp_path / name.format("A", "POE", 20250419).replace("V20250405", "V20250406"), "not even XML")
     chosen = []
-    for _ in range(3):
+    for _ in range(4):
         done, _ = sentinel1(source, "--orbit", tmp_path / "orbits")
         chosen.append(done.stdout.split("orbit file ")[1].split("_V")[0])
         assert "states 9361 vectors and holds 40" in done.stderr
+        assert re.search(r"warning: passed over \S+_20250410T\S+: its vectors, .* do not cover the scene", done.stderr)
         (path,) = (tmp_path / "orbits").glob(chosen[-1] + "_V*")
         path.unlink()
-    assert chosen == [f"S1A_OPER_AUX_{k}ORB_OPOD_202504{d}T000000" for k, d in (("POE", "09"), ("POE", "08"), ("RES", 20))]
+    assert chosen == [f"S1A_OPER_AUX_{k}ORB_OPOD_202504{d}T000000" for k, d in (
+        ("POE", "09"), ("POE", "08"), ("POE", 12), ("RES", 20))]
     done, _ = sentinel1(source, "--orbit", tmp_path / "orbits")
     assert done.returncode == 1 and "none of 3 orbit files covers S1A" in done.stderr and "20250410T000000" in done.stderr
 
@@ -242,6 +245,8 @@ BAD = {
     "day": (changed("Time>2025-04-06", "Time>2025-02-29"), "", "is no time"),
     "line rate": (changed("azimuthFrequency>50.0", "azimuthFrequency>1717.0"), "", "is not the inverse"),
     "bursts": (changed(iso(FIRST + 1.6), iso(FIRST + 1.61)), "", "not a whole number of lines"),
+    "lines of no burst": (changed("PerBurst>100", "PerBurst>0"), "", "4 bursts of 0 lines (linesPerBurst) do not make the 400"),
+    "lines of a burst": (changed("PerBurst>100", "PerBurst>99"), "", "4 bursts of 99 lines"),
     "doubled epoch": (changed(iso(20), iso(10)), "", "is not later"),
     "radius": (annotation([(t, [x * (1.3 if i == 10 else 1) for x in r], v) for i, (t, r, v) in enumerate(ORBIT)]), "",
                "9192.3 km from the Earth's centre"),
@@ -295,6 +300,8 @@ def test_what_it_warns_of_and_takes_all_the_same(tmp_path):
     # Epochs stay even over the leap second. The grid's labels do not count it: a second of flight.
     assert re.search(r": warning: the annotated geolocation grid .* up to 6[5-9]\d\d\.\d\d m from where", done.stderr)
     assert (done.stderr.count("\n"), done.returncode) == (1, 0)
+    done, _ = sentinel1(source, "--orbit", file_of(tmp_path / "o.EOF", orbit_file(ORBIT, tai=36)))
+    assert "TAI - UTC is 36 s in the file and 37 s by the leap seconds" in done.stderr
     leap = orbit_file(ORBIT).replace("TAI=" + iso(37 + 70), "TAI=" + iso(38 + 70))
     done, _ = sentinel1(source, "--orbit", file_of(tmp_path / "o.EOF", leap))
     assert f"a leap second before {iso(70)} is not in the table" in done.stderr

@@ -105,9 +105,9 @@ SCENE ReadGammaPar(const SOURCE_FILE& source) {
   SCENE scene;
   ReadTitle(par, scene);
   const std::string sensor = par.Has("sensor") ? par.Text("sensor") : "";
-  scene.satellite = sensor.substr(0, sensor.find(' '));
-  if (scene.satellite.size() < sensor.size()) {
-    scene.mode = sensor.substr(scene.satellite.size() + 1);
+  scene.satellite = {sensor.substr(0, sensor.find(' ')), "sensor"};
+  if (scene.satellite.value.size() < sensor.size()) {
+    scene.mode = sensor.substr(scene.satellite.value.size() + 1);
   }
   const std::vector<double> date = par.Numbers("date", 3);
   std::optional<std::int64_t> day;

@@ -69,6 +69,11 @@ KEYED_TEXT::KEYED_TEXT(SOURCE_FILE source, char divider) : file(std::move(source
   }
 }
 
+bool KEYED_TEXT::Has(const std::string& key) const {
+  const auto place = places.find(key);
+  return place != places.end() && !place->second.value.empty();
+}
+
 std::string KEYED_TEXT::Text(const std::string& key) const {
   const auto place = places.find(key);
   if (place == places.end()) throw IMPORT_FAILURE(file.name, 1, "has no " + key);

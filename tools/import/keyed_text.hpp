@@ -28,7 +28,8 @@ class KEYED_TEXT {
  public:
   KEYED_TEXT(SOURCE_FILE source, char divider);
 
-  bool Has(const std::string& key) const { return places.contains(key); }
+  /// Whether a key has a value.
+  bool Has(const std::string& key) const;
   /// The whole value, without the blanks around it.
   std::string Text(const std::string& key) const;
   /// The first words of a value as numbers, whatever follows them.

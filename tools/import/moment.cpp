@@ -120,9 +120,11 @@ std::int64_t MicrosecondsBetween(const MOMENT& from, const MOMENT& to) {
   return passed;
 }
 
-int TaiMinusUtc(const MOMENT& moment) {
+std::int64_t TaiMinusUtc(const MOMENT& moment) {
   constexpr int AT_START = 10;  // of 1972
-  return AT_START - LeapSecondsBetween({1972, 1, 1, 0, 0, 0, 0, 0}, ToUtc(moment));
+  constexpr std::int64_t DAY_OF_2017 = 17167;
+  return AT_START - LeapSecondsBetween({1972, 1, 1, 0, 0, 0, 0, 0}, ToUtc(moment)) +
+         (moment.day >= DAY_OF_2017 ? 1 : 0);
 }
 
 std::string PoolTime(const MOMENT& moment) {

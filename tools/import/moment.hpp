@@ -24,8 +24,9 @@ MOMENT Later(const MOMENT& moment, std::int64_t microseconds);
 /// Microseconds that pass from one moment to another, leap seconds counted.
 std::int64_t MicrosecondsBetween(const MOMENT& from, const MOMENT& to);
 
-/// TAI - UTC in seconds, by the product's leap second table.
-int TaiMinusUtc(const MOMENT& moment);
+/// TAI - UTC in seconds, by the product's leap second table and the leap second of the end of 2016,
+/// which it lacks.
+std::int64_t TaiMinusUtc(const MOMENT& moment);
 
 /// "06-APR-2025/02:19:03.324203", as a pool's epochs are written.
 std::string PoolTime(const MOMENT& moment);

@@ -31,10 +31,8 @@ std::optional<MOMENT> TimeOf(std::string_view text) {
 std::optional<std::int64_t> AheadOfUtc(const std::string& system, const MOMENT& moment) {
   constexpr std::int64_t TT_MINUS_TAI = 32184000;
   constexpr std::int64_t TAI_MINUS_GPS = 19 * MICROSECONDS_OF_SECOND;
-  constexpr std::int64_t DAY_OF_2017 = 17167;  // its leap second is not in the product's table
   if (system == "UTC") return 0;
-  const std::int64_t seconds = TaiMinusUtc(moment) + (moment.day >= DAY_OF_2017 ? 1 : 0);
-  const std::int64_t tai = seconds * MICROSECONDS_OF_SECOND;
+  const std::int64_t tai = TaiMinusUtc(moment) * MICROSECONDS_OF_SECOND;
   if (system == "TAI") return tai;
   if (system == "GPS") return tai - TAI_MINUS_GPS;
   if (system == "TT") return tai + TT_MINUS_TAI;
@@ -215,10 +213,13 @@ class OEM_READER {
   }
 
   /// A polynomial of an odd degree through the vectors around a time is Everett's, which needs even
-  /// epochs. Hermite's of degree n has (n + 1) / 2 positions with their velocities, and two at
-  /// least, since there is nothing between the vectors of a single one.
+  /// epochs: the one of order k goes through k + 2 vectors, so its degree is k + 1. Beyond order 10
+  /// the digits that differences lose outweigh what they gain. Hermite's of degree n has (n + 1) /
+  /// 2 positions with their velocities, and two at least, since there is nothing between the
+  /// vectors of a single one.
   void SettleInterpolation(OEM_SEGMENT& segment) {
     constexpr double HIGHEST = 15;
+    constexpr std::size_t HIGHEST_ORDER = 10;
     if (!segment.meta.contains("INTERPOLATION")) return;
     const std::string method = Upper(segment.meta.at("INTERPOLATION"));
     const auto degree = NumberOf(Value(segment, "INTERPOLATION_DEGREE"));
@@ -228,7 +229,7 @@ class OEM_READER {
     const auto points = static_cast<std::size_t>(*degree) + 1;
     STATE_VECTORS orbit = segment.orbit;
     if (method == "LAGRANGE" && points % 2 == 0 && MoveOntoGrid(orbit)) {
-      segment.interpolation = "everett_" + std::to_string(points);
+      segment.interpolation = "everett_" + std::to_string(std::min(points - 2, HIGHEST_ORDER));
     } else if (method == "LAGRANGE") {
       segment.interpolation = "localpolynom_0_" + std::to_string(points);
     } else if (method == "HERMITE") {

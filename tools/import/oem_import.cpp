@@ -35,11 +35,12 @@ const OEM_SEGMENT& SegmentOf(const OEM& oem, const SCENE& scene) {
 
 /// The new orbit must be near the one that stood there; what is beyond any orbit's error is another
 /// satellite's, or has another frame or time system than its file says.
-void CompareWithFormer(const STATE_VECTORS& former, SCENE& scene) {
+void CompareWithFormer(const STATE_VECTORS& former, const std::string& interpolation,
+                       SCENE& scene) {
   constexpr double FARTHEST = 1000.0;  // m
   double distance = 0.0;
   const SATELLITE_PATH before(former);
-  const SATELLITE_PATH now(scene.orbit);
+  const SATELLITE_PATH now(scene.orbit, interpolation);
   for (const MOMENT& line : {scene.first_line.value, LastLine(scene)}) {
     const SATELLITE_STATE a = before.At(line);
     const SATELLITE_STATE b = now.At(line);
@@ -112,7 +113,7 @@ TOOL_STATUS ImportOem(const OEM_REQUEST& request) {
     WarnOfOddVectors(scene);
     FitOrbit(scene, *FindInterpolation(interpolation));
     MeasureVelocities(scene);
-    CompareWithFormer(pool.scene.orbit, scene);
+    CompareWithFormer(pool.scene.orbit, interpolation, scene);
     return GOOD;
   });
   if (status != GOOD) return status;

@@ -14,6 +14,7 @@
 #include "pool/entry_text.hpp"
 #include "tools/import/commands.hpp"
 #include "tools/import/failure.hpp"
+#include "tools/import/keyed_text.hpp"
 #include "tools/import/pool_scene.hpp"
 #include "tools/import/satellite_path.hpp"
 #include "tools/import/scene_check.hpp"
@@ -121,9 +122,10 @@ void CheckFit(const PAIR& pair, bool is_single_pass) {
   const auto fail = [&](const std::string& text) {
     throw IMPORT_FAILURE(pair.slave.document.file, 1, text);
   };
-  if (!is_single_pass && !master.satellite.empty() && !slave.satellite.empty() &&
-      master.satellite != slave.satellite) {
-    fail("is of " + slave.satellite + ", and the master of " + master.satellite + distance);
+  if (!is_single_pass && !master.satellite.value.empty() && !slave.satellite.value.empty() &&
+      master.satellite.value != slave.satellite.value) {
+    fail("is of " + slave.satellite.value + ", and the master of " + master.satellite.value +
+         distance);
   }
   if (master.relative_orbit.value > 0 && slave.relative_orbit.value > 0 &&
       master.relative_orbit.value != slave.relative_orbit.value) {
@@ -148,6 +150,14 @@ void CheckFit(const PAIR& pair, bool is_single_pass) {
   }
 }
 
+/// The swath in a name such as s1a-iw1-slc-vv-20250406t022009-...; empty for other names.
+std::string SwathOf(const SCENE& scene) {
+  const std::string name = Upper(scene.name.value);
+  const std::vector<std::string_view> words = WordsOf(name, "-");
+  const bool is_known = words.size() > 3 && words[0].starts_with("S1") && words[2] == "SLC";
+  return is_known ? std::string(words[1]) : "";
+}
+
 void WarnOfDifferences(PAIR& pair, bool is_single_pass) {
   const SCENE& master = pair.master.scene;
   const SCENE& slave = pair.slave.scene;
@@ -160,6 +170,11 @@ void WarnOfDifferences(PAIR& pair, bool is_single_pass) {
   };
   differ("radar frequencies", master.radar_frequency.value, slave.radar_frequency.value,
          "the phase of a run holds for one frequency");
+  const std::string swaths[] = {SwathOf(master), SwathOf(slave)};
+  if (!swaths[0].empty() && !swaths[1].empty() && swaths[0] != swaths[1]) {
+    pair.warnings.push_back("is of swath " + swaths[1] + ", and the master of " + swaths[0] +
+                            ": the images have at most an edge in common");
+  }
   differ("range sampling frequencies", master.range_sampling_frequency.value,
          slave.range_sampling_frequency.value, "a run takes the master's for both");
   if (is_single_pass) return;
@@ -170,9 +185,8 @@ void WarnOfDifferences(PAIR& pair, bool is_single_pass) {
 class INSAR_TEXT {
  public:
   template <class X>
-  void Add(const char* key, const X& value, const char* comment = nullptr) {
-    const ARRAY<STRING> comments = comment ? ARRAY<STRING>(comment) : ARRAY<STRING>();
-    ENTRY_TEXT entry(key, POOL_TYPE<X>, comments);
+  void Add(const char* key, const X& value, const std::string& comment) {
+    ENTRY_TEXT entry(key, POOL_TYPE<X>, ARRAY<STRING>(comment.c_str()));
     entry.Append(value);
     text += entry.Text();
   }
@@ -181,8 +195,12 @@ class INSAR_TEXT {
 
 std::string InsarPoolText(const PAIR& pair, const PAIR_REQUEST& request) {
   INSAR_TEXT pool;
-  pool.Add("n_samples", static_cast<int>(pair.samples.count));
-  pool.Add("n_lines", static_cast<int>(pair.lines.count));
+  const auto from = [](const SECTION& section, const char* what) {
+    return std::string("of the master's ") + what + ", from " + std::to_string(section.first) +
+           " on";
+  };
+  pool.Add("n_samples", static_cast<int>(pair.samples.count), from(pair.samples, "samples"));
+  pool.Add("n_lines", static_cast<int>(pair.lines.count), from(pair.lines, "lines"));
   const auto first_line = [&](const POOL_SCENE& of) {
     return static_cast<double>(MicrosecondsBetween(of.reference.value, of.scene.first_line.value)) /
                MICROSECONDS_OF_SECOND +
@@ -197,7 +215,8 @@ std::string InsarPoolText(const PAIR& pair, const PAIR_REQUEST& request) {
            "seconds after the reference time of the slave orbit");
   pool.Add("master_first_rg_time", first_sample(pair.master.scene), "two-way travel time in [s]");
   pool.Add("slave_first_rg_time", first_sample(pair.slave.scene), "two-way travel time in [s]");
-  pool.Add("observation_mode", STRING(request.is_single_pass ? "single_pass" : "dual_pass"));
+  pool.Add("observation_mode", STRING(request.is_single_pass ? "single_pass" : "dual_pass"),
+           "--mode of the import");
   pool.Add("local_height", request.height, "height above the ellipsoid in [m]");
   return pool.text;
 }

@@ -121,7 +121,7 @@ POOL_SCENE ReadPoolScene(const std::string& file) {
   const VALUES_OF_POOL pool(read.document);
   SCENE& scene = read.scene;
   if (pool.Has("scene_name")) scene.name.value = pool.Text("scene_name");
-  if (pool.Has("satellite")) scene.satellite = pool.Text("satellite");
+  if (pool.Has("satellite")) scene.satellite.value = pool.Text("satellite");
   if (pool.Has("absolute_orbit")) scene.absolute_orbit.value = pool.Count("absolute_orbit");
   if (pool.Has("relative_orbit")) scene.relative_orbit.value = pool.Count("relative_orbit");
   scene.line_count.value = pool.Count("n_lines");

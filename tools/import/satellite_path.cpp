@@ -6,24 +6,28 @@
 
 namespace varnoth::tools {
 
-SATELLITE_PATH::SATELLITE_PATH(const STATE_VECTORS& vectors) {
+SATELLITE_PATH::SATELLITE_PATH(const STATE_VECTORS& vectors, std::string interpolation) {
   constexpr std::size_t NEAREST = 9;
   const std::size_t count = vectors.epoch.size();
   if (count < 2) throw std::runtime_error("fewer than two state vectors");
   first = vectors.epoch[0];
   std::vector<double> times;
   std::vector<VECTOR_3> positions;
+  std::vector<VECTOR_3> velocities;
   for (std::size_t i = 0; i < count; ++i) {
     times.push_back(1e-6 * static_cast<double>(MicrosecondsBetween(first, vectors.epoch[i])));
     positions.push_back(PositionOf(vectors, i));
+    if (!vectors.velocity[0].empty()) velocities.push_back(VelocityOf(vectors, i));
     if (i > 0 && times[i] <= times[i - 1]) {
       throw std::runtime_error("the state vector at " + IsoTime(vectors.epoch[i]) +
                                " is not later than the one before it");
     }
   }
   duration = times.back();
-  const std::string pieces = "localpolynom_0_" + std::to_string(std::min(count, NEAREST));
-  orbit.SetSamples(count <= NEAREST ? "polynom" : pieces.c_str(), times, positions);
+  if (interpolation.empty()) {
+    interpolation = count <= NEAREST ? "polynom" : "localpolynom_0_" + std::to_string(NEAREST);
+  }
+  orbit.SetSamples(interpolation.c_str(), times, positions, velocities);
 }
 
 SATELLITE_STATE SATELLITE_PATH::At(const MOMENT& moment) const {

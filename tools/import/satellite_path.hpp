@@ -6,12 +6,12 @@
 
 namespace varnoth::tools {
 
-/// Where a satellite is between its state vectors, by the polynomial through the nine nearest
-/// positions, or through all of a shorter list. Epochs must increase; throws std::runtime_error for
-/// fewer than two vectors.
+/// Where a satellite is between its state vectors, by a pool's interpolation; without one, by the
+/// polynomial through the nine nearest positions, or through all of a shorter list. Epochs must
+/// increase; throws std::runtime_error for fewer than two vectors.
 class SATELLITE_PATH {
  public:
-  explicit SATELLITE_PATH(const STATE_VECTORS& vectors);
+  explicit SATELLITE_PATH(const STATE_VECTORS& vectors, std::string interpolation = "");
 
   SATELLITE_STATE At(const MOMENT& moment) const;
   /// At the least distance from a place, to the microsecond, not beyond the vectors.

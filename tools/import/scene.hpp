@@ -36,10 +36,10 @@ struct STATE_VECTORS {
 /// What a foreign format says of one focused image: the neutral form that every reader ends in, and
 /// that one writer turns into a pool.
 struct SCENE {
-  SOURCED<std::string> name;  ///< of the product, without folder and ending
-  std::string satellite;      ///< "S1A"
-  std::string mode;           ///< "IW1 VV"
-  std::string attribution;    ///< licence line of the data, if they have one
+  SOURCED<std::string> name;       ///< of the product, without folder and ending
+  SOURCED<std::string> satellite;  ///< "S1A"
+  std::string mode;                ///< "IW1 VV"
+  std::string attribution;         ///< licence line of the data, if they have one
   SOURCED<std::int64_t> absolute_orbit;
   SOURCED<std::int64_t> relative_orbit;  ///< 0 where nothing tells it
 

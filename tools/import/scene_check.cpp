@@ -14,9 +14,9 @@ void CheckWithin(const char* name, double value, const std::string& source, doub
                  double most) {
   if (value >= least && value <= most) return;
   char text[160];
-  std::snprintf(text, sizeof text, "%s of %.10g: between %.10g and %.10g is usual (", name, value,
+  std::snprintf(text, sizeof text, "%s of %.10g: between %.10g and %.10g is usual", name, value,
                 least, most);
-  throw std::runtime_error(text + source + ")");
+  throw std::runtime_error(text + (source.empty() ? "" : " (" + source + ")"));
 }
 
 }  // namespace

@@ -92,18 +92,27 @@ double MeasureVelocities(SCENE& scene, const std::vector<SEEN_POINT>& points,
 
 void MeasureVelocities(SCENE& scene) {
   constexpr double NONSENSE = 1.0;  // m/s; quick orbits have 0.02
+  constexpr double COARSE = 180.0;  // s; from here on nine positions lose a mm/s
   if (scene.orbit.epoch.size() < 3) return;
   const double gap = LargestOf(VelocityGaps(scene.orbit));
+  const std::size_t steps = scene.orbit.epoch.size() - 1;
+  const double step = static_cast<double>(MicrosecondsBetween(scene.orbit.epoch.front(),
+                                                              scene.orbit.epoch.back())) /
+                      MICROSECONDS_OF_SECOND / static_cast<double>(steps);
+  const bool is_coarse = step > COARSE;
   if (!(gap < NONSENSE)) {
     char text[200];
     std::snprintf(text, sizeof text,
-                  "the listed velocities are up to %.3g m/s off the derivative of the positions: "
-                  "the vectors are too far apart to interpolate, or not Earth-fixed",
-                  gap);
+                  is_coarse ? "state vectors every %.4g s are too far apart to interpolate: the "
+                              "derivative of the positions is up to %.3g m/s off the velocities"
+                            : "of state vectors every %.4g s the listed velocities are up to %.3g "
+                              "m/s off the derivative of the positions: they are not Earth-fixed",
+                  step, gap);
     throw std::runtime_error(text);
   }
   const SEEN_POINT middle{MiddleLine(scene), ToVector(LocateCentre(scene).position)};
-  MeasureVelocities(scene, {middle}, "; a precise orbit mends it");
+  MeasureVelocities(scene, {middle},
+                    is_coarse ? "; denser vectors mend it" : "; a precise orbit mends it");
 }
 
 std::string UsualInterpolation(const SCENE& scene) {
@@ -153,7 +162,7 @@ bool IsWrongUsage(const std::string& interpolation, const std::string& out,
 void TellScene(const SCENE& scene, const std::string& interpolation, const std::string& source,
                const std::string& out) {
   for (const std::string& warning : scene.warnings) Tell(source, 1, SEVERITY::WARNING, warning);
-  std::string what = scene.satellite + (scene.mode.empty() ? "" : " " + scene.mode);
+  std::string what = scene.satellite.value + (scene.mode.empty() ? "" : " " + scene.mode);
   if (scene.absolute_orbit.value > 0) {
     what += ", orbit " + std::to_string(scene.absolute_orbit.value);
   }

@@ -94,11 +94,15 @@ ARRAY<double> EllipsoidParameters(const SCENE& scene) {
 std::string OrbitPoolText(const STATE_VECTORS& orbit, const std::string& interpolation,
                           const SOURCED<MOMENT>& reference) {
   POOL_TEXT pool;
-  pool.Add("orbit_representation", std::string("orbit_pool_double_utc"));
-  pool.Add("orbit_interpolation", interpolation);
-  pool.Add("orbit_param_key", std::string("orbit_epoch"));
-  pool.Add("orbit_value_key", std::string("orbit_x, orbit_y, orbit_z"));
-  pool.Add("orbit_velocity_key", std::string("orbit_vx, orbit_vy, orbit_vz"));
+  pool.Add("orbit_representation", std::string("orbit_pool_double_utc"),
+           {"the kind of the lists that the import wrote below"});
+  pool.Add("orbit_interpolation", interpolation,
+           {"--interpolation of the import, else its choice for these vectors"});
+  pool.Add("orbit_param_key", std::string("orbit_epoch"), {"the list of epochs below"});
+  pool.Add("orbit_value_key", std::string("orbit_x, orbit_y, orbit_z"),
+           {"the lists of positions below"});
+  pool.Add("orbit_velocity_key", std::string("orbit_vx, orbit_vy, orbit_vz"),
+           {"the lists of velocities below"});
   pool.Add("orbit_reference_time", PoolTime(reference.value), {reference.source});
 
   std::vector<std::string> comments = {
@@ -122,11 +126,11 @@ std::string OrbitPoolText(const STATE_VECTORS& orbit, const std::string& interpo
 
 std::string ScenePoolText(const SCENE& scene, const std::string& interpolation) {
   POOL_TEXT pool;
-  std::vector<std::string> head = {scene.attribution, scene.satellite + " " + scene.mode};
+  std::vector<std::string> head = {scene.attribution, scene.satellite.value + " " + scene.mode};
   for (const std::string& warning : scene.warnings) head.push_back("Mind: " + warning);
   head.push_back(scene.name.source);
   pool.Add("scene_name", scene.name.value, head);
-  pool.Add("satellite", scene.satellite);
+  pool.Add("satellite", scene.satellite.value, {scene.satellite.source});
   if (scene.absolute_orbit.value > 0) pool.AddCount("absolute_orbit", scene.absolute_orbit);
   if (scene.relative_orbit.value > 0) pool.AddCount("relative_orbit", scene.relative_orbit);
   pool.AddCount("n_lines", scene.line_count);

@@ -87,10 +87,17 @@ void ReadTiming(const XML_FILE& file, SCENE& scene) {
     }
   }
   if (bursts > 0) {
+    const std::int64_t lines = scene.line_count.value;
+    if (burst_lines < 1 || bursts * burst_lines != lines) {
+      file.Fail(file.Find(timing, "linesPerBurst"),
+                std::to_string(bursts) + " bursts of " + std::to_string(burst_lines) +
+                    " lines (linesPerBurst) do not make the " + std::to_string(lines) +
+                    " lines of numberOfLines");
+    }
     scene.line_count = {first_line_of_burst + burst_lines,
                         "lines of the merged image: " + std::to_string(bursts) +
-                            " bursts in one time; the file has " +
-                            std::to_string(scene.line_count.value) + " lines, burst behind burst"};
+                            " bursts in one time; the file has " + std::to_string(lines) +
+                            " lines, burst behind burst"};
   }
 }
 
@@ -203,13 +210,13 @@ SENTINEL1_ANNOTATION ReadSentinel1Annotation(const XML_FILE& file) {
   SCENE& scene = annotation.scene;
   const pugi::xml_node header = file.Find(file.Root(), "adsHeader");
   scene.name = {Stem(file.Name()), "name of the annotation file"};
-  scene.satellite = file.Text(header, "missionId");
+  scene.satellite = {file.Text(header, "missionId"), "adsHeader/missionId"};
   scene.mode = file.Text(header, "swath") + " " + file.Text(header, "polarisation");
   scene.absolute_orbit = {file.Whole(header, "absoluteOrbitNumber"),
                           "adsHeader/absoluteOrbitNumber"};
   scene.relative_orbit = {
-      Sentinel1RelativeOrbit(scene.satellite, scene.absolute_orbit.value),
-      "from the absolute orbit: " + scene.satellite + " repeats its orbits after 175"};
+      Sentinel1RelativeOrbit(scene.satellite.value, scene.absolute_orbit.value),
+      "from the absolute orbit: " + scene.satellite.value + " repeats its orbits after 175"};
   ReadTiming(file, scene);
   scene.attribution =
       "Contains modified Copernicus Sentinel data " + IsoTime(scene.first_line.value).substr(0, 4);

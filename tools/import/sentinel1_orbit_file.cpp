@@ -1,6 +1,7 @@
 #include "tools/import/sentinel1_orbit_file.hpp"
 
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
 #include <sstream>
 
@@ -11,24 +12,21 @@ namespace varnoth::tools {
 
 namespace {
 
-enum class KIND { PRECISE, RESTITUTED, OTHER };
-
-KIND KindOf(const std::string& type) {
-  if (type.find("POEORB") != type.npos) return KIND::PRECISE;
-  return type.find("RESORB") != type.npos ? KIND::RESTITUTED : KIND::OTHER;
+ORBIT_KIND KindOf(const std::string& type) {
+  if (type.find("POEORB") != type.npos) return ORBIT_KIND::PRECISE;
+  return type.find("RESORB") != type.npos ? ORBIT_KIND::RESTITUTED : ORBIT_KIND::OTHER;
 }
 
-std::string KindText(const std::string& type) {
-  const KIND kind = KindOf(type);
-  if (kind == KIND::OTHER) return type.substr(0, 40);
-  return kind == KIND::PRECISE ? "precise" : "restituted";
+std::string KindText(ORBIT_KIND kind, const std::string& type) {
+  if (kind == ORBIT_KIND::OTHER) return type.empty() ? "of no stated kind" : type.substr(0, 40);
+  return kind == ORBIT_KIND::PRECISE ? "precise" : "restituted";
 }
 
 /// What the name of an orbit file tells; a name of another form tells nothing.
 struct ORBIT_FILE_NAME {
   std::string path;
   std::string satellite;
-  KIND kind = KIND::OTHER;
+  ORBIT_KIND kind = ORBIT_KIND::OTHER;
   std::string created;  ///< as "20210304T033926", so that texts sort as times
   std::optional<MOMENT> start;
   std::optional<MOMENT> stop;
@@ -65,7 +63,7 @@ bool IsOrbitFile(const std::string& name) {
 
 /// Whether the name leaves it open that the file is of use.
 bool MayCover(const ORBIT_FILE_NAME& name, const SCENE& scene) {
-  if (!name.satellite.empty() && name.satellite != scene.satellite) return false;
+  if (!name.satellite.empty() && name.satellite != scene.satellite.value) return false;
   return !(name.start && MicrosecondsBetween(*name.start, scene.first_line.value) < 0) &&
          !(name.stop && MicrosecondsBetween(LastLine(scene), *name.stop) < 0);
 }
@@ -82,16 +80,38 @@ std::int64_t SinceDayZero(const MOMENT& moment) {
   return moment.day * MICROSECONDS_OF_DAY + moment.microseconds;
 }
 
+/// A wrong difference is a wrong UTC, or a wrong TAI, which nothing here uses.
+void WarnOfTai(const MOMENT& tai, const MOMENT& utc, std::vector<std::string>& warnings) {
+  const std::int64_t ahead = SinceDayZero(tai) - SinceDayZero(utc);
+  const std::int64_t known = TaiMinusUtc(utc);
+  if (ahead == known * MICROSECONDS_OF_SECOND) return;
+  char text[160];
+  std::snprintf(
+      text, sizeof text,
+      "TAI - UTC is %.9g s in the file and %lld s by the leap seconds: its UTC may be wrong",
+      static_cast<double>(ahead) / MICROSECONDS_OF_SECOND, static_cast<long long>(known));
+  warnings.emplace_back(text);
+}
+
 std::string Span(const STATE_VECTORS& orbit) {
   return IsoTime(orbit.epoch.front()) + " to " + IsoTime(orbit.epoch.back());
 }
 
-std::string TakeFile(SCENE& scene, const std::string& path, const INTERPOLATION& interpolation) {
+struct ORBIT_CANDIDATE {
+  std::string path;
+  std::string name;  ///< for messages
+  SENTINEL1_ORBIT_FILE file;
+};
+
+/// Fails for a file that can't serve the scene.
+ORBIT_CANDIDATE ReadFor(const SCENE& scene, const std::string& path,
+                        const INTERPOLATION& interpolation) {
   const XML_FILE xml(ReadPacked(path));
-  SENTINEL1_ORBIT_FILE file = ReadSentinel1OrbitFile(xml);
-  if (file.satellite != scene.satellite) {
+  ORBIT_CANDIDATE read{path, xml.Name(), ReadSentinel1OrbitFile(xml)};
+  const SENTINEL1_ORBIT_FILE& file = read.file;
+  if (file.satellite != scene.satellite.value) {
     xml.Fail(xml.Root(),
-             "an orbit of " + file.satellite + ", and the scene is of " + scene.satellite);
+             "an orbit of " + file.satellite + ", and the scene is of " + scene.satellite.value);
   }
   const MOMENT last = LastLine(scene);
   const COVERAGE coverage = CoverageOf(file.orbit, scene.first_line.value, last);
@@ -101,8 +121,13 @@ std::string TakeFile(SCENE& scene, const std::string& path, const INTERPOLATION&
                              IsoTime(scene.first_line.value) + " to " + IsoTime(last) + ", with " +
                              std::to_string(needed) + " vectors to spare");
   }
-  CutToScene(file.orbit, scene.first_line.value, last, interpolation);
-  const STATE_VECTORS& orbit = file.orbit;
+  return read;
+}
+
+std::string Take(SCENE& scene, ORBIT_CANDIDATE chosen, const INTERPOLATION& interpolation) {
+  SENTINEL1_ORBIT_FILE& file = chosen.file;
+  STATE_VECTORS& orbit = file.orbit;
+  CutToScene(orbit, scene.first_line.value, LastLine(scene), interpolation);
   const auto degraded =
       std::count_if(file.degraded.begin(), file.degraded.end(), [&](const MOMENT& epoch) {
         return MicrosecondsBetween(orbit.epoch.front(), epoch) >= 0 &&
@@ -114,10 +139,10 @@ std::string TakeFile(SCENE& scene, const std::string& path, const INTERPOLATION&
                             "degraded quality");
   }
   for (const std::string& warning : file.warnings) {
-    scene.warnings.push_back(xml.Name() + ": " + warning);
+    scene.warnings.push_back(chosen.name + ": " + warning);
   }
-  scene.orbit = file.orbit;
-  return path;
+  scene.orbit = std::move(orbit);
+  return chosen.path;
 }
 
 }  // namespace
@@ -130,7 +155,7 @@ SENTINEL1_ORBIT_FILE ReadSentinel1OrbitFile(const XML_FILE& file) {
   }
   const pugi::xml_node header = file.Find(root, "Earth_Explorer_Header");
   const std::string mission = file.Text(header, "Fixed_Header/Mission");
-  const std::string type = file.Text(header, "Fixed_Header/File_Type");
+  const std::string type = header.first_element_by_path("Fixed_Header/File_Type").child_value();
   SENTINEL1_ORBIT_FILE result;
   STATE_VECTORS& orbit = result.orbit;
   orbit.frame = file.Text(header, "Variable_Header/Ref_Frame");
@@ -144,11 +169,13 @@ SENTINEL1_ORBIT_FILE ReadSentinel1OrbitFile(const XML_FILE& file) {
                                                         ": EARTH_FIXED and UTC are needed");
   }
   result.satellite = "S1" + mission.substr(10);
+  result.kind = type.empty() ? ReadName(file.Name()).kind : KindOf(type);
   orbit.source = "orbit file " + std::filesystem::path(file.Name()).filename().string() + " (" +
-                 KindText(type) + ")";
+                 KindText(result.kind, type) + ")";
 
   const pugi::xml_node list = file.Find(root, "Data_Block/List_of_OSVs");
   MOMENT last_tai;
+  bool is_leap_told = false;
   for (const pugi::xml_node node : list.children("OSV")) {
     const MOMENT epoch = file.Time(node, "UTC", "UTC=");
     const MOMENT tai = file.Time(node, "TAI", "TAI=");
@@ -157,8 +184,10 @@ SENTINEL1_ORBIT_FILE ReadSentinel1OrbitFile(const XML_FILE& file) {
     const std::int64_t step =
         orbit.epoch.empty() ? 1 : MicrosecondsBetween(orbit.epoch.back(), epoch);
     if (step <= 0) file.Fail(node, "the state vector is not later than the one before it");
-    if (!orbit.epoch.empty() && result.warnings.empty() &&
-        step != SinceDayZero(tai) - SinceDayZero(last_tai)) {
+    if (orbit.epoch.empty()) {
+      WarnOfTai(tai, epoch, result.warnings);
+    } else if (!is_leap_told && step != SinceDayZero(tai) - SinceDayZero(last_tai)) {
+      is_leap_told = true;
       result.warnings.push_back("a leap second before " + IsoTime(epoch) +
                                 " is not in the table of leap seconds that a run counts with");
     }
@@ -183,7 +212,7 @@ std::string TakeSentinel1Orbit(SCENE& scene, const std::string& file_or_folder,
                                const INTERPOLATION& interpolation) {
   std::error_code ignored;
   if (!std::filesystem::is_directory(file_or_folder, ignored)) {
-    return TakeFile(scene, file_or_folder, interpolation);
+    return Take(scene, ReadFor(scene, file_or_folder, interpolation), interpolation);
   }
   std::vector<ORBIT_FILE_NAME> names;
   std::size_t count = 0;
@@ -197,21 +226,36 @@ std::string TakeSentinel1Orbit(SCENE& scene, const std::string& file_or_folder,
                    [](const ORBIT_FILE_NAME& a, const ORBIT_FILE_NAME& b) {
                      return a.kind != b.kind ? a.kind < b.kind : a.created > b.created;
                    });
-  std::string reasons;
+  std::optional<ORBIT_CANDIDATE> best;
+  std::vector<std::string> passed_over;
   for (const ORBIT_FILE_NAME& name : names) {
+    // Headers mostly say what the names say: behind a precise file nothing better comes.
+    if (best && best->file.kind == ORBIT_KIND::PRECISE) break;
     try {
-      std::string taken = TakeFile(scene, name.path, interpolation);
-      scene.orbit.remarks.push_back("best of the " + std::to_string(count) +
-                                    " orbit files in its folder");
-      return taken;
+      ORBIT_CANDIDATE read = ReadFor(scene, name.path, interpolation);
+      if (!best || read.file.kind < best->file.kind) best = std::move(read);
     } catch (const IMPORT_FAILURE& failure) {
-      reasons += "; " + failure.file + ": " + failure.what();
+      passed_over.push_back(failure.file + ": " + failure.what());
     }
+  }
+  if (best) {
+    std::string taken = Take(scene, std::move(*best), interpolation);
+    for (const std::string& reason : passed_over) {
+      scene.warnings.push_back("passed over " + reason);
+    }
+    scene.orbit.remarks.push_back("best of the " + std::to_string(count) +
+                                  " orbit files in its folder");
+    return taken;
+  }
+  std::string reasons;
+  for (const std::string& reason : passed_over) reasons += "; " + reason;
+  if (const std::size_t closed = count - names.size(); closed > 0) {
+    reasons += "; " + std::to_string(closed) + " by their names";
   }
   throw IMPORT_FAILURE(file_or_folder, 1,
                        "none of " + std::to_string(count) + " orbit files covers " +
-                           scene.satellite + " from " + IsoTime(scene.first_line.value) + " to " +
-                           IsoTime(LastLine(scene)) + reasons);
+                           scene.satellite.value + " from " + IsoTime(scene.first_line.value) +
+                           " to " + IsoTime(LastLine(scene)) + reasons);
 }
 
 }  // namespace varnoth::tools

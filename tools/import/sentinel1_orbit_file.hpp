@@ -5,9 +5,13 @@
 
 namespace varnoth::tools {
 
-/// An orbit file (EOF) of Sentinel-1, precise or restituted, with all its vectors.
+/// In the order of their worth.
+enum class ORBIT_KIND { PRECISE, RESTITUTED, OTHER };
+
+/// An orbit file (EOF) of Sentinel-1 with all its vectors.
 struct SENTINEL1_ORBIT_FILE {
-  std::string satellite;  ///< "S1A"
+  ORBIT_KIND kind = ORBIT_KIND::OTHER;  ///< by the header, or by the name where that is silent
+  std::string satellite;                ///< "S1A"
   STATE_VECTORS orbit;
   std::vector<MOMENT> degraded;       ///< epochs whose quality is not nominal
   std::vector<std::string> warnings;  ///< about the file as a whole
@@ -18,9 +22,9 @@ SENTINEL1_ORBIT_FILE ReadSentinel1OrbitFile(const XML_FILE& file);
 
 /// Takes a scene's orbit from a file, or from the best one of a folder: of the scene's satellite,
 /// with enough vectors for the interpolation on both sides of the scene; a precise one before a
-/// restituted one, and of these the newest. What the vectors cover counts, not what the name says.
-/// The orbit's source
-/// names the choice. Returns its path. Throws IMPORT_FAILURE if there is none.
+/// restituted one, and of these the newest. Files whose names exclude the scene stay closed; of the
+/// others the vectors and the header count. The orbit's source names the choice, and warnings the
+/// files that were passed over. Returns its path. Throws IMPORT_FAILURE if there is none.
 std::string TakeSentinel1Orbit(SCENE& scene, const std::string& file_or_folder,
                                const INTERPOLATION& interpolation);
 

@@ -89,7 +89,7 @@ class STACK_READER {
   /// "S1A, relative orbit 108", as far as it is known.
   static std::string TrackOf(const SCENE& scene) {
     const std::int64_t orbit = scene.relative_orbit.value;
-    std::string text = scene.satellite;
+    std::string text = scene.satellite.value;
     if (orbit > 0) text += (text.empty() ? "" : ", ") + ("relative orbit " + std::to_string(orbit));
     return text;
   }
