@@ -36,6 +36,8 @@ def cut(entry):
     return entry[0], entry[1][2:11]
 
 
+SEVEN = {f"slave.orbit_{c}": lambda entry: (entry[0], entry[1][3:10]) for c in ("epoch", "x", "y", "z")}
+
 # Entries of the example's pools, an other value or what changes the old one; then words of the command
 # line; then the findings as level, code, file and line.
 CASES = {
@@ -63,7 +65,9 @@ CASES = {
     "search from a sample": ({"insar.slave_first_az_time": 3600.0}, {}, ["e time-on-sample insar.pool 7"]),
     "early": ({"insar.master_first_az_time": 3579.0}, {}, ["w orbit-coverage insar.pool 5",
         "w orbit-coverage insar.pool 7"]),
-    "a day late": ({"insar.slave_first_az_time": 90001.0}, {}, ["w baseline slave.pool -", "w orbit-coverage insar.pool 7"]),
+    "seven samples": (SEVEN | {"slave.orbit_interpolation": "everett_4"}, {}, []),
+    "a day late": (SEVEN | {"slave.orbit_interpolation": "polynom", "insar.slave_first_az_time": 90001.0}, {}, [
+        "e orbit-coverage insar.pool 7", "w run-warning - -"]),
     "last covered": ({"insar.master_first_az_time": 3615.99}, {}, []),
     "odd order": ({"slave.orbit_interpolation": "everett_7"}, {}, ["e order-odd slave.pool 26"]),
     "uneven": ({"master.orbit_epoch": moved("orbit_epoch", 6, lambda x: x + 1e-3)}, {},

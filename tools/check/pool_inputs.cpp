@@ -451,7 +451,7 @@ void CheckInputs(const STEP_POOLS& pools, const STEP_SETTINGS& settings, FINDING
   if (!settings.height.is_given) insar.Need("local_height", FLT_15);
   const auto& lines = pools.insar.document.lines;
   if (!lines.empty() && lines.back().end == 0) {
-    insar.Add(SEVERITY::WARNING, "", "last-line",
+    insar.Add(SEVERITY::ERROR, "", "last-line",
               "the last line has no line end: the update drops it", "end it with a line end");
     findings.back().line = lines.back().number;
   }
