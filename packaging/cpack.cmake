@@ -25,12 +25,16 @@ their interpolation, geolocation, times with leap seconds, a log.")
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME varnoth-tools)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
-# varnoth-tools loads the netCDF library by itself, where dpkg-shlibdeps does not see it.
+# What varnoth-tools loads by itself dpkg-shlibdeps does not see.
 find_program(DPKG_QUERY dpkg-query)
-if(DPKG_QUERY AND NETCDF)
-  file(REAL_PATH ${NETCDF} netcdf_file)
-  execute_process(COMMAND ${DPKG_QUERY} -S ${netcdf_file} OUTPUT_VARIABLE netcdf_owner ERROR_QUIET)
-  string(REGEX MATCH "^[^:]+" CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${netcdf_owner}")
+if(DPKG_QUERY AND TARGET varnoth-tools)
+  foreach(library IN ITEMS ${NETCDF} ${LIBZIP})
+    file(REAL_PATH ${library} library)
+    execute_process(COMMAND ${DPKG_QUERY} -S ${library} OUTPUT_VARIABLE owner)
+    string(REGEX MATCH "^[^:]+" owner "${owner}")
+    list(APPEND lazy_packages ${owner})
+  endforeach()
+  list(JOIN lazy_packages ", " CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS)
 endif()
 set(CPACK_COMPONENT_TOOLS_DESCRIPTION
 "A companion of varnoth: imports the annotation and orbit files of radar

@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <zip.h>
 #include <zlib.h>
 
 #include <algorithm>
@@ -13,6 +12,7 @@
 #include <memory>
 
 #include "tools/import/failure.hpp"
+#include "tools/import/zip_library.hpp"
 
 namespace varnoth::tools {
 
@@ -52,20 +52,20 @@ void CheckOrdinary(const std::string& file) {
 }
 
 struct CLOSE_ZIP {
-  void operator()(zip_t* archive) const { zip_discard(archive); }
-  void operator()(zip_file_t* file) const { zip_fclose(file); }
+  void operator()(zip_t* archive) const { Zip().zip_discard(archive); }
+  void operator()(zip_file_t* file) const { Zip().zip_fclose(file); }
 };
 using ZIP_ARCHIVE = std::unique_ptr<zip_t, CLOSE_ZIP>;
 
 ZIP_ARCHIVE OpenArchive(const std::string& file) {
   CheckOrdinary(file);
   int code = 0;
-  ZIP_ARCHIVE archive(zip_open(file.c_str(), ZIP_RDONLY, &code));
+  ZIP_ARCHIVE archive(Zip().zip_open(file.c_str(), ZIP_RDONLY, &code));
   if (archive) return archive;
   zip_error_t error;
-  zip_error_init_with_code(&error, code);
-  const std::string reason = zip_error_strerror(&error);
-  zip_error_fini(&error);
+  Zip().zip_error_init_with_code(&error, code);
+  const std::string reason = Zip().zip_error_strerror(&error);
+  Zip().zip_error_fini(&error);
   Fail(file, "not a whole ZIP archive: " + reason);
 }
 
@@ -78,9 +78,9 @@ bool LeadsOut(std::string name) {
 std::vector<std::string> NamesInArchive(const std::string& file) {
   const ZIP_ARCHIVE archive = OpenArchive(file);
   std::vector<std::string> names;
-  const zip_int64_t count = zip_get_num_entries(archive.get(), 0);
+  const zip_int64_t count = Zip().zip_get_num_entries(archive.get(), 0);
   for (zip_int64_t i = 0; i < count; ++i) {
-    const char* const name = zip_get_name(archive.get(), static_cast<zip_uint64_t>(i), 0);
+    const char* const name = Zip().zip_get_name(archive.get(), static_cast<zip_uint64_t>(i), 0);
     if (name == nullptr) continue;
     if (LeadsOut(name)) Fail(file, "holds '" + std::string(name) + "', which leads out of it");
     names.emplace_back(name);
@@ -156,11 +156,12 @@ SOURCE_FILE ReadWithin(const std::string& place, const std::string& name) {
   std::error_code ignored;
   if (std::filesystem::is_directory(place, ignored)) return ReadSource(shown);
   const ZIP_ARCHIVE archive = OpenArchive(place);
-  const std::unique_ptr<zip_file_t, CLOSE_ZIP> file(zip_fopen(archive.get(), name.c_str(), 0));
-  if (!file) Fail(shown, zip_strerror(archive.get()));
+  const std::unique_ptr<zip_file_t, CLOSE_ZIP> file(
+      Zip().zip_fopen(archive.get(), name.c_str(), 0));
+  if (!file) Fail(shown, Zip().zip_strerror(archive.get()));
   std::string content = ReadBounded(shown, [&](char* block) {
-    const zip_int64_t count = zip_fread(file.get(), block, BLOCK);
-    if (count < 0) Fail(shown, zip_file_strerror(file.get()));
+    const zip_int64_t count = Zip().zip_fread(file.get(), block, BLOCK);
+    if (count < 0) Fail(shown, Zip().zip_file_strerror(file.get()));
     return static_cast<std::size_t>(count);
   });
   return {shown, std::move(content)};
