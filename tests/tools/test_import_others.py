@@ -304,6 +304,20 @@ def test_hermites_line_takes_the_vectors_at_both_its_ends(tmp_path):
     assert (done.returncode, done.stderr) == (0, "") and "by localhermite_0_2" in done.stdout
 
 
+def test_an_ephemeris_that_is_coarse(tmp_path, monkeypatch):
+    """A chord between vectors 10 s apart is a t (10 - t) / 2 inside of an orbit with the acceleration a."""
+    orbit, old = EXAMPLE.orbits["master"], scene(tmp_path)
+    file = oem(tmp_path, "master", orbit)
+    replaced(file, ("DEGREE = 7", "DEGREE = 1"))
+    done = tool("oem", file, "--scene", old, "--out", tmp_path / "a.pool")
+    after = 5.25 - PART  # the last line
+    inside = math.hypot(*orbit.state(5.25, 2)) * after * (10 - after) / 2
+    assert float(re.search(r"up to (\S+) m from", done.stdout)[1]) == pytest.approx(inside, rel=1e-3)
+    monkeypatch.setitem(globals(), "STEPS", range(-360, 361, 60))
+    done = tool("oem", oem(tmp_path, "master", orbit), "--scene", old, "--out", tmp_path / "a.pool")
+    assert done.returncode == 1 and "state vectors every 600 s are too far apart to interpolate" in done.stderr
+
+
 def test_long_texts_stay_below_the_limit_of_a_line(tmp_path):
     source = gamma(tmp_path, "master", EXAMPLE.orbits["master"])
     replaced(source, ("title: ", "title: " + 1000 * '"'))
