@@ -1,21 +1,9 @@
 #include "tools/import/keyed_text.hpp"
 
-#include <charconv>
+#include <algorithm>
 #include <cmath>
 
 namespace varnoth::tools {
-
-namespace {
-
-constexpr std::string_view BLANKS = " \t\r";
-
-std::string_view Trimmed(std::string_view text) {
-  const std::size_t start = text.find_first_not_of(BLANKS);
-  if (start == text.npos) return {};
-  return text.substr(start, text.find_last_not_of(BLANKS) - start + 1);
-}
-
-}  // namespace
 
 std::string Upper(std::string text) {
   for (char& c : text) {
@@ -43,20 +31,6 @@ std::vector<std::string_view> LinesOf(const std::string& content) {
     rest.remove_prefix(std::min(stop + 1, rest.size()));
   }
   return lines;
-}
-
-std::optional<double> NumberOf(std::string_view word) {
-  std::string text(word);
-  for (char& c : text) {
-    if (c == 'D' || c == 'd') c = 'E';
-  }
-  if (text.starts_with('+')) text.erase(0, 1);
-  double value = 0.0;
-  const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc() || stop != text.data() + text.size() || !std::isfinite(value)) {
-    return std::nullopt;
-  }
-  return value;
 }
 
 KEYED_TEXT::KEYED_TEXT(SOURCE_FILE source, char divider) : file(std::move(source)) {

@@ -1,11 +1,11 @@
 #pragma once
 
 #include <map>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "tools/field.hpp"
 #include "tools/import/failure.hpp"
 #include "tools/import/source.hpp"
 
@@ -17,8 +17,6 @@ std::string Upper(std::string text);
 /// returns.
 std::vector<std::string_view> WordsOf(std::string_view line, const char* dividers = " \t\r");
 std::vector<std::string_view> LinesOf(const std::string& content);
-/// Nothing if the word as a whole is no finite number. A Fortran exponent (1.5D+03) is one.
-std::optional<double> NumberOf(std::string_view word);
 
 /// A text file of a value a line behind a keyword, as "PRF = 486.5" or "prf: 486.5 Hz". Lines
 /// without the divider are left out; of a keyword that stands twice the last one counts, as in the

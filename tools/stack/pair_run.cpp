@@ -12,6 +12,7 @@
 #include <fstream>
 #include <stdexcept>
 
+#include "tools/alarm_line.hpp"
 #include "tools/message.hpp"
 #include "tools/whole_file.hpp"
 
@@ -98,22 +99,6 @@ class WORK_DIRECTORY {
   std::string path;
   int lock = -1;
 };
-
-struct ALARM_LINE {
-  std::size_t number = 1;
-  std::string text;
-};
-
-/// The log's first line at level ALARM; without text if there is none.
-ALARM_LINE FirstAlarm(const std::string& log) {
-  std::ifstream stream(log);
-  ALARM_LINE line{0, ""};
-  while (std::getline(stream, line.text)) {
-    ++line.number;
-    if (line.text.starts_with("ALARM")) return line;
-  }
-  return {};
-}
 
 const std::vector<std::string> ARGUMENTS = {
     "-FlatEarthPolyDegree", "4",          "-MasterPar", "master.pool", "-SlavePar", "slave.pool",
