@@ -1,17 +1,23 @@
 #include "tools/geometry/fixed_text.hpp"
 
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 
 namespace varnoth::tools {
 
 namespace {
 
-constexpr std::uint64_t POWERS[] = {
-    1,         10,         100,         1000,         10000,         100000,        1000000,
-    10'000000, 100'000000, 1000'000000, 10000'000000, 100000'000000, 1000000'000000};
+constexpr int MOST_DECIMALS = 12;
+
+constexpr auto POWERS = [] {
+  std::array<std::uint64_t, MOST_DECIMALS + 1> powers{1};
+  for (std::size_t i = 1; i < powers.size(); ++i) powers[i] = 10 * powers[i - 1];
+  return powers;
+}();
 
 /// "00", "01", ... "99": the digits are written in pairs.
 constexpr auto PAIRS = [] {
@@ -23,50 +29,55 @@ constexpr auto PAIRS = [] {
   return pairs;
 }();
 
-/// Writes at least `count` digits before `at`, and more if the number has more.
-char* PutDigits(char* at, std::uint64_t number, int count) {
-  for (; count > 1 || number > 9; count -= 2, number /= 100) {
-    *--at = PAIRS[2 * (number % 100) + 1];
-    *--at = PAIRS[2 * (number % 100)];
-  }
-  if (count > 0 || number > 0) *--at = static_cast<char>('0' + number);
-  return at;
+int DigitsOf(std::uint64_t number) {
+  int count = 1;
+  while (count < MOST_DECIMALS && number >= POWERS[count]) ++count;
+  return count;
 }
 
-void AppendExact(std::string& text, double value, int decimals) {
-  char digits[400];
-  const auto end =
-      std::to_chars(digits, digits + sizeof digits, value, std::chars_format::fixed, decimals);
-  text.append(digits, end.ptr);
+/// Writes a number of `count` digits, with leading zeros, before `end`.
+void PutDigits(char* end, std::uint64_t number, int count) {
+  for (; count > 1; count -= 2, number /= 100) {
+    end -= 2;
+    std::memcpy(end, &PAIRS[2 * (number % 100)], 2);
+  }
+  if (count > 0) *--end = static_cast<char>('0' + number);
+}
+
+/// The nearest whole number to one from 0 to 2^51: the sum has no digit behind its point.
+std::uint64_t Rounded(double value) {
+  constexpr double ONE_PER_STEP = 0x1p52;
+  return std::bit_cast<std::uint64_t>(value + ONE_PER_STEP) -
+         std::bit_cast<std::uint64_t>(ONE_PER_STEP);
 }
 
 }  // namespace
 
-void AppendFixed(std::string& text, double value, int decimals) {
-  constexpr double LARGEST = 0x1p53;
+char* PutFixed(char* at, double value, int decimals) {
   const double amount = std::fabs(value);
-  if (!(amount < LARGEST)) {
-    AppendExact(text, value, decimals);
-    return;
+  if (!(amount < 1e12 - 1)) {
+    return std::to_chars(at, at + FIXED_ROOM, value, std::chars_format::fixed, decimals).ptr;
   }
   const std::uint64_t power = POWERS[decimals];
   auto whole = static_cast<std::uint64_t>(amount);
-  const double rest = amount - static_cast<double>(whole);
-  auto fraction = static_cast<std::uint64_t>(std::llround(rest * static_cast<double>(power)));
+  std::uint64_t fraction =
+      Rounded((amount - static_cast<double>(whole)) * static_cast<double>(power));
   if (fraction == power) {
     fraction = 0;
     ++whole;
   }
-  char room[40];
-  char* const end = room + sizeof room;
-  char* at = end;
-  if (decimals > 0) {
-    at = PutDigits(at, fraction, decimals);
-    *--at = '.';
-  }
-  at = PutDigits(at, whole, 1);
-  if (std::signbit(value) && (whole > 0 || fraction > 0)) *--at = '-';
-  text.append(at, end);
+  if (std::signbit(value) && (whole > 0 || fraction > 0)) *at++ = '-';
+  at += DigitsOf(whole);
+  PutDigits(at, whole, DigitsOf(whole));
+  *at++ = '.';
+  at += decimals;
+  PutDigits(at, fraction, decimals);
+  return at;
+}
+
+void AppendFixed(std::string& text, double value, int decimals) {
+  char digits[FIXED_ROOM];
+  text.append(digits, PutFixed(digits, value, decimals));
 }
 
 }  // namespace varnoth::tools

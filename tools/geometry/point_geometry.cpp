@@ -64,7 +64,10 @@ void FillRow(ROW& row, const SAMPLE_GEOMETRY& sample, const varnoth::SCENE& scen
 }  // namespace
 
 POINT_GEOMETRY::POINT_GEOMETRY(const LOADED_PAIR& pair)
-    : scene(pair.scene), look_direction(pair.look_direction) {
+    : scene(pair.scene), constants(ConstantsOf(pair.scene, pair.look_direction)) {
+  constants.master_orbit = &orbits[MASTER];
+  constants.slave_orbit = &orbits[SLAVE];
+  constants.tell_search = NoteOpenSearch;
   constexpr double MARGIN = 600.0;  // s beyond the scene, some 4000 km
   const SCENE_ORBIT* const sources[] = {&scene.master_orbit, &scene.slave_orbit};
   const double first[] = {scene.master_first_az_time, scene.slave_first_az_time};
@@ -91,13 +94,10 @@ const char* POINT_GEOMETRY::Find(const IMAGE_POINT& point, POINT_WORK& work, ROW
   const double range_time =
       scene.master_first_rg_time + point.sample / scene.range_sampling_frequency[MASTER];
 
-  PAIR_CONSTANTS pair = ConstantsOf(scene, look_direction);
-  pair.master_orbit = &orbits[MASTER];
-  pair.slave_orbit = &orbits[SLAVE];
+  PAIR_CONSTANTS pair = constants;
   // The slave's line is nearly the master's.
   pair.slave_start = std::clamp(scene.slave_first_az_time + point.line / scene.prf[SLAVE],
                                 pieces[SLAVE]->Begin(), pieces[SLAVE]->End());
-  pair.tell_search = NoteOpenSearch;
   SAMPLE_GEOMETRY sample;
   const char* reason = Solve(sample, pair, point, range_time, work);
   if (reason != nullptr) return reason;

@@ -20,6 +20,8 @@ class POINT_GEOMETRY {
  public:
   /// Throws what the orbits throw.
   explicit POINT_GEOMETRY(const LOADED_PAIR& pair);
+  POINT_GEOMETRY(const POINT_GEOMETRY&) = delete;  // `constants` lead to its own orbits
+  POINT_GEOMETRY& operator=(const POINT_GEOMETRY&) = delete;
 
   /// Sets the row of a point. Null, or why the point has no geometry. Any number of threads may
   /// call it; a row does not depend on the points before it. Throws what the orbits throw.
@@ -27,8 +29,8 @@ class POINT_GEOMETRY {
 
  private:
   const varnoth::SCENE& scene;
-  double look_direction;
-  bool is_faithful = true;  ///< whether the pieces give all digits
+  PAIR_CONSTANTS constants;  ///< with `orbits`
+  bool is_faithful = true;   ///< whether the pieces give all digits
   const ORBIT_PIECES* pieces[2] = {};
   SCENE_ORBIT orbits[2];  ///< on the pieces
 };

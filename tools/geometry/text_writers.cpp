@@ -73,12 +73,14 @@ class CSV_WRITER final : public TEXT_WRITER {
   using TEXT_WRITER::TEXT_WRITER;
   void Format(const std::vector<ROW>& rows, std::size_t /*first*/,
               std::string& text) const override {
+    char line[COLUMN_COUNT * (FIXED_ROOM + 1)];
     for (const ROW& row : rows) {
+      char* at = line;
       for (std::size_t i = 0; i < COLUMN_COUNT; ++i) {
-        if (i > 0) text += ',';
-        AppendFixed(text, row[i], COLUMNS[i].decimals);
+        at = PutFixed(at, row[i], COLUMNS[i].decimals);
+        *at++ = i + 1 < COLUMN_COUNT ? ',' : '\n';
       }
-      text += '\n';
+      text.append(line, at);
     }
   }
 
