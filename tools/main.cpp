@@ -116,14 +116,16 @@ void AddGeometry(CLI::App& app, tools::GEOMETRY_REQUEST& request, TOOL_STATUS& s
         tools::ReadGrid(text, request) ? "" : text + " is no LINESxSAMPLES of 2x2 or more");
   };
   CLI::Option_group* const place = geometry->add_option_group("where");
-  place->add_option("--points", request.points, "File with columns line, sample and height");
+  place->add_option("--points", request.points,
+                    "File with columns line, sample and height, or - for the standard input");
   CLI::Option* const grid = place->add_option("--grid", "Grid over the scene, as 5x11")
                                 ->check(CLI::Validator(read_grid, "LINESxSAMPLES"));
   place->require_option(1);
-  geometry->add_option("--heights", request.heights, "Heights of the grid in m, as 0,500")
-      ->delimiter(',')
-      ->allow_extra_args(false)  // the step's arguments follow
-      ->check(Between(-1000.0, 9000.0))
+  const auto read_heights = [&request](const std::string& text) {
+    return tools::ReadHeights(text, request);
+  };
+  geometry->add_option("--heights", "Heights of the grid in m, as 0,500")
+      ->check(CLI::Validator(read_heights, "H,..."))
       ->needs(grid);
   geometry->add_option("--format", request.format, "Without it, as FILE of --out ends, or text")
       ->check(CLI::IsMember({"text", "csv", "json", "netcdf"}));

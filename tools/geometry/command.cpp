@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "tools/check/finding.hpp"
+#include "tools/field.hpp"
 #include "tools/geometry/blocks.hpp"
 #include "tools/geometry/point_geometry.hpp"
 #include "tools/geometry/writer.hpp"
@@ -147,6 +148,26 @@ bool ReadGrid(const std::string& text, GEOMETRY_REQUEST& request) {
   const auto samples = std::from_chars(lines.ptr + 1, end, request.samples);
   return samples.ec == std::errc() && samples.ptr == end && request.lines >= 2 &&
          request.samples >= 2;
+}
+
+std::string ReadHeights(const std::string& text, GEOMETRY_REQUEST& request) {
+  constexpr double LOWEST = -1000.0;
+  constexpr double HIGHEST = 9000.0;
+  std::vector<double>& heights = request.heights;
+  heights.clear();
+  for (std::size_t comma = 0, from = 0; comma != text.npos; from = comma + 1) {
+    comma = text.find(',', from);
+    const std::string word = text.substr(from, comma - from);
+    const auto height = NumberOf(Trimmed(word));
+    if (!height || *height < LOWEST || *height > HIGHEST) {
+      return "'" + word + "' is no height from -1000 to 9000 m";
+    }
+    heights.push_back(*height);
+  }
+  // Coordinates of a netCDF file have to rise.
+  std::sort(heights.begin(), heights.end());
+  const auto twice = std::adjacent_find(heights.begin(), heights.end());
+  return twice == heights.end() ? "" : "height " + Short(*twice) + " stands twice";
 }
 
 std::string FormatOf(const std::string& file) {

@@ -26,6 +26,7 @@ class NETCDF_WRITER final : public GEOMETRY_WRITER {
     Check(library.nc_set_fill(id, NC_NOFILL, &old_mode));
     DescribePair();
     if (grid != nullptr) {
+      Text(NC_GLOBAL, "Conventions", "CF-1.8");
       DefineGrid();
     } else {
       DefinePoints();
@@ -80,7 +81,6 @@ class NETCDF_WRITER final : public GEOMETRY_WRITER {
   }
 
   void DescribePair() {
-    Text(NC_GLOBAL, "Conventions", "CF-1.8");
     Text(NC_GLOBAL, "title", "Geometry of an interferometric pair of radar images");
     Text(NC_GLOBAL, "source", "varnoth-tools geometry");
     const char* const roles[] = {"master", "slave"};
@@ -108,7 +108,9 @@ class NETCDF_WRITER final : public GEOMETRY_WRITER {
     int& variable = variables[column];
     Check(library.nc_def_var(id, name, NC_DOUBLE, static_cast<int>(dimensions.size()),
                              dimensions.data(), &variable));
-    Text(variable, "units", COLUMNS[column].unit);
+    // GDAL takes every "m" of a list of points for a height, but no "metre".
+    const bool is_length = column >= POINT_COLUMNS && COLUMNS[column].unit == std::string("m");
+    Text(variable, "units", is_length ? "metre" : COLUMNS[column].unit);
     Text(variable, "long_name", COLUMNS[column].meaning);
   }
 
@@ -128,6 +130,8 @@ class NETCDF_WRITER final : public GEOMETRY_WRITER {
   }
 
   void DefinePoints() {
+    // The version that brought lists of points, and the only one in which GDAL 3.6 sees them.
+    Text(NC_GLOBAL, "Conventions", "CF-1.6");
     Text(NC_GLOBAL, "featureType", "point");
     const int point = Dimension("point", points.Count());
     for (std::size_t i = 0; i < POINT_COLUMNS; ++i) Define(i, COLUMNS[i].name, {point});

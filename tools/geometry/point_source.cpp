@@ -4,14 +4,15 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <charconv>
-#include <cmath>
 #include <cstring>
 #include <fstream>
-#include <optional>
+#include <memory>
+#include <numeric>
+#include <sstream>
 #include <stdexcept>
 #include <utility>
 
+#include "tools/field.hpp"
 #include "tools/message.hpp"
 
 namespace varnoth::tools {
@@ -51,32 +52,48 @@ class GRID_SOURCE final : public POINT_SOURCE {
   std::size_t next = 0;
 };
 
-std::string_view Trimmed(std::string_view text) {
-  constexpr std::string_view BLANKS = " \t\r";
-  const std::size_t begin = text.find_first_not_of(BLANKS);
-  if (begin == text.npos) return {};
-  text.remove_prefix(begin);
-  return text.substr(0, text.find_last_not_of(BLANKS) + 1);
+/// Opens points to be read twice, since nothing is calculated before all lines are known to be
+/// points: a file as it is, and what a pipe gives, in memory. "-" is the standard input.
+std::unique_ptr<std::istream> OpenTwice(const std::string& name) {
+  const bool is_input = name == "-";
+  const char* const path = is_input ? "/dev/stdin" : name.c_str();
+  struct stat status {};
+  if (stat(path, &status) != 0) throw std::runtime_error(std::strerror(errno));
+  const bool is_file = S_ISREG(status.st_mode);
+  if (!is_file && !is_input && !S_ISFIFO(status.st_mode)) {
+    throw std::runtime_error("neither a file nor a pipe");
+  }
+  auto file = std::make_unique<std::ifstream>(path, std::ios::binary);
+  if (!*file) throw std::runtime_error(std::strerror(errno));
+  if (is_file) return file;
+  auto content = std::make_unique<std::stringstream>();
+  for (char part[1 << 16]; file->read(part, sizeof part), file->gcount() > 0;) {
+    content->write(part, file->gcount());
+  }
+  if (file->bad()) throw std::runtime_error("can't be read to its end");
+  return content;
 }
 
-std::optional<double> NumberOf(std::string_view text) {
-  double value = 0.0;
-  if (text.starts_with('+')) text.remove_prefix(1);
-  const auto end = std::from_chars(text.data(), text.data() + text.size(), value);
-  const bool is_whole = end.ec == std::errc() && end.ptr == text.data() + text.size();
-  return is_whole && std::isfinite(value) ? std::optional(value) : std::nullopt;
+/// Where the first field of a line ends: at a comma outside of quotation marks.
+std::size_t EndOfField(std::string_view line) {
+  bool is_quoted = false;
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    if (line[i] == '"') is_quoted = !is_quoted;
+    if (line[i] == ',' && !is_quoted) return i;
+  }
+  return line.npos;
+}
+
+/// A field without the quotation marks that spreadsheets write around it.
+std::string_view Unquoted(std::string_view field) {
+  const bool is_quoted = field.size() > 1 && field.front() == '"' && field.back() == '"';
+  return is_quoted ? Trimmed(field.substr(1, field.size() - 2)) : field;
 }
 
 /// Reads points line by line.
 class POINTS_FILE final : public POINT_SOURCE {
  public:
-  explicit POINTS_FILE(const std::string& name) : file(name) {
-    struct stat status {};
-    if (stat(name.c_str(), &status) != 0) throw std::runtime_error(std::strerror(errno));
-    // It is read twice: nothing is calculated before all lines are known to be points.
-    if (!S_ISREG(status.st_mode)) throw std::runtime_error("not an ordinary file");
-    Rewind();
-  }
+  explicit POINTS_FILE(const std::string& name) : file(name), stream(OpenTwice(name)) {}
 
   /// Whether all lines are points.
   bool Check() {
@@ -101,12 +118,12 @@ class POINTS_FILE final : public POINT_SOURCE {
   static constexpr const char* NAMES[] = {"line", "sample", "height"};
 
   void Rewind() {
-    stream = std::ifstream(file, std::ios::binary);
-    if (!stream) throw std::runtime_error(std::strerror(errno));
+    stream->clear();
+    stream->seekg(0);
     number = 0;
     has_begun = false;
     columns = 3;
-    for (std::size_t i = 0; i < columns; ++i) places[i] = i;
+    std::iota(std::begin(places), std::end(places), std::size_t{0});
   }
 
   void Fault(const std::string& message) {
@@ -117,7 +134,7 @@ class POINTS_FILE final : public POINT_SOURCE {
 
   /// The next line that is a point; false at the end.
   bool Read(IMAGE_POINT& point) {
-    while (std::getline(stream, text)) {
+    while (std::getline(*stream, text)) {
       ++number;
       std::string_view rest = text;
       if (number == 1 && rest.starts_with("\xEF\xBB\xBF")) rest.remove_prefix(3);
@@ -130,15 +147,15 @@ class POINTS_FILE final : public POINT_SOURCE {
         return true;
       }
     }
-    if (stream.bad()) throw std::runtime_error("can't be read to its end");
+    if (stream->bad()) throw std::runtime_error("can't be read to its end");
     return false;
   }
 
   void Split(std::string_view rest) {
     fields.clear();
     for (std::size_t comma = 0; comma != rest.npos;) {
-      comma = rest.find(',');
-      fields.push_back(Trimmed(rest.substr(0, comma)));
+      comma = EndOfField(rest);
+      fields.push_back(Unquoted(Trimmed(rest.substr(0, comma))));
       rest.remove_prefix(comma == rest.npos ? rest.size() : comma + 1);
     }
   }
@@ -178,11 +195,11 @@ class POINTS_FILE final : public POINT_SOURCE {
   }
 
   std::string file;
-  std::ifstream stream;
+  std::unique_ptr<std::istream> stream;
   std::string text;
   std::vector<std::string_view> fields;
   std::size_t columns = 3;
-  std::size_t places[3] = {};  ///< columns of NAMES
+  std::size_t places[3] = {0, 1, 2};  ///< columns of NAMES
   std::size_t number = 0;
   std::size_t count = 0;
   int faults = 0;

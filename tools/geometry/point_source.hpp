@@ -39,10 +39,11 @@ class POINT_SOURCE {
 std::unique_ptr<POINT_SOURCE> MakeGrid(const varnoth::SCENE& scene, std::size_t lines,
                                        std::size_t samples, const std::vector<double>& heights);
 
-/// The points of a file of comma-separated values: line, sample and height (m), in this order or in
-/// that of a head line, which may name other columns as well. Lines that are empty or begin with
-/// "#" are skipped. Tells of the lines that are no points, and returns null then. Throws
-/// std::runtime_error with the reason if the file can't be read.
+/// The points of comma-separated values in a file, in a pipe or, as "-", in the standard input:
+/// line, sample and height (m), in this order or in that of a head line, which may name other
+/// columns as well. Lines that are empty or begin with "#" are skipped. Tells of the lines that are
+/// no points, and returns null then. Throws std::runtime_error with the reason if the file can't be
+/// read.
 std::unique_ptr<POINT_SOURCE> OpenPoints(const std::string& file);
 
 }  // namespace varnoth::tools
