@@ -29,7 +29,8 @@ std::optional<double> NumberOf(std::string_view word) {
   if (word.starts_with('+')) word.remove_prefix(1);
   if (word.find_first_of("Dd") == word.npos) return PlainNumber(word);
   std::string text(word);
-  std::ranges::replace_if(text, [](char c) { return c == 'D' || c == 'd'; }, 'E');
+  std::ranges::replace_if(
+      text, [](char c) { return c == 'D' || c == 'd'; }, 'E');
   return PlainNumber(text);
 }
 

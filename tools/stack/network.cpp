@@ -99,7 +99,8 @@ std::vector<std::vector<std::size_t>> PartsOf(std::size_t scenes,
 }
 
 BASELINE BaselineOf(const SCENE_STACK& stack, const STACK_PAIR& pair) {
-  return BaselineOf(stack.scenes[pair.master].view, stack.scenes[pair.slave].view);
+  return BaselineOf(stack.scenes[pair.master].satellite, stack.scenes[pair.slave].satellite,
+                    stack.point);
 }
 
 std::int64_t DaysOf(const SCENE_STACK& stack, const STACK_PAIR& pair) {

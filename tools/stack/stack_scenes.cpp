@@ -131,11 +131,12 @@ class STACK_READER {
     for (READ_SCENE& read : scenes) {
       const SCENE& scene = read.out.scene;
       MOMENT time;
-      read.out.view = ViewOf(read.path->StateClosestTo(place, time), place);
+      read.out.satellite = read.path->StateClosestTo(place, time);
+      read.out.range = Distance(ToVector(read.out.satellite.position), place);
       read.out.line = 1e-6 *
                       static_cast<double>(MicrosecondsBetween(scene.first_line.value, time)) *
                       scene.line_rate.value;
-      read.out.sample = (2 * read.out.view.range / LIGHT - scene.first_range_time.value) *
+      read.out.sample = (2 * read.out.range / LIGHT - scene.first_range_time.value) *
                         scene.range_sampling_frequency.value;
     }
   }
@@ -143,7 +144,8 @@ class STACK_READER {
   void CheckPlaces(const READ_SCENE& central) {
     constexpr double FARTHEST = 20e3;  // m; some five times the critical baseline of long waves
     for (const READ_SCENE& read : scenes) {
-      const double apart = Distance(read.out.view.place, central.out.view.place);
+      const double apart =
+          Distance(ToVector(read.out.satellite.position), ToVector(central.out.satellite.position));
       const double middles =
           Distance(ToVector(read.middle.position), ToVector(central.middle.position));
       if (apart > FARTHEST) {
@@ -161,8 +163,7 @@ class STACK_READER {
   /// bandwidth, which a pool does not tell: an upper limit.
   static double CriticalBaseline(const READ_SCENE& central) {
     const SCENE& scene = central.out.scene;
-    return central.out.view.range * scene.range_sampling_frequency.value /
-           scene.radar_frequency.value *
+    return central.out.range * scene.range_sampling_frequency.value / scene.radar_frequency.value *
            std::tan(central.middle.incidence * std::numbers::pi / 180);
   }
 

@@ -16,9 +16,10 @@ struct STACK_SCENE {
   std::string date;      ///< of its first line, as 2018-01-06
   std::int64_t day = 0;  ///< the same, counted from 1970-01-01
   SCENE scene;
-  VIEW view;
-  double line = 0.0;    ///< of the point, from 0
-  double sample = 0.0;  ///< likewise
+  SATELLITE_STATE satellite{};  ///< where it sees the point without Doppler shift
+  double range = 0.0;           ///< from there to the point, m
+  double line = 0.0;            ///< of the point, from 0
+  double sample = 0.0;          ///< likewise
 };
 
 /// Scenes of one track, in the order of their dates, and the point for which baselines are told.
