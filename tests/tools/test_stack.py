@@ -178,7 +178,10 @@ def test_directories_of_pairs(folder):
     assert "local_height" in (made[1] / "insar.pool").read_text() and "2.15" in (made[1] / "insar.pool").read_text()
     (made[1] / "slave.pool").write_text("another")
     _, told = plan(folder, "--nearest", "1", "--make", folder.parent / "pairs", status=1)
-    assert "pair_2019-12-09_2020-01-02:1: error: is there and not empty" in told
+    assert "pair_2019-12-09_2020-01-02:1: error: is there and not empty, and its slave.pool is not" in told
+    (folder.parent / "file").touch()
+    _, told = plan(folder, "--make", folder.parent / "file" / "x", status=1)
+    assert told == f"{folder.parent}/file/x:1: error: Not a directory\n"
 
 
 @pytest.mark.parametrize("days, path, extra, told", [

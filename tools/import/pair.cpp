@@ -225,13 +225,16 @@ constexpr const char* CONFIGURATION =
     "FlatEarthPolyDegree 4\nMasterPar master.pool\nSlavePar slave.pool\n"
     "ParameterPool insar.pool\nlog_pp log.pool\n";
 
-/// Whether a directory has these files already.
-bool Holds(const std::string& directory,
-           const std::vector<std::pair<std::string, std::string>>& files) {
-  return std::all_of(files.begin(), files.end(), [&](const auto& file) {
-    const std::string place = directory + "/" + file.first;
-    return std::filesystem::is_regular_file(place) && ReadSource(place).content == file.second;
-  });
+/// The first of the files that a directory has not, or with other content; null if it has them all.
+const std::string* FindOther(const std::string& directory,
+                             const std::vector<std::pair<std::string, std::string>>& files) {
+  for (const auto& [name, content] : files) {
+    const std::string place = directory + "/" + name;
+    std::error_code ignored;
+    const bool is_file = std::filesystem::is_regular_file(place, ignored);
+    if (!is_file || ReadSource(place).content != content) return &name;
+  }
+  return nullptr;
 }
 
 /// Makes a directory that appears with all its files or not at all. An empty one may be there, or
@@ -241,7 +244,8 @@ void WriteDirectory(const std::string& directory,
   namespace fs = std::filesystem;
   std::string place = directory;
   while (place.size() > 1 && place.ends_with('/')) place.pop_back();
-  if (Holds(place, files)) return;
+  const std::string* const other = FindOther(place, files);
+  if (other == nullptr) return;
   std::string temporary = place + ".XXXXXX";
   if (mkdtemp(temporary.data()) == nullptr) throw std::runtime_error(std::strerror(errno));
   std::error_code ignored;
@@ -250,8 +254,11 @@ void WriteDirectory(const std::string& directory,
     fs::create_directory(whole);
     for (const auto& [name, content] : files) WriteWholeFile((whole / name).string(), content);
     if (::rename(whole.c_str(), place.c_str()) != 0) {
-      throw std::runtime_error(errno == ENOTEMPTY || errno == EEXIST ? "is there and not empty"
-                                                                     : std::strerror(errno));
+      throw std::runtime_error(errno == ENOTEMPTY || errno == EEXIST
+                                   ? "is there and not empty, and its " + *other +
+                                         " is not that of these scenes: move it away, or give "
+                                         "another directory"
+                                   : std::strerror(errno));
     }
   } catch (...) {
     fs::remove_all(temporary, ignored);

@@ -139,6 +139,11 @@ TOOL_STATUS WithFailuresTold(const std::string& file, const std::function<TOOL_S
     return work();
   } catch (const IMPORT_FAILURE& failure) {
     Tell(failure.file, failure.line, SEVERITY::ERROR, failure.what());
+  } catch (const std::filesystem::filesystem_error& failure) {
+    const std::string& place = failure.path1().native();
+    const std::string& target = failure.path2().native();
+    Tell(place.empty() ? file : place, 1, SEVERITY::ERROR,
+         (target.empty() ? "" : "does not get to " + target + ": ") + failure.code().message());
   } catch (const std::runtime_error& failure) {
     Tell(file, 1, SEVERITY::ERROR, failure.what());
   }
