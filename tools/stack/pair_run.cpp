@@ -66,7 +66,6 @@ class WORK_DIRECTORY {
  public:
   WORK_DIRECTORY(const std::string& results, const std::string& name)
       : path(results + "/." + name + ".XXXXXX") {
-    RemoveLeft(results, "." + name + ".");
     if (mkdtemp(path.data()) == nullptr) FailBySystem(results);
     lock = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (lock >= 0) flock(lock, LOCK_SH | LOCK_NB);
@@ -82,20 +81,23 @@ class WORK_DIRECTORY {
 
   const std::string& Path() const { return path; }
 
- private:
-  static void RemoveLeft(const std::string& results, const std::string& start) {
+  /// Removes what a killed process left of a pair, of the names in the results.
+  static void RemoveLeft(const std::string& results, const std::vector<std::string>& names,
+                         const std::string& pair) {
     constexpr std::size_t LETTERS = 6;
-    for (const auto& entry : fs::directory_iterator(results)) {
-      const std::string name = entry.path().filename();
+    const std::string start = "." + pair + ".";
+    for (const std::string& name : names) {
       if (!name.starts_with(start) || name.size() != start.size() + LETTERS) continue;
-      const int other = ::open(entry.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+      const fs::path place = fs::path(results) / name;
+      const int other = ::open(place.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
       if (other < 0) continue;
       std::error_code ignored;
-      if (flock(other, LOCK_EX | LOCK_NB) == 0) fs::remove_all(entry.path(), ignored);
+      if (flock(other, LOCK_EX | LOCK_NB) == 0) fs::remove_all(place, ignored);
       ::close(other);
     }
   }
 
+ private:
   std::string path;
   int lock = -1;
 };
@@ -121,13 +123,15 @@ PAIR_END PAIR_RUNNER::Run(const std::string& pair) {
   if (target.starts_with(source.string() + "/")) {
     throw std::runtime_error("results in " + results + " would replace it");
   }
-  if (!taken.insert(name).second) {
-    throw std::runtime_error("another pair of this call has the name " + name);
-  }
   std::error_code no_directory;
   if (!fs::create_directories(results, no_directory) && no_directory) {
     throw std::runtime_error("no directory " + results + ": " + no_directory.message());
   }
+  if (!taken.insert(name).second) {
+    throw std::runtime_error("another pair of this call has the name " + name);
+  }
+  if (taken.size() == 1) FindHidden();
+  WORK_DIRECTORY::RemoveLeft(results, hidden, name);
   const WORK_DIRECTORY copy(results, name);
   const std::string& work = copy.Path();
   // Of links, what they lead to: a common master pool, and no input is written through one.
@@ -147,6 +151,13 @@ PAIR_END PAIR_RUNNER::Run(const std::string& pair) {
   if (!is_done) return Keep(work, name, status);
   Place(work, name);
   return PAIR_END::DONE;
+}
+
+void PAIR_RUNNER::FindHidden() {
+  for (const auto& entry : fs::directory_iterator(results)) {
+    std::string name = entry.path().filename();
+    if (name.starts_with('.')) hidden.push_back(std::move(name));
+  }
 }
 
 /// An older result and the new one change places in one step; then the older one goes.

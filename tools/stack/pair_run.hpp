@@ -2,6 +2,7 @@
 
 #include <set>
 #include <string>
+#include <vector>
 
 #include "tools/stack/child.hpp"
 
@@ -27,6 +28,7 @@ class PAIR_RUNNER {
   const HELD_SIGNALS& Signals() const { return signals; }
 
  private:
+  void FindHidden();
   void Place(const std::string& work, const std::string& name) const;
   PAIR_END Keep(const std::string& work, const std::string& name, int status) const;
 
@@ -34,6 +36,9 @@ class PAIR_RUNNER {
   std::string results;
   std::string program;
   std::set<std::string> taken;  ///< names of the pairs so far
+  /// Names that began with a point in the results when the first pair began: one listing for all
+  /// pairs, since the results may be a hundred thousand.
+  std::vector<std::string> hidden;
 };
 
 }  // namespace varnoth::tools
