@@ -21,7 +21,8 @@ namespace varnoth::fuzz {
   ROW(annotations, FuzzAnnotations) \
   ROW(oem, FuzzOem)                 \
   ROW(prm, FuzzPrm)                 \
-  ROW(gamma_par, FuzzGammaPar)
+  ROW(gamma_par, FuzzGammaPar)      \
+  ROW(run_logs, FuzzRunLogs)
 #else
 #define VARNOTH_TOOLS_TARGETS(ROW)
 #endif

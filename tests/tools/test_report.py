@@ -94,6 +94,26 @@ def test_land_beyond_the_date_line(tmp_path):
     assert [inside(data["land"], *at) for at in ((-180.7, -16.6), (-179.0, -15.0))] == [True, False]  # an island, the sea
 
 
+@pytest.mark.parametrize("others", [[], [1.0], [0.8, -1.3, -2.4]])
+def test_land_around_the_date_line(tmp_path, others):
+    """Pairs at 179.9 and -179.9, and others, with which the map shows the world."""
+    starts = {made_pair(tmp_path / "r" / f"p{i}", node=node, start=-0.3).pool()["early_az_near_rg_longitude"]
+              for i, node in enumerate([3.0295, 3.0342, *others])}
+    assert min(starts) < 180 < max(starts)
+    data = report(tmp_path, "r")[1]
+    points = [list(zip(ring[::2], ring[1::2])) for ring in data["land"]]
+    xs, ys = zip(*sum(points, []))
+    jumps = [(a, b) for ring in points for a, b in zip(ring, ring[1:] + ring[:1])
+             if abs(a[0] - b[0]) > 1500 and not (a[1] == b[1] and a[1] in (min(ys), max(ys)))]
+    middle = data["middle_longitude"]
+    assert jumps == [] and (abs(abs(middle) - 180) < 2 if len(others) < 2 else max(xs) - min(xs) > 36000)
+    # A strait between two islands that lie beside the line, an island across it, and a continent across it.
+    for at, is_land in {(179.9, -16.6): False, (180.05, -16.8): True, (179.2, -16.6): True, **({(181.0, 67.5): True, (178.0, 67.5): True,
+                        (181.0, -86.0): True, (179.0, -86.0): True, (60.0, -86.0): True} if len(others) > 1 else {})}.items():
+        longitude = at[0] - 360 * round((at[0] - middle) / 360)
+        assert inside(data["land"], longitude, at[1]) is is_land, at
+
+
 @pytest.mark.parametrize("mode, level, has_misfit, has_grids", [
     ("dual_pass", "WARNING", True, False), ("single_pass", "INFO", True, True), ("single_pass", "WARNING", False, False)])
 def test_what_the_log_has(tmp_path, mode, level, has_misfit, has_grids):
@@ -128,9 +148,12 @@ BAD = {
     "no pool": (in_place("insar.pool", lambda path: path.symlink_to("nowhere")), 1, ["insar.pool:1: error: No such file"], "without results"),
     "a directory": (in_place("insar.pool", Path.mkdir), 1, ["insar.pool:1: error: Is a directory"], "without results"),
     "NaN": (replaced("insar.pool", r"(eff_baseline +FLT_15 +)\S+", r"\1nan"), 0, [r"insar.pool:\d+: warning: eff_baseline is not a number"], "done"),
+    "infinite": (replaced("insar.pool", r"(eff_baseline +FLT_15 +)\S+", r"\1-inf"), 0, [r"insar.pool:\d+: warning: eff_baseline is infinite"], "done"),
     "half a log": (lambda d: (d / "log.varnoth").write_text((d / "log.varnoth").read_text()[:9000]), 0, ["log.varnoth:1: warning: does not tell the end"], "done"),
-    "no log": (in_place("log.varnoth", lambda path: None), 0, ["log.varnoth:1: warning: can't be read"], "done"),
-    "a pipe for a log": (in_place("log.varnoth", os.mkfifo), 0, ["log.varnoth:1: warning: can't be read"], "done"),
+    "no log": (in_place("log.varnoth", lambda path: None), 0, [r"log.varnoth:1: warning: can't be read \(No such file"], "done"),
+    "a pipe for a log": (in_place("log.varnoth", os.mkfifo), 0, [r"log.varnoth:1: warning: can't be read \(is no file\)"], "done"),
+    "a directory for a log": (in_place("log.varnoth", Path.mkdir), 0, [r"log.varnoth:1: warning: can't be read \(is a directory\)"], "done"),
+    "a log that fails": (in_place("log.varnoth", lambda path: path.symlink_to("/proc/self/mem")), 0, [r"log.varnoth:1: warning: can't be read \(Input/output error\)"], "done"),
     "no scene": (in_place("slave.pool", lambda path: None), 0, ["slave.pool:1: warning: No such file"], "done"),
 }
 
@@ -168,6 +191,10 @@ def test_results_directory(tmp_path):
     level, text, line, remedy = data["pairs"][1]["notices"][0]
     assert (level, text, log.splitlines()[line - 1][18:]) == ("ALARM", "parameter pool: parameter key >> prf << not found", text)
     assert data["remedies"][remedy][1] == "add the key; look for an empty pool"
+    (results / "failed" / "d.log").mkdir()
+    done, data = report(tmp_path, "r")
+    assert done.returncode == 1 and "r/failed/d.log:1: error: can't be read: is a directory\n" in done.stderr
+    assert data["pairs"][0]["log"]["fault"] == "is a directory"
     assert report(tmp_path, "nowhere", "r/a")[0].returncode == 1
 
 
@@ -290,6 +317,31 @@ def test_hostile_names_show_as_text(shown):
     assert shown.hostile in shown.run("document.title") and not shown.told
 
 
+# What a part of the page says of a pair that differs from a good one in some of its data.
+WORDS = {
+    "a log that can't be read": ("causeOf(pair)[0]", "{notices: [], log: {fault: 'is a directory'}}", "the log can't be read: is a directory"),
+    "a log without an ALARM": ("causeOf(pair)[0]", "{notices: [], log: {fault: ''}}", "no ALARM line in the log"),
+    "times that are no dates": ("element('p', {}, scenesWords(pair)).textContent", "{times: [['0', null], ['', null]]}", "Master of unknown date, slave of unknown date."),
+    "their tooltip": ("element('p', {}, scenesWords(pair)).querySelector('[title]').title", "{times: [['0', null], ['', null]]}", "orbit_reference_time 0"),
+    "in the table": ("[2, 3].map((i) => new PairTable([pair]).body.rows[0].cells[i]).map((cell) => cell.textContent + cell.title).join('/')",
+                     "{times: [['0', null], ['', null]]}", "unknown dateorbit_reference_time 0/–"),
+    "a shorter time": ("element('p', {}, scenesWords(pair)).textContent", "{times: [['2026-01-02T03:04:05', 864e5], ['2025-12-31T23:59:59', 0]]}",
+                       "Master 1972-09-27 03:04:05, slave 1970-01-01 23:59:59: 1000 days earlier."),
+    "warnings of its own": ("tiles([pair]).querySelector('.warned')?.textContent", "{remarks: ['x:1: y']}", "1done with warnings"),
+    "no warnings": ("tiles([pair]).querySelector('.warned')?.textContent", "{}", None),
+    "infinite": ("new PairTable([pair]).body.rows[0].cells[6].textContent", "{numbers: DATA.keys.map(() => '-inf')}", "-inf"),
+    "not a number": ("new PairTable([pair]).body.rows[0].cells[6].textContent", "{numbers: DATA.keys.map(() => null)}", "–"),
+}
+
+
+@needs_browser
+def test_words(shown):
+    shown.open(shown.root / "stack.html")
+    for name, (expression, change, wanted) in WORDS.items():
+        words = shown.run(f"((pair) => {expression})({{...DATA.pairs.find((pair) => pair.name === 'pair 1'), ...{change}}})")
+        assert words == wanted, name
+
+
 def column(shown, place):
     return shown.run(f"[...document.querySelectorAll('.pairs tbody tr:not([hidden])')].map((row) => row.cells[{place}].textContent)")
 
@@ -352,6 +404,15 @@ def test_prints_whole_pages(shown, page, least, most):
     assert all(math.dist(box, [0, 0, 595, 842]) < 2 for box in boxes)
     shown.open(shown.root / page, width=680)  # what the margins of A4 leave
     shown.call("Emulation.setEmulatedMedia", media="print")
+    if page == "stack.html":
+        shown.run("window.dispatchEvent(new Event('beforeprint'))")
+        assert len(column(shown, 0)) == 309
+        shown.run("window.dispatchEvent(new Event('afterprint'))")
+        assert len(column(shown, 0)) == 200
+        shown.run("document.querySelector('main').append(new PairTable(new Array(2003).fill(DATA.pairs[302])).node)")
+        shown.run("window.dispatchEvent(new Event('beforeprint'))")
+        assert len(column(shown, 0)) == 2309 and shown.run("[...document.querySelectorAll('.printed')].map((line) => line.innerText.slice(0, 18))") == ["", "3 more pairs left "]
+        shown.run("document.querySelector('main').lastChild.remove()")
     shown.run("for (const field of document.querySelectorAll('#filter-ending')) { field.value = 'done'; field.dispatchEvent(new Event('change')); }")
     shown.settle()
     assert shown.run("document.documentElement.scrollWidth") <= 680 and shown.run(OVERFLOW) == [] and not shown.told

@@ -64,7 +64,7 @@ LIST SweptPhase(const PAIR_RECORD& record, std::size_t line) {
 std::vector<double> CurveSamples(const PAIR_RECORD& record) {
   const double last = record.Number("n_samples") - 1.0;
   LIST samples;
-  if (!(last > 0)) return samples;
+  if (!(last > 0) || std::isinf(last)) return samples;
   for (std::size_t i = 0; i < SAMPLES; ++i) {
     samples.push_back(static_cast<double>(i) * last / (SAMPLES - 1));
   }

@@ -7,9 +7,11 @@ namespace varnoth::tools {
 
 namespace {
 
+constexpr double TURN = 360.0;
+
 /// The longitude that means the same and lies within half a turn of another one.
 double Beside(double longitude, double other) {
-  return other + std::remainder(longitude - other, 360.0);
+  return other + std::remainder(longitude - other, TURN);
 }
 
 }  // namespace
@@ -29,18 +31,31 @@ std::optional<RING> Footprint(const PAIR_RECORD& record) {
   return ring;
 }
 
-std::optional<MAP_BOX> Surroundings(const std::vector<PAIR_RECORD>& records) {
+double MiddleLongitude(const std::vector<PAIR_RECORD>& records) {
+  std::vector<double> starts;
+  for (const PAIR_RECORD& record : records) {
+    const std::optional<RING> ring = Footprint(record);
+    if (ring) starts.push_back(Beside(ring->front().longitude, 0.0));
+  }
+  if (starts.empty()) return 0.0;
+  std::ranges::sort(starts);
+  double widest = starts.front() + TURN - starts.back();
+  double middle = (starts.front() + starts.back()) / 2;
+  for (std::size_t i = 1; i < starts.size(); ++i) {
+    if (starts[i] - starts[i - 1] <= widest) continue;
+    widest = starts[i] - starts[i - 1];
+    middle = Beside((starts[i] + starts[i - 1] + TURN) / 2, 0.0);
+  }
+  return middle;
+}
+
+std::optional<MAP_BOX> Surroundings(const std::vector<PAIR_RECORD>& records, double middle) {
   std::optional<MAP_BOX> box;
-  double first_longitude = 0.0;
   for (const PAIR_RECORD& record : records) {
     std::optional<RING> ring = Footprint(record);
     if (!ring) continue;
-    if (!box) {
-      const MAP_POINT& start = ring->front();
-      first_longitude = start.longitude;
-      box = MAP_BOX{start.longitude, start.longitude, start.latitude, start.latitude};
-    }
-    const double start = Beside(ring->front().longitude, first_longitude);
+    const double start = Beside(ring->front().longitude, middle);
+    if (!box) box = MAP_BOX{start, start, ring->front().latitude, ring->front().latitude};
     for (const MAP_POINT& point : *ring) {
       const double longitude = Beside(point.longitude, start);
       box->west = std::min(box->west, longitude);
@@ -58,8 +73,8 @@ std::optional<MAP_BOX> Surroundings(const std::vector<PAIR_RECORD>& records) {
   const double shrink = std::cos(highest * DEGREE);
   const double size =
       std::max({(box->east - box->west) * shrink, box->north - box->south, LEAST / TIMES});
-  box->west -= TIMES * size / shrink;
-  box->east += TIMES * size / shrink;
+  box->west = std::max(middle - TURN, box->west - TIMES * size / shrink);
+  box->east = std::min(middle + TURN, box->east + TIMES * size / shrink);
   box->south = std::max(-90.0, box->south - TIMES * size);
   box->north = std::min(90.0, box->north + TIMES * size);
   return box;

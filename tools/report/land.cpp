@@ -1,10 +1,13 @@
 #include "tools/report/land.hpp"
 
 #include <charconv>
+#include <cmath>
 
 namespace varnoth::tools {
 
 namespace {
+
+constexpr double TURN = 360.0;
 
 RING RingOf(std::string_view line) {
   constexpr double UNIT = 0.01;
@@ -51,6 +54,25 @@ RING CutToBox(RING ring, const MAP_BOX& box) {
   return Cut(ring, [&](const MAP_POINT& p) { return p.latitude - box.north; });
 }
 
+bool IsAroundPole(const RING& ring) {
+  return std::fabs(ring.back().longitude - ring.front().longitude) > TURN / 2;
+}
+
+/// A ring around a pole, as often as a box can ask for, and closed beyond the pole.
+RING Unrolled(const RING& once) {
+  const double turn = std::copysign(TURN, once.back().longitude - once.front().longitude);
+  const double pole = std::copysign(91.0, once.front().latitude);
+  RING ring;
+  for (const double times : {-2.0, -1.0, 0.0, 1.0, 2.0}) {
+    for (const MAP_POINT& point : once) {
+      ring.push_back({point.longitude + times * turn, point.latitude});
+    }
+  }
+  ring.push_back({ring.back().longitude, pole});
+  ring.push_back({ring.front().longitude, pole});
+  return ring;
+}
+
 }  // namespace
 
 std::vector<RING> LandWithin(std::string_view text, const MAP_BOX& box) {
@@ -61,7 +83,13 @@ std::vector<RING> LandWithin(std::string_view text, const MAP_BOX& box) {
     text.remove_prefix(std::min(text.size(), line.size() + 1));
     if (line.starts_with('#')) continue;
     const RING ring = RingOf(line);
-    for (const double turn : {-360.0, 0.0, 360.0}) {
+    if (ring.size() < LEAST) continue;
+    if (IsAroundPole(ring)) {
+      RING cut = CutToBox(Unrolled(ring), box);
+      if (cut.size() >= LEAST) land.push_back(std::move(cut));
+      continue;
+    }
+    for (const double turn : {-TURN, 0.0, TURN}) {
       const MAP_BOX turned = {box.west - turn, box.east - turn, box.south, box.north};
       RING cut = CutToBox(ring, turned);
       for (MAP_POINT& point : cut) point.longitude += turn;

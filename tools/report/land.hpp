@@ -5,7 +5,7 @@
 
 namespace varnoth::tools {
 
-/// A part of the map in degrees. Longitudes are continuous and may lie beyond 180 or 360.
+/// A part of the map in degrees. Longitudes are continuous and lie within -540 to 540.
 struct MAP_BOX {
   double west = 0.0;
   double east = 0.0;
@@ -22,6 +22,8 @@ using RING = std::vector<MAP_POINT>;
 
 /// The outlines of land within a box, cut at its border: by the even-odd rule what lies inside is
 /// land. `text` has a line per ring: the first point and the steps, in hundredths of a degree.
+/// Longitudes do not jump at the date line. A ring whose last point lies a turn from its first one
+/// goes around the pole.
 std::vector<RING> LandWithin(std::string_view text, const MAP_BOX& box);
 
 }  // namespace varnoth::tools

@@ -15,9 +15,10 @@ namespace varnoth::tools {
 
 namespace {
 
-/// JSON has no NaN and no infinity; null stands for them.
+/// JSON has no NaN and no infinity: null stands for the one, "inf" or "-inf" for the other.
 JSON Rounded(double value, int decimals) {
-  if (!std::isfinite(value)) return nullptr;
+  if (std::isnan(value)) return nullptr;
+  if (std::isinf(value)) return value < 0 ? "-inf" : "inf";
   const double scale = std::pow(10.0, decimals);
   const double scaled = value * scale;
   // Beyond these digits there is nothing to round.
@@ -86,7 +87,7 @@ class DATA_WRITER {
       times.push_back({time.text, time.seconds_1970 ? Rounded(*time.seconds_1970, 3) : nullptr});
     }
     pair["times"] = times;
-    pair["log"] = {{"is_there", record.log.is_there},
+    pair["log"] = {{"fault", record.log.fault},
                    {"is_ended", record.log.is_ended},
                    {"started", record.log.started},
                    {"misfit", Rounded(record.log.misfit.value_or(NAN), 4)}};
@@ -118,8 +119,13 @@ class DATA_WRITER {
     JSON polynomials = JSON::array();
     for (const char* const key : {"flat_phase_poly_early_az", "flat_phase_poly_late_az"}) {
       const auto found = record.vectors.find(key);
-      // All digits count in a polynomial; JSON writes what is no number as null.
-      polynomials.push_back(found == record.vectors.end() ? JSON::array() : JSON(found->second));
+      JSON list = JSON::array();
+      if (found != record.vectors.end()) {
+        // All digits count in a polynomial.
+        for (const double p : found->second)
+          list.push_back(std::isfinite(p) ? JSON(p) : Rounded(p, 0));
+      }
+      polynomials.push_back(list);
     }
     pair["polynomials"] = polynomials;
     pair["samples"] = List(CurveSamples(record), 1);
@@ -151,10 +157,10 @@ class DATA_WRITER {
 };
 
 /// Rings of land in hundredths of a degree.
-JSON Land(const std::vector<PAIR_RECORD>& records) {
+JSON Land(const std::vector<PAIR_RECORD>& records, double middle) {
   constexpr double UNITS_OF_DEGREE = 100.0;
   JSON land = JSON::array();
-  const std::optional<MAP_BOX> box = Surroundings(records);
+  const std::optional<MAP_BOX> box = Surroundings(records, middle);
   if (!box) return land;
   for (const RING& ring : LandWithin(LAND_TEXT, *box)) {
     JSON numbers = JSON::array();
@@ -182,9 +188,14 @@ std::string PageData(const std::vector<PAIR_RECORD>& records, bool is_stack) {
   DATA_WRITER writer(records);
   JSON pairs = JSON::array();
   for (const PAIR_RECORD& record : records) pairs.push_back(writer.Pair(record));
-  const JSON data = {{"is_stack", is_stack},  {"made", Now()},
-                     {"keys", writer.Keys()}, {"remedies", writer.Remedies()},
-                     {"land", Land(records)}, {"pairs", std::move(pairs)}};
+  const double middle = MiddleLongitude(records);
+  const JSON data = {{"is_stack", is_stack},
+                     {"made", Now()},
+                     {"keys", writer.Keys()},
+                     {"remedies", writer.Remedies()},
+                     {"middle_longitude", Rounded(middle, 2)},
+                     {"land", Land(records, middle)},
+                     {"pairs", std::move(pairs)}};
   const std::string plain = data.dump(-1, ' ', false, JSON::error_handler_t::replace);
   std::string text;
   text.reserve(plain.size());

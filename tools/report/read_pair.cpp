@@ -48,7 +48,13 @@ constexpr const char* RESULT_VECTORS[] = {
     "master_early_az_incidence_angle", "master_late_az_incidence_angle",
     "slave_early_az_incidence_angle",  "slave_late_az_incidence_angle"};
 
-double NumberIn(const JSON& value) { return value.is_number() ? value.get<double>() : NO_NUMBER; }
+/// A document has texts for what JSON has no numbers for.
+double NumberIn(const JSON& value) {
+  constexpr double INFINITE = std::numeric_limits<double>::infinity();
+  if (value == "inf") return INFINITE;
+  if (value == "-inf") return -INFINITE;
+  return value.is_number() ? value.get<double>() : NO_NUMBER;
+}
 
 /// Takes values of a pool over into a record.
 class POOL_TAKER {
@@ -60,6 +66,7 @@ class POOL_TAKER {
     if (entry == nullptr) return;
     const double number = record.numbers[key] = NumberIn(entry->value);
     if (std::isnan(number)) Warn(*entry, "is not a number");
+    if (std::isinf(number)) Warn(*entry, "is infinite");
   }
   void TakeText(const char* key) {
     const POOL_ENTRY* const entry = Entry(key);
@@ -74,9 +81,9 @@ class POOL_TAKER {
     bool has_gap = false;
     for (const JSON& value : entry->value["values"]) {
       values.push_back(NumberIn(value));
-      has_gap = has_gap || std::isnan(values.back());
+      has_gap = has_gap || !std::isfinite(values.back());
     }
-    if (has_gap) Warn(*entry, "holds what is not a number");
+    if (has_gap) Warn(*entry, "holds what is no finite number");
   }
 
   int missing = 0;  ///< of the keys that were asked for
@@ -164,13 +171,13 @@ void TakeScene(const std::string& file, double first_az_time, std::size_t index,
 
 void TakeLog(const std::string& file, PAIR_RECORD& record) {
   record.log = ReadRunLog(file);
-  const char* fault = nullptr;
-  if (!record.log.is_there) {
-    fault = "can't be read: no warnings and no nine points";
+  if (!record.log.fault.empty()) {
+    record.remarks.push_back(
+        {file, 1, SEVERITY::WARNING,
+         "can't be read (" + record.log.fault + "): no warnings and no nine points"});
   } else if (!record.log.is_ended) {
-    fault = "does not tell the end of a run";
+    record.remarks.push_back({file, 1, SEVERITY::WARNING, "does not tell the end of a run"});
   }
-  if (fault != nullptr) record.remarks.push_back({file, 1, SEVERITY::WARNING, fault});
 }
 
 double FirstTime(const POOL_DOCUMENT& pool, const char* key) {
@@ -216,8 +223,8 @@ PAIR_RECORD ReadKeptLog(const std::string& file, ENDING ending) {
   record.place = file;
   record.ending = ending;
   record.log = ReadRunLog(file);
-  if (!record.log.is_there) {
-    record.remarks.push_back({file, 1, SEVERITY::ERROR, "can't be read"});
+  if (!record.log.fault.empty()) {
+    record.remarks.push_back({file, 1, SEVERITY::ERROR, "can't be read: " + record.log.fault});
   }
   return record;
 }

@@ -1,7 +1,9 @@
 #include "tools/report/run_log.hpp"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <string_view>
@@ -122,6 +124,16 @@ class LOG_READER {
   NINE_POINTS* grid = nullptr;
 };
 
+/// Why there is nothing to open; empty for a file.
+std::string FaultOfPlace(const std::string& file) {
+  std::error_code error;
+  const std::filesystem::file_type type = std::filesystem::status(file, error).type();
+  if (error) return error.message();
+  if (type == std::filesystem::file_type::directory) return "is a directory";
+  if (type != std::filesystem::file_type::regular) return "is no file";  // a pipe would block
+  return "";
+}
+
 }  // namespace
 
 const NOTICE* RUN_LOG::FirstAlarm() const {
@@ -131,10 +143,9 @@ const NOTICE* RUN_LOG::FirstAlarm() const {
 
 RUN_LOG ReadRunLog(const std::string& file) {
   LOG_READER reader;
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(file, error)) return reader.log;  // a pipe would block
+  reader.log.fault = FaultOfPlace(file);
+  if (!reader.log.fault.empty()) return reader.log;
   std::ifstream lines(file, std::ios::binary);
-  if (!lines) return reader.log;
   std::size_t number = 0;
   for (std::string line; std::getline(lines, line);) {
     ++number;
@@ -146,7 +157,7 @@ RUN_LOG ReadRunLog(const std::string& file) {
     reader.Take(Trimmed(text.substr(0, LABEL_LENGTH)), text.substr(LABEL_LENGTH + NAME.size()),
                 number);
   }
-  reader.log.is_there = !lines.bad();
+  if (!lines.eof()) reader.log.fault = std::strerror(errno);
   return reader.log;
 }
 

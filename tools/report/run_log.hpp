@@ -23,7 +23,7 @@ struct NINE_POINTS {
 
 /// What the last run that a log holds has told.
 struct RUN_LOG {
-  bool is_there = false;
+  std::string fault;               ///< why it could not be read, or not whole; else empty
   bool is_ended = false;           ///< the run told its end, good or bad
   std::string started;             ///< local time of the run, as the log has it
   std::vector<NOTICE> notices;     ///< without the missing configuration file, which is usual
@@ -36,7 +36,7 @@ struct RUN_LOG {
   const NOTICE* FirstAlarm() const;
 };
 
-/// Reads a log without touching it. Of a log that is missing or can't be read, `is_there` is false.
+/// Reads a log without touching it.
 RUN_LOG ReadRunLog(const std::string& file);
 
 }  // namespace varnoth::tools

@@ -104,7 +104,7 @@ function startGraph(host, figure, key) {
   if (figure.axisText) options.axes.x.axisLabelFormatter = figure.axisText;
   if (figure.under) options.underlayCallback = figure.under;
   if (figure.open) options.pointClickCallback = (event, point) => figure.open(point.idx);
-  const graph = new Dygraph(host, figure.rows, options);
+  const graph = new Dygraph(host, figure.rows.map((row) => row.map((value) => Math.abs(value) === Infinity ? null : value)), options);
   graph.host = host;
   graph.seriesCount = figure.series.length;
   charts.add(graph);

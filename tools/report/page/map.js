@@ -7,11 +7,11 @@ function beside(longitude, other) {
   return longitude - 360 * Math.round((longitude - other) / 360);
 }
 
-// The outline as [longitude, latitude], or null where a corner is missing.
-function footprintOf(pair, beside_of) {
+// The outline as [longitude, latitude], beside the land of the page; null where a corner is missing.
+function footprintOf(pair) {
   const ring = CORNERS.map((corner) => [numberOf(pair, `${corner}_rg_longitude`), numberOf(pair, `${corner}_rg_latitude`)]);
   if (!ring.every(([longitude, latitude]) => Math.abs(longitude ?? NaN) <= 360 && Math.abs(latitude ?? NaN) <= 90)) return null;
-  const start = beside(ring[0][0], beside_of);
+  const start = beside(ring[0][0], DATA.middle_longitude);
   return ring.map(([longitude, latitude]) => [beside(longitude, start), latitude]);
 }
 
@@ -35,11 +35,13 @@ class MapView {
     this.shrink = Math.max(Math.cos((south + north) / 2 * Math.PI / 180), 0.05); // a pole has no parallel
     const size = Math.max((east - west) * this.shrink, north - south, 0.2);
     this.width = width;
-    this.height = Math.round(width * 0.72);
-    this.scale = this.height / (2.2 * size); // pixels of a degree of latitude
-    this.middle = [(west + east) / 2, (south + north) / 2];
-    const half = this.width / 2 / this.scale / this.shrink;
-    this.box = {west: this.middle[0] - half, east: this.middle[0] + half, south: this.middle[1] - 1.1 * size, north: this.middle[1] + 1.1 * size};
+    const tallest = Math.round(width * 0.72);
+    // Pixels of a degree of latitude. No map shows more than the whole world.
+    this.scale = Math.max(tallest / (2.2 * size), width / (360 * this.shrink));
+    this.height = Math.min(tallest, Math.floor(180 * this.scale));
+    const [wide, high] = [this.width / 2 / this.scale / this.shrink, this.height / 2 / this.scale];
+    this.middle = [(west + east) / 2, Math.min(Math.max((south + north) / 2, high - 90), 90 - high)];
+    this.box = {west: this.middle[0] - wide, east: this.middle[0] + wide, south: this.middle[1] - high, north: this.middle[1] + high};
   }
 
   x(longitude) { return this.width / 2 + (longitude - this.middle[0]) * this.shrink * this.scale; }
@@ -93,13 +95,12 @@ class MapView {
 
 // The map of some pairs' footprints, or null where there is none.
 function footprintMap(pairs) {
-  const first = pairs.map((pair) => footprintOf(pair, 0)).find((ring) => ring !== null);
-  if (!first) return null;
   const rings = new Map();
   for (const pair of pairs) {
-    const ring = footprintOf(pair, first[0][0]);
+    const ring = footprintOf(pair);
     if (ring) rings.set(ring.flat().map((degrees) => degrees.toFixed(2)).join(), ring);
   }
+  if (rings.size === 0) return null;
   const outlines = [...rings.values()];
   const host = element('div', {class: 'map'});
   const draw = () => {

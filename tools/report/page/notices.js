@@ -6,7 +6,9 @@ const NO_ALARM = ['no ALARM line in the log', null,
 // [text, line, remedy] of the cause of a failure.
 function causeOf(pair) {
   const alarm = firstAlarm(pair);
-  return alarm ? [alarm[1], alarm[2], DATA.remedies[alarm[3]] ?? null] : NO_ALARM;
+  if (alarm) return [alarm[1], alarm[2], DATA.remedies[alarm[3]] ?? null];
+  if (!pair.log.fault) return NO_ALARM;
+  return [`the log can't be read: ${pair.log.fault}`, null, ['Why the pair failed is not known.', 'Make the log readable, then write this page again.']];
 }
 
 function remedyText(remedy) {

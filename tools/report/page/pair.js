@@ -47,18 +47,22 @@ function resultTables(pair) {
       numberRow(pair, 'Height above the ellipsoid', 'local_height', 1, 'm')));
 }
 
-function scenesText(pair) {
-  const texts = pair.times.map(([text, seconds]) => isNumber(seconds) ? `${dayText(seconds)} ${text.slice(11, 19)}` : text);
-  if (!texts[0] && !texts[1]) return null;
+function sceneWords(pair, scene) {
+  const {text, raw} = dayOf(pair, scene);
+  if (isNumber(secondsOf(pair, scene))) return `${text} ${pair.times[scene][0].slice(11, 19)}`;
+  return ['of ', element(raw ? 'abbr' : 'span', {title: raw}, 'unknown date')];
+}
+
+function scenesWords(pair) {
+  if (!pair.times[0][0] && !pair.times[1][0]) return null;
   const days = daysOf(pair);
-  const master = `Master ${texts[0] || 'of unknown date'}`;
-  const slave = `slave ${texts[1] || 'of unknown date'}`;
-  return `${master}, ${slave}${isNumber(days) ? `: ${counted(Math.round(Math.abs(days)), 'day')} ${days < 0 ? 'earlier' : 'later'}` : ''}.`;
+  return ['Master ', sceneWords(pair, 0), ', slave ', sceneWords(pair, 1),
+    isNumber(days) ? `: ${counted(Math.round(Math.abs(days)), 'day')} ${days < 0 ? 'earlier' : 'later'}.` : '.'];
 }
 
 function baselineText(pair) {
   const baseline = numberOf(pair, 'eff_baseline');
-  if (!isNumber(baseline) || hasMarker(pair)) return 'The effective baseline is not known: look at the results.';
+  if (!isNumber(baseline) || hasMarker(pair)) return 'The effective baseline has no usable value: look at the results.';
   const [side, phase] = baseline > 0 ? ['smaller', 'grows'] : ['larger', 'falls'];
   return `Effective baseline ${fixed(baseline, 1)} m: the slave sees the target under the ${side} incidence, ` +
     `and the phase ${phase} with height, by one cycle in ${fixed(Math.abs(numberOf(pair, 'height_conversion_factor')), 1)} m.`;
@@ -69,7 +73,7 @@ function rangeCurve(pair, title, unit, decimals, names) {
   const lists = Object.entries(names).flatMap(([key, word]) => pair.curves[key].map((values, line) => ({values, name: `${word}${LINES[line]}`})))
     .filter(({values}) => values.length === pair.samples.length && values.some(isNumber));
   if (!lists.length || !pair.samples.length) return null;
-  const rows = pair.samples.map((sample, i) => [sample, ...lists.map(({values}) => values[i])]);
+  const rows = pair.samples.map((sample, i) => [sample, ...lists.map(({values}) => INFINITIES[values[i]] ?? values[i])]);
   return chart({title, unit, rows, series: lists.map(({name}) => name), hasTable: true, xName: 'sample',
     valueText: (value) => fixed(value, decimals), rowText: (row) => `at sample ${fixed(rows[row][0], 1)}`,
     xText: (row) => fixed(rows[row][0], 1), axisText: (value) => String(value), hint: 'over range, in master samples'});
@@ -97,9 +101,9 @@ function curves(pair) {
 function ninePoints(pair) {
   const [effective, baseline] = pair.grids;
   if (!effective || !baseline) {
-    return [element('p', {class: 'quiet'}, pair.log.is_there
-      ? 'Left out: the nine points. The log lacks their tables, which the level INFO writes (-lfl INFO).'
-      : 'Left out: the nine points. There is no log that can be read.')];
+    return [element('p', {class: 'quiet'}, pair.log.fault
+      ? `Left out: the nine points. The log can't be read: ${pair.log.fault}.`
+      : 'Left out: the nine points. The log lacks their tables, which the level INFO writes (-lfl INFO).')];
   }
   const table = (title, grid) => element('figure', {}, element('figcaption', {}, title, element('small', {}, ' m, without a sign')),
     plainTable(['line', ...grid.samples.map((sample, i) => `${['near', 'mid', 'far'][i]}, sample ${sample}`)],
@@ -110,14 +114,14 @@ function ninePoints(pair) {
 function polynomials(pair) {
   const count = Math.max(...pair.polynomials.map((list) => list.length));
   if (!(count > 0)) return null;
-  const rows = Array.from({length: count}, (_, i) => [`p${i}`, ...pair.polynomials.map((list) => isNumber(list[i]) ? String(list[i]) : NOTHING)]);
+  const rows = Array.from({length: count}, (_, i) => [`p${i}`, ...pair.polynomials.map((list) => String(list[i] ?? NOTHING))]);
   return element('details', {}, element('summary', {}, `Polynomials of the flat-earth phase, degree ${count - 1}, in cycles`),
     plainTable(['', ...LINES], rows));
 }
 
 function notices(pair) {
   const log = pair.log;
-  const state = !log.is_there ? 'There is no log that can be read.'
+  const state = log.fault ? `The log can't be read: ${log.fault}.`
     : !log.is_ended ? 'The log does not tell the end of the run: it was killed, or the log is cut off.'
       : !pair.notices.length ? 'The run wrote no warning.' : null;
   return section('Warnings of the run', state ? element('p', {class: 'quiet'}, state) : null, pair.notices.length ? noticeList(pair) : null);
@@ -125,7 +129,7 @@ function notices(pair) {
 
 function pairPart(pair) {
   const isDone = pair.ending === 'done';
-  const words = [scenesText(pair), isDone ? baselineText(pair) : null,
+  const words = [scenesWords(pair), isDone ? baselineText(pair) : null,
     isSinglePass(pair) ? 'Single pass: the effective baseline is a quarter of the perpendicular one.' : null];
   return [
     DATA.is_stack ? element('nav', {}, element('a', {href: '#'}, '← All pairs')) : null,

@@ -33,7 +33,7 @@ function tile(number, words, kind = '') {
 
 function tiles(pairs) {
   const count = (ending) => pairs.filter((pair) => pair.ending === ending).length;
-  const warned = pairs.filter((pair) => pair.ending === 'done' && pair.notices.length).length;
+  const warned = pairs.filter((pair) => pair.ending === 'done' && messageCount(pair) > 0).length;
   const days = pairs.flatMap((pair) => [secondsOf(pair, 0), secondsOf(pair, 1)]).filter(isNumber);
   return element('div', {class: 'tiles'}, tile(count('done'), 'done'),
     ['failed', 'stopped', 'without results'].filter(count).map((ending) => tile(count(ending), ending, ending.split(' ')[0])),

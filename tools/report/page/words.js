@@ -6,6 +6,7 @@ function isNumber(value) {
 }
 
 function fixed(value, decimals) {
+  if (Math.abs(value) === Infinity) return value < 0 ? '-inf' : 'inf';
   if (!isNumber(value)) return NOTHING;
   const text = value.toFixed(decimals);
   return Number(text) === 0 ? text.replace('-', '') : text;
@@ -21,7 +22,7 @@ function dayText(seconds) {
 }
 
 function degreesText(value, positive, negative) {
-  if (!isNumber(value)) return NOTHING;
+  if (!isNumber(value)) return fixed(value);
   return `${Math.abs(value).toFixed(4)}° ${value < 0 ? negative : positive}`;
 }
 
