@@ -119,13 +119,8 @@ class DATA_WRITER {
     JSON polynomials = JSON::array();
     for (const char* const key : {"flat_phase_poly_early_az", "flat_phase_poly_late_az"}) {
       const auto found = record.vectors.find(key);
-      JSON list = JSON::array();
-      if (found != record.vectors.end()) {
-        // All digits count in a polynomial.
-        for (const double p : found->second)
-          list.push_back(std::isfinite(p) ? JSON(p) : Rounded(p, 0));
-      }
-      polynomials.push_back(list);
+      // All digits count in a polynomial; JSON writes what is no number as null.
+      polynomials.push_back(found == record.vectors.end() ? JSON::array() : JSON(found->second));
     }
     pair["polynomials"] = polynomials;
     pair["samples"] = List(CurveSamples(record), 1);

@@ -1,8 +1,10 @@
 #include "tools/report/read_pair.hpp"
 
 #include <cmath>
+#include <cstdlib>
 #include <filesystem>
 #include <limits>
+#include <optional>
 #include <stdexcept>
 
 #include "time/utc_scanner.hpp"
@@ -48,12 +50,15 @@ constexpr const char* RESULT_VECTORS[] = {
     "master_early_az_incidence_angle", "master_late_az_incidence_angle",
     "slave_early_az_incidence_angle",  "slave_late_az_incidence_angle"};
 
-/// A document has texts for what JSON has no numbers for.
-double NumberIn(const JSON& value) {
-  constexpr double INFINITE = std::numeric_limits<double>::infinity();
-  if (value == "inf") return INFINITE;
-  if (value == "-inf") return -INFINITE;
-  return value.is_number() ? value.get<double>() : NO_NUMBER;
+double NumberIn(const JSON& value) { return value.is_number() ? value.get<double>() : NO_NUMBER; }
+
+/// What an entry of a number holds that no run can read, if it is infinite or too large.
+std::optional<double> InfinityIn(const POOL_DOCUMENT& pool, const POOL_ENTRY& entry) {
+  const std::string& line = pool.lines[entry.at].text;
+  const std::size_t type = line.find(entry.type, line.find(entry.key) + entry.key.size());
+  if (type == line.npos) return std::nullopt;
+  const double number = std::strtod(line.c_str() + type + entry.type.size(), nullptr);
+  return std::isinf(number) ? std::optional(number) : std::nullopt;
 }
 
 /// Takes values of a pool over into a record.
@@ -62,11 +67,17 @@ class POOL_TAKER {
   POOL_TAKER(const POOL_DOCUMENT& from, PAIR_RECORD& to) : pool(from), record(to) {}
 
   void TakeNumber(const char* key) {
+    const POOL_ENTRY* const there = pool.Find(key);
+    const bool is_unread = there != nullptr && there->value.is_null();
+    if (const auto infinite = is_unread ? InfinityIn(pool, *there) : std::nullopt) {
+      record.numbers[key] = *infinite;
+      Warn(*there, "is infinite");
+      return;
+    }
     const POOL_ENTRY* const entry = Entry(key);
     if (entry == nullptr) return;
     const double number = record.numbers[key] = NumberIn(entry->value);
     if (std::isnan(number)) Warn(*entry, "is not a number");
-    if (std::isinf(number)) Warn(*entry, "is infinite");
   }
   void TakeText(const char* key) {
     const POOL_ENTRY* const entry = Entry(key);
@@ -81,9 +92,9 @@ class POOL_TAKER {
     bool has_gap = false;
     for (const JSON& value : entry->value["values"]) {
       values.push_back(NumberIn(value));
-      has_gap = has_gap || !std::isfinite(values.back());
+      has_gap = has_gap || std::isnan(values.back());
     }
-    if (has_gap) Warn(*entry, "holds what is no finite number");
+    if (has_gap) Warn(*entry, "holds what is not a number");
   }
 
   int missing = 0;  ///< of the keys that were asked for
@@ -93,10 +104,11 @@ class POOL_TAKER {
   const POOL_ENTRY* Entry(const char* key) {
     const POOL_ENTRY* const entry = pool.Find(key);
     if (entry != nullptr && !entry->value.is_null()) return entry;
+    if (entry != nullptr) Warn(*entry, "can't be read: " + entry->failure);
     if (++missing == 1) first_missing = key;
     return nullptr;
   }
-  void Warn(const POOL_ENTRY& entry, const char* text) {
+  void Warn(const POOL_ENTRY& entry, const std::string& text) {
     record.remarks.push_back({pool.file, entry.line, SEVERITY::WARNING, entry.key + " " + text});
   }
 

@@ -3,6 +3,7 @@
 const COLOURS = {light: ['#0072B2', '#D55E00', '#007F5C', '#A3548A'], dark: ['#56B4E9', '#E69F00', '#2BC49A', '#E39BC5']};
 const GRID = 'rgba(128,128,128,0.35)';
 const CHART_HEIGHT = 220;
+const MARGIN = 12; // pixels between the outermost points and the frame
 const PRINTED_WIDTH = 325; // half of a page
 const darkMode = window.matchMedia('(prefers-color-scheme: dark)');
 const charts = new Set();
@@ -87,24 +88,35 @@ function moveSelection(graph, key, figure, event) {
   event.preventDefault();
 }
 
+// The library finds no scale for a single date.
+function showOneDate(options, time) {
+  options.dateWindow = [time - DAY * 1000, time + DAY * 1000];
+  options.axes.x.ticker = () => [{v: time, label: dayText(time / 1000)}];
+}
+
 function startGraph(host, figure, key) {
   const isDots = figure.plot === 'dots';
   const options = {
     labels: ['x', ...figure.series], colors: colours().slice(0, figure.series.length), height: CHART_HEIGHT,
     legend: 'never', labelsUTC: true, interactionModel: {}, axisLineColor: GRID, gridLineColor: GRID, axisLabelFontSize: 12,
     drawPoints: figure.plot !== 'bars', pointSize: isDots ? 2.5 : 2, strokeWidth: isDots ? 0 : 1.5, highlightCircleSize: 4,
-    drawPointCallback: drawDot, drawHighlightPointCallback: drawDot, xRangePad: 6, yRangePad: 8, includeZero: figure.plot === 'bars',
+    drawPointCallback: drawDot, drawHighlightPointCallback: drawDot, xRangePad: MARGIN, yRangePad: MARGIN, includeZero: figure.plot === 'bars',
     series: Object.fromEntries(figure.series.map((name, i) => [name, {strokePattern: i % 2 ? [6, 3] : null}])),
     axes: {x: {pixelsPerLabel: 80, axisLabelWidth: 72}, y: {axisLabelWidth: 58, pixelsPerLabel: 36, axisLabelFormatter: (value) => String(Number(value.toPrecision(6)))}},
     highlightCallback: (event, x, points, row) => key.show(row),
     unhighlightCallback: () => key.clear(),
   };
   // The library takes an undefined option for a value.
-  if (figure.plot === 'bars') Object.assign(options, {plotter: drawBars, dateWindow: figure.window});
+  if (figure.plot === 'bars') {
+    const highest = 1.1 * Math.max(...figure.rows.map((row) => row[1]));
+    Object.assign(options, {plotter: drawBars, dateWindow: figure.window, valueRange: [0, highest], yRangePad: 0});
+    options.axes.y.axisLabelFormatter = (count) => Number.isInteger(count) ? String(count) : '';
+  }
+  if (isDots && Number(figure.rows[0][0]) === Number(figure.rows.at(-1)[0])) showOneDate(options, Number(figure.rows[0][0]));
   if (figure.axisText) options.axes.x.axisLabelFormatter = figure.axisText;
   if (figure.under) options.underlayCallback = figure.under;
   if (figure.open) options.pointClickCallback = (event, point) => figure.open(point.idx);
-  const graph = new Dygraph(host, figure.rows.map((row) => row.map((value) => Math.abs(value) === Infinity ? null : value)), options);
+  const graph = new Dygraph(host, figure.rows, options);
   graph.host = host;
   graph.seriesCount = figure.series.length;
   charts.add(graph);

@@ -73,7 +73,7 @@ function rangeCurve(pair, title, unit, decimals, names) {
   const lists = Object.entries(names).flatMap(([key, word]) => pair.curves[key].map((values, line) => ({values, name: `${word}${LINES[line]}`})))
     .filter(({values}) => values.length === pair.samples.length && values.some(isNumber));
   if (!lists.length || !pair.samples.length) return null;
-  const rows = pair.samples.map((sample, i) => [sample, ...lists.map(({values}) => INFINITIES[values[i]] ?? values[i])]);
+  const rows = pair.samples.map((sample, i) => [sample, ...lists.map(({values}) => values[i])]);
   return chart({title, unit, rows, series: lists.map(({name}) => name), hasTable: true, xName: 'sample',
     valueText: (value) => fixed(value, decimals), rowText: (row) => `at sample ${fixed(rows[row][0], 1)}`,
     xText: (row) => fixed(rows[row][0], 1), axisText: (value) => String(value), hint: 'over range, in master samples'});
@@ -114,7 +114,7 @@ function ninePoints(pair) {
 function polynomials(pair) {
   const count = Math.max(...pair.polynomials.map((list) => list.length));
   if (!(count > 0)) return null;
-  const rows = Array.from({length: count}, (_, i) => [`p${i}`, ...pair.polynomials.map((list) => String(list[i] ?? NOTHING))]);
+  const rows = Array.from({length: count}, (_, i) => [`p${i}`, ...pair.polynomials.map((list) => isNumber(list[i]) ? String(list[i]) : NOTHING)]);
   return element('details', {}, element('summary', {}, `Polynomials of the flat-earth phase, degree ${count - 1}, in cycles`),
     plainTable(['', ...LINES], rows));
 }
