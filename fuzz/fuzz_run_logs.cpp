@@ -2,6 +2,7 @@
 
 #include "fuzz_target.hpp"
 #include "system/floating_point_traps.hpp"
+#include "tools/pool/document.hpp"
 #include "tools/report/page_data.hpp"
 #include "tools/report/run_log.hpp"
 

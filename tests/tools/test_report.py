@@ -68,7 +68,7 @@ def test_real_pair(tmp_path):
             assert pair["curves"]["phase"][line][i] - misfit == pytest.approx(phase, abs=0.0051)
     assert max(abs(x) for line in pair["curves"]["misfit"] for x in line) == pytest.approx(pair["log"]["misfit"], abs=5e-5)
     assert sum(map(sum, pair["curves"]["range_difference"])) / 22 == pytest.approx(pool["varnoth_deltaR"], abs=1e-3)
-    assert pair["curves"]["incidence_difference"][0][0] < 0 < pool["eff_baseline"]  # the slave has the smaller one
+    assert max(pair["curves"][f"{angle}_difference"][0][0] for angle in ("incidence", "look")) < 0 < pool["eff_baseline"]  # the slave has the smaller one
     effective, baseline = pair["grids"]
     assert (effective["samples"], effective["lines"]) == ([0, 10179, 20358], [0, 4025, 8050])
     assert (effective["values"][0], baseline["values"][2]) == ([133.27, 129.47, 125.93], [153.80] * 3)
@@ -350,6 +350,8 @@ WORDS = {
                        "Master 1972-09-27 03:04:05, slave 1970-01-01 23:59:59: 1000 days earlier."),
     "warnings of its own": ("tiles([pair]).querySelector('.warned')?.textContent", "{remarks: ['x:1: y']}", "1done with warnings"),
     "no warnings": ("tiles([pair]).querySelector('.warned')?.textContent", "{}", None),
+    "columns": ("[...new PairTable([pair]).body.rows[0].cells].slice(5, 9).map((cell) => cell.textContent).join()", "{numbers: DATA.keys.map((key) =>"
+                "['eff_baseline', 'height_conversion_factor', 'varnoth_deltaR', 'incidence_angle_mid_range'].indexOf(key))}", "0.0,1.0,2.0,3.00"),
     "infinite": ("new PairTable([pair]).body.rows[0].cells[6].textContent", "{numbers: DATA.keys.map(() => '-inf')}", "-inf"),
     "not a number": ("new PairTable([pair]).body.rows[0].cells[6].textContent", "{numbers: DATA.keys.map(() => null)}", "–"),
 }
@@ -361,6 +363,20 @@ def test_words(shown):
     for name, (expression, change, wanted) in WORDS.items():
         words = shown.run(f"((pair) => {expression})({{...DATA.pairs.find((pair) => pair.name === 'pair 1'), ...{change}}})")
         assert words == wanted, name
+
+
+@needs_browser
+def test_histogram_and_scale_of_the_map(shown):
+    shown.open(shown.root / "stack.html")
+    baselines = shown.run("DATA.pairs.map((pair) => numberOf(pair, 'eff_baseline')).filter(isNumber)")
+    bars = shown.run("(([chart]) => Array.from({length: chart.numRows()}, (_, i) => [chart.getValue(i, 0), chart.getValue(i, 1)]))([...charts].slice(2))")
+    half = (bars[1][0] - bars[0][0]) / 2
+    assert sum(count for _, count in bars) == len(baselines) == 8
+    assert all(count == sum(x - half <= value < x + half for value in baselines) for x, count in bars)
+    shown.open(shown.root / "pair.html")
+    (west, south), (east, north) = shown.run("((ring) => [Math.min, Math.max].map((end) => [0, 1].map((i) => end(...ring.map((point) => point[i])))))(footprintOf(DATA.pairs[0]))")
+    box = shown.run("(({width, height}) => [width, height])(document.querySelector('.footprint').getBBox())")
+    assert box[0] / box[1] == pytest.approx((east - west) * math.cos(math.radians((north + south) / 2)) / (north - south), rel=0.01)
 
 
 def column(shown, place):
