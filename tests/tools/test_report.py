@@ -1,5 +1,6 @@
 """varnoth-tools report: what stands in the page, what is told of bad input, and what a browser shows."""
 
+import ctypes
 import json
 import math
 import os
@@ -44,7 +45,15 @@ def made_pair(directory, **example):
 
 
 def contents(directory):
-    return {path: (path.read_bytes(), path.stat().st_mtime_ns) for path in directory.rglob("*") if path.is_file() and not path.is_symlink()}
+    return {path: (path.read_bytes(), path.stat().st_mtime_ns) for path in directory.rglob("*") if path.is_file() and not path.is_symlink() and
+            os.access(path, os.R_OK)}
+
+
+def without_privileges():
+    """What the next program may not do even for the superuser: pass over the rights of files."""
+    PR_CAPBSET_DROP = 24
+    for capability in (1, 2):
+        ctypes.CDLL(None).prctl(PR_CAPBSET_DROP, capability)
 
 
 def test_real_pair(tmp_path):
@@ -153,6 +162,7 @@ BAD = {
     "no log": (in_place("log.varnoth", lambda path: None), 0, [r"log.varnoth:1: warning: can't be read \(No such file"], "done"),
     "a pipe for a log": (in_place("log.varnoth", os.mkfifo), 0, [r"log.varnoth:1: warning: can't be read \(is no file\)"], "done"),
     "a directory for a log": (in_place("log.varnoth", Path.mkdir), 0, [r"log.varnoth:1: warning: can't be read \(is a directory\)"], "done"),
+    "a log without rights": (lambda d: (d / "log.varnoth").chmod(0), 0, [r"log.varnoth:1: warning: can't be read \(Permission denied\)"], "done"),
     "a log that fails": (in_place("log.varnoth", lambda path: path.symlink_to("/proc/self/mem")), 0, [r"log.varnoth:1: warning: can't be read \(Input/output error\)"], "done"),
     "no scene": (in_place("slave.pool", lambda path: None), 0, ["slave.pool:1: warning: No such file"], "done"),
 }
@@ -164,7 +174,7 @@ def test_bad_input(tmp_path, name):
     made_pair(tmp_path / "p")
     change(tmp_path / "p")
     before = contents(tmp_path)
-    done, data = report(tmp_path, "p", timeout=20)
+    done, data = report(tmp_path, "p", timeout=20, preexec_fn=without_privileges)
     told = done.stderr.splitlines()
     assert (done.returncode, len(told), data["pairs"][0]["ending"]) == (status, len(wanted), ending), told
     assert all(re.match("p/" + pattern, line) for pattern, line in zip(wanted, told)), told
