@@ -65,7 +65,7 @@ void RequireReadable(const SCENE& scene, const std::string& interpolation) {
   WriteFile("scene", ScenePoolText(scene, interpolation));
   PARAMETER_POOL pool("scene");
   RequireText(pool, "scene_name", scene.name.value);
-  RequireText(pool, "satellite", scene.satellite);
+  RequireText(pool, "satellite", scene.satellite.value);
   RequireText(pool, "antenna_look_direction", scene.look_direction.value);
   RequireValue(pool, "n_lines", static_cast<int>(scene.line_count.value));
   RequireValue(pool, "n_samples", static_cast<int>(scene.sample_count.value));
