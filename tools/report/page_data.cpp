@@ -138,6 +138,7 @@ class DATA_WRITER {
 
   /// The place of a line's remedy in the list; null where the page on messages has none.
   JSON Remedy(const NOTICE& notice) {
+    static const REMEDY_BOOK book(REMEDY_PAGE);  // once, however many pages a process makes
     const std::optional<std::size_t> row = book.Find(notice.level, notice.text);
     if (!row) return nullptr;
     const auto [known, is_new] = place_of_row.emplace(*row, remedies.size());
@@ -145,7 +146,6 @@ class DATA_WRITER {
     return known->second;
   }
 
-  REMEDY_BOOK book{REMEDY_PAGE};
   std::vector<std::string> keys;
   JSON remedies = JSON::array();
   std::map<std::size_t, std::size_t> place_of_row;

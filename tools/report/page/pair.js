@@ -133,7 +133,7 @@ function pairPart(pair) {
     isSinglePass(pair) ? 'Single pass: the effective baseline is a quarter of the perpendicular one.' : null];
   return [
     DATA.is_stack ? element('nav', {}, element('a', {href: '#'}, '← All pairs')) : null,
-    element('h1', {tabindex: -1}, pair.name, isDone ? null : element('span', {class: `ending ${pair.ending}`}, pair.ending)),
+    element('h1', {tabindex: -1}, pair.name, isDone ? null : [' ', element('span', {class: `ending ${pair.ending}`}, pair.ending)]),
     words.filter(Boolean).map((text) => element('p', {class: 'words'}, text)),
     element('p', {class: 'quiet'}, pair.place, pair.log.started ? `, run of ${pair.log.started}` : ''),
     pair.remarks.length ? element('ul', {class: 'remarks'}, pair.remarks.map((text) => element('li', {}, text))) : null,
