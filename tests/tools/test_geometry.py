@@ -186,7 +186,8 @@ def test_formats_say_the_same(real):
         assert name == "points" or list(data["height"]) == [0, 1000]
         for column in found["definitions"]:
             values = data[column.removesuffix("_m") if name == "grid" and column == "height_m" else column]
-            assert values.attrs["units"] and values.attrs["long_name"]
+            unit = values.attrs["units"].replace("metre", "m")
+            assert found["definitions"][column] == values.attrs["long_name"] + (f", {unit}" if unit != "1" else "")
             values, *_ = xarray.broadcast(values, data["range_m"])
             dimensions = ["height", "line", "sample"] if name == "grid" else ["point"]
             flat = values.transpose(*dimensions).values.ravel()
