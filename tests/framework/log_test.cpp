@@ -80,7 +80,7 @@ struct LogTableTest : LoggedTest {
 
 TEST_F(LogTableTest, CellsAreAlignedByTheirMarkAndRulesFollowTheFirstRow) {
   EXPECT_EQ(Table("-\n|a$b#c~d:e*f&\n"), "PARAM +- -+-#-+-*- \nPARAM |a b|cHd:e*f \n");
-  EXPECT_EQ(Table("|@la|@rb|@cc~d|\n-\n|eeee|ffff|gggg|h|\n"),
+  EXPECT_EQ(Table("|@la|@rb|c~d|\n-\n|eeee|ffff|gggg|h|\n"),
             "PARAM |a   |   b| c  Hd|\nPARAM +----+----+----#-+\nPARAM |eeee|ffff|gggg|h|\n");
 }
 

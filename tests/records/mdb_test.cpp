@@ -215,6 +215,7 @@ TEST(RecordItem, ComparesDurationsAndGivesNumbersAndTexts) {
   const RECORD_ITEM day{"a", RECORD_DURATION, {}, {}, {1, 0, 0}};
   const RECORD_ITEM less{"b", RECORD_DURATION, {}, {}, {0, 1500, 0}};
   EXPECT_TRUE(day.IsAtOrAfter(less) && !less.IsAtOrAfter(day) && !day.Equals(less));
+  EXPECT_TRUE(day.IsAtOrAfter(day));
   EXPECT_EQ(day.DistanceFrom(less), 86398.5L);
   EXPECT_EQ(ThrownText([&] { day.Equals(Item("n", "5")); }), "MDB: RECORD_ITEM: unknown type");
   EXPECT_EQ(less.ToDouble() + Item("n", "-5").ToDouble() + Item("n", "+2.5").ToDouble(), -1.0);
