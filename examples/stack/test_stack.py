@@ -42,6 +42,8 @@ def test_endings(pairs, runner):
     results = pairs.parent / "results"
     (pairs / "pair_00000" / "master.pool").rename(pairs / "common.pool")
     (pairs / "pair_00000" / "master.pool").symlink_to("../common.pool")
+    again = subprocess.run([STACK / "make_pairs", "3", pairs], check=False, capture_output=True, text=True)
+    assert again.returncode == 1 and again.stderr.endswith("pair_00000 exists: take another directory\n")
     before = (pairs / "pair_00000" / "insar.pool").read_bytes()
     assert runner(pairs / "pair_00000") == (0, "")
     assert "eff_baseline" in (results / "pair_00000" / "insar.pool").read_text(encoding="latin-1")
