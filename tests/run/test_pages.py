@@ -1,6 +1,7 @@
 """Compares the numbers on the pages on geometry and results with runs, and tries the scripts beside them."""
 
 import math
+import os
 import re
 import shutil
 import subprocess
@@ -72,6 +73,38 @@ def test_the_real_pair(tmp_path):
     centre = real_pair.on_ellipsoid(pool["center_latitude"], pool["center_longitude"])
     halfway = real(tmp_path, ("insar", "master_first_az_time", MIDTIME))
     assert 1650 < math.dist(centre, targets(halfway)[5]) < 1750
+    angles = [pool[f"master_{line}_az_incidence_angle"][i] for line, i in (("early", 0), ("late", 5), ("early", 10))]
+    ground = [299792458 / 2 / 64345238.1257 / math.sin(math.radians(angle)) for angle in angles]
+    assert cells("geometry", "ground range, by the formula") == pytest.approx(
+        [pool["ssc_pixel_spacing_ground_range"], *ground], abs=6e-4)
+    assert pool["ssc_pixel_spacing_azimuth"] == pytest.approx(real_pair.TRUTH["annotated_azimuth_pixel_spacing_m"], rel=0.01)
+    per_cycle = pool["early_az_phase_to_height_conv"]
+    assert f"{per_cycle[0]:.1f} m at near range and {per_cycle[10]:.1f} m at far range" in PAGES["results"]
+
+
+def test_degrees(tmp_path):
+    told = re.search(r"is ([\d., ]+) cycles for the degrees 1, 2, 3, 4", PAGES["geometry"])[1]
+    shutil.copytree(EXAMPLES / "real_pair", tmp_path / "run")
+    for degree, misfit in enumerate(told.split(", "), 1):
+        done = run(tmp_path / "run", arguments(FlatEarthPolyDegree=str(degree)))
+        found = re.findall(r"Maximum error through ellipsoid appr. \[cycl\] : (.*)", "\n".join(done.log))[-1]
+        assert float(misfit) == pytest.approx(float(found), rel=0.02)
+    coefficients = run(tmp_path / "run").pool()["flat_phase_poly_early_az"]
+    assert f"({sum(c * MIDDLE**i for i, c in enumerate(coefficients)):.4f} with all digits" in PAGES["geometry"]
+
+
+@pytest.mark.parametrize("method", [
+    "everett_4", "localpolynom_0_9", "localpolynom_0_5", "localchebyshev_6_9", "localhermite_0_2", "localhermite_0_4",
+    "hermite", "polyfit_4", "localpolyfit_4_5", "spline", "polyfit_6"])
+def test_methods(tmp_path, method):
+    usual, other = real(tmp_path), real(tmp_path, *((name, "orbit_interpolation", f'"{method}"') for name in ("master", "slave")))
+    pools = [{key: value if isinstance(value, list) else [value] for key, value in done.pool().items()
+              if key == "eff_baseline" or "range_distance" in key} for done in (usual, other)]
+    moved = max(math.dist(*ends) for ends in zip(targets(usual), targets(other)))
+    changed = max(abs(a - b) for key in pools[0] for a, b in zip(pools[0][key], pools[1][key]))
+    scene, pair = re.search(rf"^\| `{method}` \|.*\| (.*) \| (.*) \| .*\|$", PAGES["geometry"], re.MULTILINE).groups()
+    assert float(pair) == pytest.approx(changed, rel=0.25)
+    assert float(re.search(r"[\d.e-]+", scene)[0]) == pytest.approx(moved, rel=0.25, abs=0.02)  # the log has hundredths
 
 
 @pytest.mark.parametrize("length", ["4", "8", "16.5", "25", "50"])
@@ -108,6 +141,21 @@ def test_single_pass(tmp_path):
         found = [done.pool()[name.split("`")[1]] for done in rows]
         found = [value[0] if isinstance(value, list) else value for value in found]
         assert cells("results", name)[:2] == pytest.approx(found, abs=1e-6, rel=5e-5)
+
+
+def test_tour(tmp_path):
+    page = (EXAMPLES / "README.md").read_text()
+    for example, text in re.findall(r"^\| `(\w+)` \| (.*) \|$", page.split("## 3.")[1], re.MULTILINE):
+        numbers = re.findall(r"-?\d+\.\d+", text)
+        assert not set(numbers) - set(re.findall(r"-?\d+\.\d+", (EXAMPLES / example / "output.txt").read_text()))
+    recipes = "".join(re.findall(r"^    .*\n", page[page.index("## 4."):page.index("## 6.")], re.MULTILINE))
+    for place, tried in (("$PWD/build/release/src/driver/varnoth", str(BINARY)), ('run "$broken"', f'run "$broken" {BINARY}')):
+        assert place in recipes
+        recipes = recipes.replace(place, tried)
+    done = subprocess.run(["bash"], input=recipes, cwd=EXAMPLES.parent, env=os.environ | {"TMPDIR": str(tmp_path)},
+                          capture_output=True, text=True, check=True)
+    assert "only possible with even order, not for given order 7" in done.stderr and done.stdout == ""
+    assert len(list(tmp_path.glob("*/pair_*/OK.varnoth"))) == 20 and not list(tmp_path.glob("*/failed*"))
 
 
 @pytest.mark.parametrize("page, script", [("limits", ["costs.py"]), ("results", ["flatten.py", BINARY])])
