@@ -77,7 +77,8 @@ def test_the_real_pair(tmp_path):
     ground = [299792458 / 2 / 64345238.1257 / math.sin(math.radians(angle)) for angle in angles]
     assert cells("geometry", "ground range, by the formula") == pytest.approx(
         [pool["ssc_pixel_spacing_ground_range"], *ground], abs=6e-4)
-    assert pool["ssc_pixel_spacing_azimuth"] == pytest.approx(real_pair.TRUTH["annotated_azimuth_pixel_spacing_m"], rel=0.01)
+    stated = real_pair.TRUTH["annotated_azimuth_pixel_spacing_m"]
+    assert pool["ssc_pixel_spacing_azimuth"] == pytest.approx(stated, rel=0.01)
     per_cycle = pool["early_az_phase_to_height_conv"]
     assert f"{per_cycle[0]:.1f} m at near range and {per_cycle[10]:.1f} m at far range" in PAGES["results"]
 
@@ -97,7 +98,8 @@ def test_degrees(tmp_path):
     "everett_4", "localpolynom_0_9", "localpolynom_0_5", "localchebyshev_6_9", "localhermite_0_2", "localhermite_0_4",
     "hermite", "polyfit_4", "localpolyfit_4_5", "spline", "polyfit_6"])
 def test_methods(tmp_path, method):
-    usual, other = real(tmp_path), real(tmp_path, *((name, "orbit_interpolation", f'"{method}"') for name in ("master", "slave")))
+    changes = [(name, "orbit_interpolation", f'"{method}"') for name in ("master", "slave")]
+    usual, other = real(tmp_path), real(tmp_path, *changes)
     pools = [{key: value if isinstance(value, list) else [value] for key, value in done.pool().items()
               if key == "eff_baseline" or "range_distance" in key} for done in (usual, other)]
     moved = max(math.dist(*ends) for ends in zip(targets(usual), targets(other)))
@@ -149,7 +151,8 @@ def test_tour(tmp_path):
         numbers = re.findall(r"-?\d+\.\d+", text)
         assert not set(numbers) - set(re.findall(r"-?\d+\.\d+", (EXAMPLES / example / "output.txt").read_text()))
     recipes = "".join(re.findall(r"^    .*\n", page[page.index("## 4."):page.index("## 6.")], re.MULTILINE))
-    for place, tried in (("$PWD/build/release/src/driver/varnoth", str(BINARY)), ('run "$broken"', f'run "$broken" {BINARY}')):
+    for place, tried in (("$PWD/build/release/src/driver/varnoth", str(BINARY)),
+                         ('run "$broken"', f'run "$broken" {BINARY}')):
         assert place in recipes
         recipes = recipes.replace(place, tried)
     done = subprocess.run(["bash"], input=recipes, cwd=EXAMPLES.parent, env=os.environ | {"TMPDIR": str(tmp_path)},
