@@ -6,7 +6,9 @@ import json
 import math
 import random
 import re
+import resource
 import shutil
+import signal
 import subprocess
 from pathlib import Path
 
@@ -248,3 +250,15 @@ def test_full_disk(ready):
         done = subprocess.run([TOOLS, "geometry", *STEP, "--grid", "99x99", "--format", "csv"], cwd=ready, stdout=full,
                               stderr=subprocess.PIPE, text=True, check=False)
     assert done.returncode == 1 and "No space left" in done.stderr
+
+
+@pytest.mark.parametrize("out", ["x.csv", "x.json", "x.nc"])
+def test_whole_file_or_none(ready, out):
+    def small_files():
+        signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+        resource.setrlimit(resource.RLIMIT_FSIZE, (100000, 100000))
+    before = sorted(ready.iterdir())
+    done = subprocess.run([TOOLS, "geometry", *STEP, "--grid", "99x99", "--out", out], cwd=ready, preexec_fn=small_files,
+                          capture_output=True, text=True, check=False)
+    assert (done.returncode, sorted(ready.iterdir())) == (1, before)
+    assert done.stderr.startswith(f"{out}:1: error: ")
