@@ -1,5 +1,6 @@
 #include <memory>
 
+#include "enumerations/azimuths.hpp"
 #include "enumerations/basic_enumerations.hpp"
 #include "enumerations/image_direction.hpp"
 #include "enumerations/tx_rx_type.hpp"
@@ -73,6 +74,19 @@ TEST_F(EnumerationTest, TextsAliasesAndPoolsFollowTheTable) {
       "flt_2|flt_6|flt_15|flt_30|c_int_4|c_int_8|c_int_16|c_int_32|c_int_64|c_u_int_4|c_u_int_8|"
       "c_u_int_16|c_u_int_32|c_u_int_64|c_flt_2|c_flt_6|c_flt_15|c_flt_30|rgb|others");
   Has<EllipsoidType<double>>("ellipsoid_type", "Airy|Bessel|GRS80|WGS84");
+}
+
+TEST_F(EnumerationTest, AzimuthsReadATimeForEachPositionAndTheDurationOrStayAsTheyWere) {
+  const std::string times =
+      "a_center_times STR \"02-JAN-2004/00:00:00\"\na_stop_times STR \"03-JAN-2004/00:00:00\"\n";
+  WriteFile(path, times + "a_start_times STR \"01-JAN-2004/00:00:00\"\na_durations FLT_15 1.5\n");
+  PARAMETER_POOL pool(path.c_str());
+  Azimuths azimuths;
+  azimuths.ReadFromPool(pool, {"a"}, true);
+  EXPECT_EQ(azimuths[Azimuth("center")], UNIVERSAL_TIME("02-JAN-2004/00:00:00"));
+  EXPECT_EQ(azimuths.duration, DURATION::FromSeconds(1.5));
+  EXPECT_THROW(azimuths.ReadFromPool(pool, {"a"}), PARAMETER_KEY_NOT_FOUND);
+  EXPECT_EQ(azimuths[Azimuth("start")], UNIVERSAL_TIME("01-JAN-2004/00:00:00"));
 }
 
 TEST_F(EnumerationTest, AMissTellsKeyClassAndLegalValuesAndChangesNothing) {
