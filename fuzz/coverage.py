@@ -19,7 +19,7 @@ def main():
     found = {}
     for file in json.load(sys.stdin)["data"][0]["files"]:
         path = pathlib.Path(file["filename"]).resolve()  # a compiler cache writes it relative to the build
-        if any(path.is_relative_to(project / folder) for folder in ("src", "tools/import")):
+        if any(path.is_relative_to(project / folder) for folder in ("src", "tools/import", "tools/report")):
             path, lines = path.relative_to(project), file["summary"]["lines"]
             found[path] = max(found.get(path, (0, 0)), (lines["covered"], lines["count"]))
     folders = collections.defaultdict(list)

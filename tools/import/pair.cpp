@@ -229,10 +229,10 @@ constexpr const char* CONFIGURATION =
 const std::string* FindOther(const std::string& directory,
                              const std::vector<std::pair<std::string, std::string>>& files) {
   for (const auto& [name, content] : files) {
-    const std::string place = directory + "/" + name;
+    const std::filesystem::path place = std::filesystem::path(directory) / name;
     std::error_code ignored;
     const bool is_file = std::filesystem::is_regular_file(place, ignored);
-    if (!is_file || ReadSource(place).content != content) return &name;
+    if (!is_file || ReadSource(place.string()).content != content) return &name;
   }
   return nullptr;
 }
