@@ -139,6 +139,8 @@ TEST_F(OrbitTest, TheDeprecatedReadTellsSoAtDebug) {
   TakeLog();
   orbit.core->ReadFromFile(directory.Path("pool").c_str());
   EXPECT_TRUE(TakeLines().starts_with("DEBUG Deprecated function! Please use read() instead!\n"));
+  WriteFile(directory.Path("pool"), "");
+  EXPECT_THROW(orbit.core->ReadFromFile(directory.Path("pool").c_str()), PARAMETER_KEY_NOT_FOUND);
 }
 
 }  // namespace
