@@ -67,4 +67,4 @@ def test_no_pipe_is_waited_for(ready, name, status):
 
 def test_temporary_files_are_private(tmp_path):
     made = [words for name, words, _ in Stage(tmp_path).calls if name == "openat" and "O_EXCL" in words]
-    assert len(made) > 3 and all(words.endswith("O_RDWR|O_CREAT|O_EXCL, 0600") for words in made)
+    assert len(made) > 3 and all("|O_CREAT|O_EXCL" in words and words.endswith(", 0600") for words in made)

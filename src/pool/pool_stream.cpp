@@ -123,14 +123,12 @@ void POOL_STREAM::SkipLines(char first) {
 }
 
 std::string POOL_STREAM::ReadRest() {
-  const long long size = Size();
   std::string rest;
-  rest.reserve(static_cast<std::size_t>(size));
+  rest.reserve(static_cast<std::size_t>(Size()));
   do {
     rest.append(block + block_position, block_length - block_position);
     block_position = block_length;
-  } while (read_offset != size && !at_end && FillBlock());
-  at_end = true;
+  } while (!at_end && FillBlock());
   return rest;
 }
 
