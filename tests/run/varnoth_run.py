@@ -21,7 +21,7 @@ os.environ["TMPDIR"] = tempfile.tempdir = tempfile.mkdtemp()
 atexit.register(shutil.rmtree, tempfile.tempdir, ignore_errors=True)
 
 BINARY = Path(os.environ["VARNOTH_BINARY"])
-TOOLS = Path(os.environ.get("VARNOTH_TOOLS_BINARY", BINARY.parents[2] / "tools" / "varnoth-tools"))
+TOOLS = Path(os.environ.get("VARNOTH_TOOLS_BINARY", BINARY.parent.parent.parent / "tools" / "varnoth-tools"))
 FAILED = "ZOD_MSG|ERROR|Varnoth Estimations terminated with error!"
 KEYS = {"FlatEarthPolyDegree": "4", "MasterPar": "master.pool", "SlavePar": "slave.pool",
         "ParameterPool": "insar.pool", "log_pp": "log.pool"}
