@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 #include "foundation/errors.hpp"
 #include "foundation/string.hpp"
 
@@ -22,11 +24,10 @@ VARNOTH_ERROR(ERROR_ENUM_BASE_INVALID_ID, ERROR_ENUM_BASE, "enumeration data typ
 /// A text that is no value of the enumeration. No other failure has data of its own.
 class ERROR_ENUM_BASE_INVALID_VALUE : public ERROR_ENUM_BASE {
  public:
-  ERROR_ENUM_BASE_INVALID_VALUE(const STRING& offending, const STRING& enumeration,
-                                const STRING& valid)
-      : value(offending),
-        class_name(enumeration),
-        valid_values(valid),
+  ERROR_ENUM_BASE_INVALID_VALUE(STRING offending, STRING enumeration, STRING valid)
+      : value(std::move(offending)),
+        class_name(std::move(enumeration)),
+        valid_values(std::move(valid)),
         text(STRING("enumeration data type - invalid value of class ") + class_name + ": " +
              value) {}
   const char* what() const noexcept override { return text.c_str(); }

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 
 #include <cstdio>
+#include <utility>
 
 #include "foundation/errors.hpp"
 #include "system/file_access.hpp"
@@ -22,8 +23,8 @@ void CheckOutput(int wanted, int given) {
 /// A text file for a curve; numbers in scientific notation with 15 digits.
 class CURVE_FILE {
  public:
-  explicit CURVE_FILE(const STRING& file_name)
-      : name(file_name), file(OpenStream(name.c_str(), O_WRONLY | O_CREAT | O_TRUNC)) {}
+  explicit CURVE_FILE(STRING file_name)
+      : name(std::move(file_name)), file(OpenStream(name.c_str(), O_WRONLY | O_CREAT | O_TRUNC)) {}
   void NeedFile() const {
     if (file != nullptr) return;
     GlobalLog.set(ALARM) << "ORBIT::SavePolynomial() can not create file: " << name << "\n";
