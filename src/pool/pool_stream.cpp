@@ -21,10 +21,10 @@ constexpr char END_BYTE = '\xFF';
 }  // namespace
 
 bool POOL_STREAM::Open(const char* path, MODE mode) {
+  Close();
   const int flags = mode == MODE::READ     ? O_RDONLY
                     : mode == MODE::CREATE ? O_RDWR | O_CREAT
                                            : O_RDWR;
-  Close();
   // A pipe is no pool: don't wait for its other end.
   Take(OpenAtOnce(path, flags));
   return IsOpen();

@@ -47,9 +47,14 @@ void Say(char mark, const std::string& text) {
 /// which it does not ask.
 template <class MEASUREMENT>
 void WithoutLog(MEASUREMENT measure) {
-  GlobalLog.set_screen_level(int{NO_LEVEL});
+  struct SILENCE {
+    SILENCE() { GlobalLog.set_screen_level(int{NO_LEVEL}); }
+    ~SILENCE() { GlobalLog.set_screen_level(int{WARNING}); }
+    SILENCE(const SILENCE&) = delete;
+    SILENCE& operator=(const SILENCE&) = delete;
+  };
+  const SILENCE also_when_it_throws;
   measure();
-  GlobalLog.set_screen_level(int{WARNING});
 }
 
 /// The rehearsing process.

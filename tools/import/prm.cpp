@@ -88,8 +88,9 @@ SCENE ReadPrm(const SOURCE_FILE& source) {
   SCENE scene;
   const std::filesystem::path path(source.name);
   scene.name = {path.stem().string(), "the name of " + path.filename().string()};
-  if (prm.Has("SC_identity"))
+  if (prm.Has("SC_identity")) {
     scene.satellite = {"SC_identity " + prm.Text("SC_identity"), "SC_identity"};
+  }
   scene.line_count = {prm.Whole("num_valid_az") * prm.Whole("num_patches"),
                       "num_valid_az * num_patches"};
   scene.sample_count = {prm.Whole("num_rng_bins"), "num_rng_bins"};
