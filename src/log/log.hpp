@@ -149,12 +149,13 @@ class LOG {
   void SetPrefix(const char* word);
   void WriteStartLine();
   bool OpenForAppending(const char* path);
+  /// Adds an earlier log file's content to the open one; says on the screen if that failed.
+  bool CopyLines(const std::string& old_path);
   /// Says on the screen if the file lacks lines.
   void CloseFile();
   /// Writes a line that only the screen can take.
   void ScreenFailure(const char* text, const std::string& name);
 
-  LOG_OUTLETS outlets;
   int lowest_level = DEBUG;  ///< the lower threshold; the log formats nothing below it
   int current_level = TRACE;
   std::string prefix;
@@ -163,11 +164,12 @@ class LOG {
   std::time_t start_time = 0;
   bool qa_flag = false;
   bool capture = false;
-  char scratch[CAPTURE_LIMIT + 1] = {};
   std::string pending_line;
   std::string last_line;
   std::list<std::string> captured_lines;
   std::mutex mutex;
+  char scratch[CAPTURE_LIMIT + 1];  ///< the text of a line
+  LOG_OUTLETS outlets;
 };
 
 static const STATIC_OBJECT<LOG> log_user;

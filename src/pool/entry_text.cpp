@@ -131,8 +131,10 @@ void ENTRY_TEXT::AppendBlock(const X* elements, int count, int block_indent) {
   OpenBrace(block_indent);
   text += '\n';
   if constexpr (std::is_floating_point_v<X>) {
-    constexpr int LONGEST_NUMBER = 26;
-    text.reserve(text.size() + static_cast<std::size_t>(count) * (element_indent + LONGEST_NUMBER));
+    constexpr int LONGEST_NUMBER = 26;  // with its line end
+    constexpr int ENTRY_END = 3;
+    text.reserve(text.size() + static_cast<std::size_t>(count) * (element_indent + LONGEST_NUMBER) +
+                 static_cast<std::size_t>(block_indent + ENTRY_END));
   }
   for (int i = 0; i < count; ++i) {
     text.append(static_cast<std::size_t>(element_indent), ' ');

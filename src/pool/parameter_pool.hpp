@@ -94,9 +94,9 @@ class PARAMETER_POOL {
   bool writable = true;
   int read_log_level = TRACE;
   int not_found_log_level = ALARM;
-  POOL_STREAM stream;
   ENTRY_READER entry{stream};
   unsigned option = 0;
+  POOL_STREAM stream;
 
  private:
   template <class V>

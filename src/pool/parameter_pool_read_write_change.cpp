@@ -100,33 +100,36 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::update() {
                          << " was emptied meanwhile, look for pool_XXXXXX beside it\n";
     throw CORRUPTED_PARAMETER_POOL();
   }
+  const std::string temporary_name = WriteTemporary();
+  GlobalLog.set(DEBUG) << "copy " << temporary_name << " to " << file_name << "\n";
+  CopyOver(temporary_name);
+}
+
+std::string PARAMETER_POOL_READ_WRITE_CHANGE::WriteTemporary() {
   const std::string pattern = TemporaryPattern(file_name.c_str());
   const TEMPORARY_FILE created = CreateUniqueFile(pattern);
   if (created.descriptor < 0) LogSystemError(errno);
-  const std::string temporary_name = created.path.empty() ? pattern : created.path;
-  {
-    GlobalLog.set(DEBUG) << "open pool: " << temporary_name << "\n";
-    POOL_STREAM temporary;
-    temporary.Take(created.descriptor);
-    if (!temporary.IsOpen()) {
-      for (int told = 0; told < 2; ++told) {  // once for the opening, once for its caller
-        GlobalLog.set(ALARM) << "can not open parameter file " << temporary_name << "\n";
-      }
-      GlobalLog.set(ALARM) << "no permission to change pool file: " << file_name << "\n";
-      throw NO_UPDATE_PERMISSION_FOR_POOL();
+  std::string temporary_name = created.path.empty() ? pattern : created.path;
+  GlobalLog.set(DEBUG) << "open pool: " << temporary_name << "\n";
+  POOL_STREAM temporary;
+  temporary.Take(created.descriptor);
+  if (!temporary.IsOpen()) {
+    for (int told = 0; told < 2; ++told) {  // once for the opening, once for its caller
+      GlobalLog.set(ALARM) << "can not open parameter file " << temporary_name << "\n";
     }
-    Merge(temporary);
-    const bool on_disk = !is_durable || (temporary.Sync() && SyncName(temporary_name.c_str()));
-    const bool written = temporary.Close() && on_disk;
-    if (!written || stream.HasError()) {
-      GlobalLog.set(ALARM) << "can not update parameter pool: " << file_name << "\n";
-      GlobalLog.set(ALARM) << "the corrupted parameter pool is:" << temporary_name << "\n";
-      GlobalLog.set(ALARM) << "the original parameter pool is NOT CHANGED !!\n";
-      throw CORRUPTED_PARAMETER_POOL();
-    }
+    GlobalLog.set(ALARM) << "no permission to change pool file: " << file_name << "\n";
+    throw NO_UPDATE_PERMISSION_FOR_POOL();
   }
-  GlobalLog.set(DEBUG) << "copy " << temporary_name << " to " << file_name << "\n";
-  CopyOver(temporary_name);
+  Merge(temporary);
+  const bool on_disk = !is_durable || (temporary.Sync() && SyncName(temporary_name.c_str()));
+  const bool written = temporary.Close() && on_disk;
+  if (!written || stream.HasError()) {
+    GlobalLog.set(ALARM) << "can not update parameter pool: " << file_name << "\n";
+    GlobalLog.set(ALARM) << "the corrupted parameter pool is:" << temporary_name << "\n";
+    GlobalLog.set(ALARM) << "the original parameter pool is NOT CHANGED !!\n";
+    throw CORRUPTED_PARAMETER_POOL();
+  }
+  return temporary_name;
 }
 
 void PARAMETER_POOL_READ_WRITE_CHANGE::Merge(POOL_STREAM& temporary) {
@@ -163,7 +166,7 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::CopyOver(const std::string& temporary_nam
   };
   POOL_STREAM temporary;
   const bool is_open = temporary.Open(temporary_name.c_str(), POOL_STREAM::MODE::READ);
-  const std::string content = is_open ? temporary.ReadRest() : "";
+  const std::string_view content = is_open ? temporary.ReadRest() : "";
   // Truncate the pool only when its complete new content is in memory.
   if (!is_open || temporary.HasError()) {
     LogSystemError(errno);

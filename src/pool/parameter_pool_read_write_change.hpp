@@ -100,6 +100,9 @@ class PARAMETER_POOL_READ_WRITE_CHANGE : public PARAMETER_POOL {
   void WriteNew(PARAMETER_POOL_ITEM item);
   /// Puts an item at the front of the list and removes an older one of the same key.
   void Add(OPERATION operation, PARAMETER_POOL_ITEM item);
+  /// Writes the new content beside the pool and gives the file's name. Its frame is gone before
+  /// `CopyOver`, which has a block of its own.
+  std::string WriteTemporary();
   void Merge(POOL_STREAM& temporary);
   void CopyOver(const std::string& temporary_name);
 

@@ -122,14 +122,23 @@ void POOL_STREAM::SkipLines(char first) {
   block_position += found;
 }
 
-std::string POOL_STREAM::ReadRest() {
-  std::string rest;
-  rest.reserve(static_cast<std::size_t>(Size()));
-  do {
-    rest.append(block + block_position, block_length - block_position);
-    block_position = block_length;
-  } while (!at_end && FillBlock());
-  return rest;
+std::string_view POOL_STREAM::ReadRest() {
+  const auto left = [&] {
+    return std::string_view(block + block_position, block_length - block_position);
+  };
+  while (!at_end && left().size() < BLOCK_SIZE) FillBlock();
+  std::string_view bytes = left();
+  if (!at_end) {
+    long_rest.clear();
+    long_rest.reserve(static_cast<std::size_t>(Size()));
+    do {
+      long_rest += left();
+      block_position = block_length;
+    } while (FillBlock());
+    bytes = long_rest;
+  }
+  block_position = block_length;
+  return bytes;
 }
 
 long long POOL_STREAM::Size() const {

@@ -50,8 +50,8 @@ class POOL_STREAM {
   /// Passes over lines that start with another byte: cheaper than reading them. Stops where the
   /// next line starts with `first`, and at the latest where more of the file must be read.
   void SkipLines(char first);
-  /// All bytes up to the end of the file; sets `AtEnd`.
-  std::string ReadRest();
+  /// All bytes up to the end of the file; sets `AtEnd`. They are valid until the next read.
+  std::string_view ReadRest();
   /// Whether a read reached the end of the file, or failed, since the last `Rewind`.
   bool AtEnd() const { return at_end; }
   /// Whether a read since the last `Rewind`, or a write since the opening, failed.
@@ -92,14 +92,15 @@ class POOL_STREAM {
   bool read_failed = false;  ///< since the last `Rewind`
   bool write_failed = false;
   bool is_locked = false;
-  static constexpr std::size_t BLOCK_SIZE = 16384;
-  char block[BLOCK_SIZE];
   std::size_t block_length = 0;
   std::size_t block_position = 0;
   bool may_hold_cr = false;  ///< false only if the block has no CR
   long long read_offset = 0;
   long long write_offset = 0;
   std::string unwritten;
+  std::string long_rest;                            ///< what `ReadRest` found beyond a block
+  static constexpr std::size_t BLOCK_SIZE = 24576;  ///< of most pools with results
+  char block[BLOCK_SIZE];  ///< last, so that a small pool's bytes share a page with the above
 };
 
 }  // namespace varnoth

@@ -80,12 +80,12 @@ class LOG_TABLE {
   char second_rule_char = '-';
   char second_rule_cross = '+';
   STRING file_name;
-  TEXT_SINK file;
   ARRAY<int> widths;
   const char* specials = "\n@|$#~:*&";
   const char* marks = specials + 2;
   const char* row_map = "| |H:* ";
   const char* rule_map = "+ +#+* ";
+  TEXT_SINK file;
 };
 
 }  // namespace varnoth

@@ -218,7 +218,7 @@ std::string Changed(const std::string& content, const std::string& copy, const C
   pool.SetDurable(true);
   pool.update();
   stream.Open(copy.c_str(), POOL_STREAM::MODE::READ);
-  std::string changed = stream.ReadRest();
+  std::string changed(stream.ReadRest());
   if (stream.HasError()) throw SystemFailure("can't read the copy");
   return changed;
 }
@@ -243,7 +243,7 @@ void ChangeInPlace(POOL_STREAM& stream, const std::filesystem::path& path,
                    const POOL_DOCUMENT& pool, const CHANGE_PLAN& plan) {
   WORKPLACE workplace(path);
   stream.Rewind();
-  const std::string old = stream.ReadRest();
+  const std::string old(stream.ReadRest());
   if (stream.HasError()) throw SystemFailure("can't read it");
   const std::string copy = workplace.directory / path.filename();
   // Of a block that can't be read nobody knows the end.

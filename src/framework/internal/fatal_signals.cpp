@@ -10,8 +10,8 @@ namespace varnoth {
 
 namespace {
 
-constexpr int CAUGHT[] = {SIGHUP, SIGINT,  SIGQUIT, SIGILL,  SIGABRT, SIGABRT, SIGFPE,
-                          SIGBUS, SIGSEGV, SIGSYS,  SIGTERM, SIGURG,  SIGXCPU, SIGXFSZ};
+constexpr int CAUGHT[] = {SIGHUP,  SIGINT, SIGQUIT, SIGILL, SIGABRT, SIGFPE, SIGBUS,
+                          SIGSEGV, SIGSYS, SIGTERM, SIGURG, SIGXCPU, SIGXFSZ};
 
 /// The handler needs a stack of its own: after a stack overflow the usual one has no room.
 constexpr std::size_t STACK_SIZE = 65536;

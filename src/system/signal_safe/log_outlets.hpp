@@ -40,8 +40,8 @@ constexpr const LEVEL_ROW& RowOf(int level) {
 
 /// One of the two places where the log's lines go.
 struct LOG_OUTLET {
-  TEXT_SINK sink;
   int lowest_level = DEBUG;
+  TEXT_SINK sink;
 
   bool Shows(int level) const { return sink.IsOpen() && level >= lowest_level; }
 };
@@ -53,9 +53,9 @@ struct LOG_OUTLET {
 ///     outlets.AppendLine(outlets.screen.sink, INFO, "done");
 ///     outlets.screen.sink.Flush();
 struct LOG_OUTLETS {
+  std::string_view prefix;
   LOG_OUTLET screen{.sink = TEXT_SINK(1)};
   LOG_OUTLET file;
-  std::string_view prefix;
 
   /// Begins a line: "LABEL : word : ".
   void AppendHead(TEXT_SINK& sink, int level) const;
