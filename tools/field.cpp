@@ -19,15 +19,17 @@ std::optional<double> PlainNumber(std::string_view word) {
 }  // namespace
 
 std::string_view Trimmed(std::string_view text) {
-  constexpr std::string_view BLANKS = " \t\r";
-  const std::size_t start = text.find_first_not_of(BLANKS);
-  if (start == text.npos) return {};
-  return text.substr(start, text.find_last_not_of(BLANKS) - start + 1);
+  // A search for one of several characters costs a call for each byte.
+  const auto is_blank = [](char c) { return c == ' ' || c == '\t' || c == '\r'; };
+  while (!text.empty() && is_blank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && is_blank(text.back())) text.remove_suffix(1);
+  return text;
 }
 
 std::optional<double> NumberOf(std::string_view word) {
   if (word.starts_with('+')) word.remove_prefix(1);
-  if (word.find_first_of("Dd") == word.npos) return PlainNumber(word);
+  const std::optional<double> plain = PlainNumber(word);
+  if (plain || word.find_first_of("Dd") == word.npos) return plain;
   std::string text(word);
   std::ranges::replace_if(
       text, [](char c) { return c == 'D' || c == 'd'; }, 'E');

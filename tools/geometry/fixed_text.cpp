@@ -67,8 +67,9 @@ char* PutFixed(char* at, double value, int decimals) {
     ++whole;
   }
   if (std::signbit(value) && (whole > 0 || fraction > 0)) *at++ = '-';
-  at += DigitsOf(whole);
-  PutDigits(at, whole, DigitsOf(whole));
+  const int whole_digits = DigitsOf(whole);
+  at += whole_digits;
+  PutDigits(at, whole, whole_digits);
   *at++ = '.';
   at += decimals;
   PutDigits(at, fraction, decimals);
