@@ -23,11 +23,17 @@ def test_from_products_to_a_report(tmp_path, monkeypatch):
         monkeypatch.setattr(sentinel1, "CIRCLE", make.Circle(aside=60.0 * i))
         sentinel1.file_of(tmp_path / f"{day}.SAFE" / "annotation" / f"s1a-iw1-slc-vv-{day}.xml",
                           sentinel1.annotation().replace("58630", str(58630 + 175 * i)))
+        date = datetime.date.fromisoformat(f"{day[:4]}-{day[4:6]}-{day[6:]}")
+        before, after = (f"{date + datetime.timedelta(n):%Y%m%d}" for n in (-1, 1))
+        name = f"S1A_OPER_AUX_POEORB_OPOD_{after}T070000_V{before}T225942_{after}T005942.EOF"
+        sentinel1.file_of(tmp_path / "orbits" / name, sentinel1.orbit_file(list(sentinel1.vectors(-100, 40)), count=40))
     commands = re.search(r"^    mkdir scenes.*(\n    .*)+", README, re.MULTILINE).group(0)
     path = f"{TOOLS.parent}:{BINARY.parent}:{os.environ['PATH']}"
     done = subprocess.run(["bash", "-eu"], input=commands, cwd=tmp_path, env=os.environ | {"PATH": path},
                           capture_output=True, text=True, check=False)
     assert (done.returncode, done.stderr) == (0, ""), done.stderr
+    pools = [path.read_text("latin-1") for path in (tmp_path / "scenes").iterdir()]
+    assert len(pools) == 4 and all("_POEORB_" in pool for pool in pools)
     plan = json.loads((tmp_path / "plan" / "plan.json").read_text())
     names = sorted(f"pair_{pair['master']}_{pair['slave']}" for pair in plan["pairs"])
     assert plan["connected"] and len(names) == 5  # 12 and 24 days
