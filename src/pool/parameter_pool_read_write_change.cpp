@@ -174,7 +174,6 @@ void PARAMETER_POOL_READ_WRITE_CHANGE::CopyOver(const std::string& temporary_nam
     tell_of_copy();
     throw ERROR_I_O();
   }
-  stream.Rewind();
   bool is_written = stream.Truncate();
   int error = errno;
   if (is_written) {

@@ -129,12 +129,11 @@ std::string_view POOL_STREAM::ReadRest() {
   while (!at_end && left().size() < BLOCK_SIZE) FillBlock();
   std::string_view bytes = left();
   if (!at_end) {
-    long_rest.clear();
     long_rest.reserve(static_cast<std::size_t>(Size()));
-    do {
+    long_rest = bytes;
+    for (block_position = block_length; FillBlock(); block_position = block_length) {
       long_rest += left();
-      block_position = block_length;
-    } while (FillBlock());
+    }
     bytes = long_rest;
   }
   block_position = block_length;
