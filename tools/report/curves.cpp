@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
 
 namespace varnoth::tools {
 
@@ -35,9 +36,9 @@ LIST OfPolynomial(const PAIR_RECORD& record, const std::string& line) {
   LIST phase;
   if (found == record.vectors.end() || found->second.empty()) return phase;
   for (const double sample : CurveSamples(record)) {
-    double sum = 0.0;
-    for (auto p = found->second.rbegin(); p != found->second.rend(); ++p) sum = sum * sample + *p;
-    phase.push_back(sum);
+    const LIST& powers = found->second;
+    phase.push_back(std::accumulate(powers.rbegin(), powers.rend(), 0.0,
+                                    [&](double sum, double p) { return sum * sample + p; }));
   }
   return phase;
 }

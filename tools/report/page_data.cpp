@@ -4,6 +4,7 @@
 #include <cmath>
 #include <ctime>
 #include <map>
+#include <set>
 
 #include "tools/pool/document.hpp"
 #include "tools/report/curves.hpp"
@@ -66,13 +67,11 @@ JSON Grid(const NINE_POINTS& grid) {
 
 /// The keys of all numbers, so that a pair needs the values alone.
 std::vector<std::string> NumberKeys(const std::vector<PAIR_RECORD>& records) {
-  std::map<std::string, bool> keys;
+  std::set<std::string> keys;
   for (const PAIR_RECORD& record : records) {
-    for (const auto& [key, value] : record.numbers) keys[key] = true;
+    for (const auto& [key, value] : record.numbers) keys.insert(key);
   }
-  std::vector<std::string> names;
-  for (const auto& [key, is_there] : keys) names.push_back(key);
-  return names;
+  return {keys.begin(), keys.end()};
 }
 
 /// Turns records into JSON, with one list of all remedies that they need.

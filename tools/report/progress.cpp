@@ -7,7 +7,7 @@
 
 namespace varnoth::tools {
 
-PROGRESS::PROGRESS(std::size_t count) : is_shown(isatty(STDERR_FILENO) == 1), total(count) {}
+PROGRESS::PROGRESS(std::size_t pairs) : is_shown(isatty(STDERR_FILENO) == 1), total(pairs) {}
 
 PROGRESS::~PROGRESS() { Clear(); }
 

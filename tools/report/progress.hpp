@@ -8,7 +8,7 @@ namespace varnoth::tools {
 /// A bar on a terminal behind standard error; elsewhere nothing.
 class PROGRESS {
  public:
-  explicit PROGRESS(std::size_t total);
+  explicit PROGRESS(std::size_t pairs);
   ~PROGRESS();
   PROGRESS(const PROGRESS&) = delete;
   PROGRESS& operator=(const PROGRESS&) = delete;

@@ -151,7 +151,8 @@ std::optional<MOMENT> Date(const std::string& text) {
   const auto day = DayOf(utc.year, utc.month, utc.day);
   if (!day) return std::nullopt;
   const std::int64_t seconds = (utc.hour * 60 + utc.minute) * 60 + utc.second;
-  return MOMENT{*day, seconds * MICROSECONDS_OF_SECOND + utc.millisecond * 1000 + utc.microsecond};
+  const std::int64_t milliseconds = seconds * 1000 + utc.millisecond;
+  return MOMENT{*day, milliseconds * 1000 + utc.microsecond};
 }
 
 SCENE_TIME TimeOf(const std::string& reference, double first_az_time) {

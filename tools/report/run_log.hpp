@@ -23,14 +23,14 @@ struct NINE_POINTS {
 
 /// What the last run that a log holds has told.
 struct RUN_LOG {
-  std::string fault;               ///< why it could not be read, or not whole; else empty
-  bool is_ended = false;           ///< the run told its end, good or bad
-  std::string started;             ///< local time of the run, as the log has it
-  std::vector<NOTICE> notices;     ///< without the missing configuration file, which is usual
-  std::vector<double> phase[2];    ///< cycles to 0.01, at the eleven samples of a line
-  std::optional<double> misfit;    ///< largest one of the polynomials, cycles
-  NINE_POINTS effective_baseline;  ///< m, without a sign
-  NINE_POINTS baseline;            ///< m
+  std::string fault;            ///< why it could not be read, or not whole; else empty
+  bool is_ended = false;        ///< the run told its end, good or bad
+  std::string started;          ///< local time of the run, as the log has it
+  std::vector<NOTICE> notices;  ///< without the missing configuration file, which is usual
+  std::array<std::vector<double>, 2> phase;  ///< cycles to 0.01, at the eleven samples of a line
+  std::optional<double> misfit;              ///< largest one of the polynomials, cycles
+  NINE_POINTS effective_baseline;            ///< m, without a sign
+  NINE_POINTS baseline;                      ///< m
 
   /// The cause of a failure, as far as the log tells it; else null.
   const NOTICE* FirstAlarm() const;
