@@ -216,33 +216,31 @@ void LOG::change_file(const char* path) {
   if (had_file && IsSameFile(file_path.c_str(), path)) return;  // don't copy a file into itself
   const UNINTERRUPTED whole;  // between the two files, a signal's lines have none
   const std::string old_path = file_path;
-  const bool has_lines = had_file && !outlets.file.sink.IsUnused();
   CloseFile();
   if (!OpenForAppending(path)) {
     ScreenFailure(" can not open logging file: ", path);
     std::exit(-1);
   }
   file_path = path;
-  if (!had_file || (has_lines && !CopyLines(old_path))) return;
+  if (!had_file) return;
+
+  const int old = OpenAtOnce(old_path.c_str(), O_RDONLY);
+  if (old < 0) {
+    ScreenFailure(" can not reopen tmp logging file: ", old_path);
+    return;
+  }
+  TEXT_SINK& sink = outlets.file.sink;
+  const bool is_read = ReadAll(old, [&](std::string_view block) { sink.Append(block); });
+  CloseDescriptor(old);
+  if (!sink.Flush() || !is_read) {
+    ScreenFailure(" can not copy tmp logging file: ", old_path);
+    return;
+  }
   if (unlink(old_path.c_str()) != 0) {
     const int reason = errno;
     WriteLine(WARNING, "can not remove tmp file: %s", old_path.c_str());
     WriteLine(WARNING, "reason: %s", std::strerror(reason));
   }
-}
-
-bool LOG::CopyLines(const std::string& old_path) {
-  const int old = OpenAtOnce(old_path.c_str(), O_RDONLY);
-  if (old < 0) {
-    ScreenFailure(" can not reopen tmp logging file: ", old_path);
-    return false;
-  }
-  TEXT_SINK& sink = outlets.file.sink;
-  bool is_copied = ReadAll(old, [&](std::string_view block) { sink.Append(block); });
-  CloseDescriptor(old);
-  is_copied = sink.Flush() && is_copied;
-  if (!is_copied) ScreenFailure(" can not copy tmp logging file: ", old_path);
-  return is_copied;
 }
 
 void LOG::set_screen_level(int level) {

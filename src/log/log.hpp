@@ -149,8 +149,6 @@ class LOG {
   void SetPrefix(const char* word);
   void WriteStartLine();
   bool OpenForAppending(const char* path);
-  /// Adds an earlier log file's content to the open one; says on the screen if that failed.
-  bool CopyLines(const std::string& old_path);
   /// Says on the screen if the file lacks lines.
   void CloseFile();
   /// Writes a line that only the screen can take.

@@ -46,7 +46,7 @@ bool WriteAll(int descriptor, const char* bytes, std::size_t size, std::size_t& 
 /// it can't be read.
 template <class TAKE>
 bool ReadAll(int descriptor, TAKE take) {
-  char block[2048];  // more would touch further pages of the stack, and most files here are small
+  char block[1024];  // more would touch further pages of the stack, and most files here are small
   ssize_t count = 0;
   while ((count = Restarted([&] { return ::read(descriptor, block, sizeof block); })) > 0) {
     take(std::string_view(block, static_cast<std::size_t>(count)));

@@ -12,7 +12,6 @@ void TEXT_SINK::Open(int open_descriptor) {
   const UNINTERRUPTED whole;
   descriptor = open_descriptor;
   failed = false;
-  is_unused = true;
   at_line_start = true;
   filled = 0;
 }
@@ -58,7 +57,6 @@ void TEXT_SINK::Add(std::initializer_list<std::string_view> pieces, bool line_st
   } else {
     for (const std::string_view piece : pieces) Write(piece);
   }
-  is_unused = false;
   at_line_start = line_starts;
 }
 

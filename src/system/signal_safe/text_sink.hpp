@@ -20,8 +20,6 @@ class TEXT_SINK {
   constexpr explicit TEXT_SINK(int open_descriptor) : descriptor(open_descriptor) {}
 
   bool IsOpen() const { return descriptor >= 0; }
-  /// Whether nothing was appended since the opening.
-  bool IsUnused() const { return is_unused; }
   /// Takes an open descriptor and empties the buffer; does not close the former descriptor.
   void Open(int open_descriptor);
   /// Flushes and closes; false if the close or any write since the opening failed.
@@ -50,7 +48,6 @@ class TEXT_SINK {
 
   int descriptor = -1;
   bool failed = false;
-  bool is_unused = true;
   bool at_line_start = true;
   std::size_t filled = 0;
   char bytes[SIZE];  ///< not zeroed: most of its pages are never touched
