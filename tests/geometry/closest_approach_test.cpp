@@ -1,6 +1,7 @@
 #include "geometry/bistatic_b.hpp"
 
 #include "foundation/constants.hpp"
+#include "foundation/errors.hpp"
 #include "geometry/slave_time.hpp"
 #include "orbit/circular_orbit.hpp"
 #include "support/log_capture.hpp"
@@ -20,8 +21,9 @@ TEST_F(LoggedTest, TheSearchEndsByCorrectionResidualOrCountWhichIsAWarning) {
   Follow(orbit, [](double, int derivative) { return TRIPLE{derivative == 2 ? 0.0 : 1.0, 0, 0}; });
   EXPECT_EQ(CalcSlaveTime(orbit, target, range, 30.0), -70.0);
   EXPECT_EQ(range, 1.0);
-  EXPECT_TRUE(
-      TakeLines().starts_with("WARN  iterations count 100 exceeded in CalcSlaveTime( t=-7"));
+  EXPECT_EQ(TakeLines(),
+            "WARN  iterations count 100 exceeded in CalcSlaveTime( t=-70, Residuals: dt =-1, "
+            "v_sat.r =1)\n");
 }
 
 constexpr double C = SPEED_OF_LIGHT, HEIGHT = 7e5, SPEED = 7.5e3;
@@ -85,7 +87,10 @@ TEST_F(BistaticTest, ResidualsAreAWarmStartAndTheStopIsRelative) {
   Evaluate(Solver(1e-10), 0);
   EXPECT_EQ(TakeLog(), head + "2 iterations: 3 occurrences\n");
   Evaluate(Solver(0), 0);
-  EXPECT_EQ(TakeLog(), head + "101 iterations: 3 occurrences\n");
+  EXPECT_EQ(TakeLines(),
+            "TRACE BISTATIC_B: histogram of iterations:\nTRACE 101 iterations: 3 occurrences\n");
+  EXPECT_THROW(BISTATIC_SEARCH(C, 1 / C, 0, 2, 0), ERROR_ARGUMENT);
+  EXPECT_EQ(TakeLines(), "ALARM BISTATIC_B: a parabola needs three samples or more, not 2\n");
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 #include <cmath>
+#include <sstream>
 
 #include "foundation/constants.hpp"
 #include "foundation/errors.hpp"
@@ -96,11 +97,11 @@ struct FOUND {
                  e.range * 2 / SPEED_OF_LIGHT, e.los_velocity);
   }
   void Search(const SOLVER& solver, SURFACE_HEIGHT surface, const HEARD& e, bool doppler,
-              double tolerance_factor = 0) {
+              double tolerance_factor = 0, const double* figure = FIGURE) {
     work.context = &calls;
     work.tolerance_factor = tolerance_factor;
     if (doppler) line_speed = e.los_velocity;
-    solver.search(work, FIGURE, surface, e.position, e.velocity, doppler, line_speed, squint, point,
+    solver.search(work, figure, surface, e.position, e.velocity, doppler, line_speed, squint, point,
                   latitude, longitude, elevation, doppler && solver.is_always_right ? -1 : e.side,
                   e.range);
   }
@@ -172,9 +173,13 @@ TEST_F(LoggedTest, SolversFindWhatIsSeenAtAHeightAndOnTerrainAndTellTheirStepsAt
       }
     }
     EXPECT_TRUE(saved > 0 || solver.search == nullptr);
-    const std::string told = std::string("TRACE ") + solver.name + ": ", lines = TakeLines();
-    EXPECT_NE(lines.find(told), std::string::npos) << told;
-    EXPECT_EQ(lines.find(told + "0 "), std::string::npos) << told;
+    const std::string told = std::string("TRACE ") + solver.name + ": ";
+    std::istringstream lines(TakeLines());
+    for (std::string line; std::getline(lines, line);) {
+      if (line.starts_with("INFO")) continue;  // of alternating points
+      EXPECT_TRUE(line.starts_with(told) && line.ends_with(" iterations.")) << line;
+      EXPECT_NE(line[told.size()], '0') << line;
+    }
   }
 }
 
@@ -194,9 +199,35 @@ TEST_F(LoggedTest, ASurfaceThatNeverRestsHasNoPointAndItsStepsAreTold) {
                         &change, &previous),
             2);
   EXPECT_LT(std::max(change, previous), 2100.0) << "the surface jumps by 2000 m";
+  // Behind both ends of the interval the surface is far above the satellite.
+  const SURFACE_HEIGHT receding = [](void* context, double, double, double) {
+    return ++*static_cast<int*>(context) > 2 ? 1e8 : 0.0;
+  };
+  FOUND none;
+  EXPECT_EQ(ThrownText([&] { none.Search(FALSE_POSITION, receding, sight, true); }), "Error.");
+  EXPECT_EQ(TakeLines(), "ALARM geolocation_new: Convergence problem.\n");
+}
+
+// On a sphere the distances are those of the surface alone: 0, 1000, and 0 again, from which the
+// search goes on at 500.
+TEST_F(LoggedTest, ASearchBetweenTwoPointsGoesOnFromTheMiddleAndTells) {
+  const SURFACE_HEIGHT alternating = [](void* context, double, double, double) {
+    constexpr double HEIGHTS[] = {0, 1000, 0, 500, 500};
+    return HEIGHTS[(*static_cast<int*>(context))++];
+  };
+  constexpr double SPHERE[] = {EQUATOR, EQUATOR, FIGURE[2], FIGURE[2]};
+  const SIGHT sight(VIEWS[0], 1, 500, EQUATOR, EQUATOR);
+  FOUND f;
+  f.Search(FIXED_POINT, alternating, sight, true, 0, SPHERE);
+  EXPECT_EQ(f.elevation, 500);
+  EXPECT_EQ(TakeLines(),
+            "INFO  geolocation_test: Alternating points detected in interation 3 at radius change "
+            "1000.000000. Selecting new value in the middle.\n"
+            "TRACE geolocation_test: 4 iterations.\n");
 }
 
 TEST_F(LoggedTest, AFailureIsToldInOrderAndLeavesTheOutputsAlone) {
+  std::string told;
   const auto expect = [&](const SOLVER& solver, const HEARD& e, double height,
                           const std::string& thrown, const std::string& lines = "") {
     FOUND f;
@@ -205,16 +236,22 @@ TEST_F(LoggedTest, AFailureIsToldInOrderAndLeavesTheOutputsAlone) {
     } catch (const ERROR_EXCEPTION& error) {
       EXPECT_EQ(error.what(), thrown);
     }
-    EXPECT_EQ(TakeLines().substr(0, lines.size()), lines);
+    told = TakeLines();
+    EXPECT_EQ(told.substr(0, lines.size()), lines);
     EXPECT_EQ(f.latitude + f.longitude + f.incidence, -3) << thrown;
     // A target that is not a number sets point and heading.
     EXPECT_TRUE(std::isnan(e.velocity[1]) || f.point[0] + f.heading == -2) << thrown;
   };
   const std::string head = "ALARM geolocation_fast: ";
-  const std::string call = "INFO  geolocation_fast was called with look_direction 1.000000 height ";
+  const std::string fast_call =
+      "INFO  geolocation_fast was called with look_direction 1.000000 height ";
   expect(FAST, {{0, 3e6, -4e6}, {7e3, 0, 0}}, 0, "wrong argument",
          head + "satellite position lies within the earth!\n" + head +
              "length of satellite position is: 5000000.000000\n");
+  expect(SLOW, {{0, 3e6, -4e6}, {7e3, 0, 0}}, 0, "wrong argument",
+         "ALARM geolocation: satellite position lies within the earth!\n"
+         "ALARM geolocation: length of satellite position is: 5000000.000000\n");
+  expect(FAST, {{0, NAN, 7e6}, {0, 7e3, 0}}, 0, "case not handled in if or switch block");
   expect(FAST, {{7e6, NAN, 0}, {0, 7e3, 0}}, 0, "case not handled in if or switch block",
          head + "determination of angle theta failed!\n");
   expect(FAST, {{7e6, 0, 0}, {0, NAN, 7e3}}, 0, "algorithm error",
@@ -225,17 +262,39 @@ TEST_F(LoggedTest, AFailureIsToldInOrderAndLeavesTheOutputsAlone) {
   const HEARD rising{{7e6, 0, 0}, {5e3, 0, 0}};
   expect(FAST, level, 10, "data error",
          head + "No intersection of earth ellipsoid and sphere around the satellite\n" + head +
-             "during iteration in step: 1\n" + call +
+             "during iteration in step: 1\n" + fast_call +
              "10.000000 rpole 6356762.314200 requator "
              "6378147.000000 fast_time 0.000977 sat_pos (7000000.000000,0.000000,0.000000)="
              "7000000.000000 sat_vel (0.000000,3000.000000,4000.000000)=5000.000000.\n");
-  expect(FALSE_POSITION, level, 0, "geolocation_new: No intersection with earth (initial value).",
-         "ALARM geolocation_new: No intersection of earth ellipsoid");
-  expect(FALSE_POSITION, rising, 0, "geolocation_new: Vertical velocity not allowed (v_tan=0)!");
+  for (const auto& [solver, where] :
+       {std::pair(FALSE_POSITION, "initial value"), std::pair(FIXED_POINT, "negative radiant")}) {
+    const std::string name = solver.name, alarm = "ALARM " + name + ": ";
+    const auto call = [&](const char* step) {
+      const bool is_new = solver.is_always_right;
+      return (is_new ? "" : alarm + "during iteration in step: " + step + "\n") + "INFO  " + name +
+             " was called with look_direction " + (is_new ? "-" : "") +
+             "1.000000 height 10.000000 rpole 6356752.314200 requator 6378137.000000 slant_range ";
+    };
+    expect(solver, level, 10, name + ": No intersection with earth (" + where + ").",
+           alarm + "No intersection of earth ellipsoid and sphere around the satellite\n" +
+               call("2") +
+               "146383.036133 sat_pos (7000000.000000,0.000000,0.000000)=7000000.000000 sat_vel "
+               "(0.000000,3000.000000,4000.000000)=5000.000000.\n");
+    expect(solver, rising, 10, name + ": Vertical velocity not allowed (v_tan=0)!",
+           alarm + "Vertical velocity not allowed (v_tan=0)\n" + call("1") + "1000000.000000 ");
+  }
   expect(SLOW, rising, 0, "VECTOR operator /= : division by 0.0");
   // A very flat body; where a search without an end has got to is anybody's guess.
   level.range = 6926524;
-  expect(FAST, level, -6.3e6, "algorithm error", head + "convergence problem\n" + call);
+  expect(FAST, level, -6.3e6, "algorithm error", head + "convergence problem\n" + fast_call);
+  double change = 1e9, range_residual = 1e9, doppler_residual = 1e9;
+  EXPECT_EQ(std::sscanf(told.c_str() + told.rfind("INFO  accuracy"),
+                        "INFO  accuracy after 21 steps: %lf %lf %lf (0.000000)", &change,
+                        &range_residual, &doppler_residual),
+            3)
+      << told;
+  EXPECT_LT(change, EQUATOR - POLE) << "the radius is between those of the body";
+  EXPECT_LT(range_residual + doppler_residual, 1e-6);
   level.range = 9e5;
   level.los_velocity = 5001;  // faster than the satellite
   expect(FALSE_POSITION, level, 0, "geolocation_new: No intersection with earth (initial value).");
