@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <functional>
 
 #include "foundation/errors.hpp"
 #include "records/place_words.hpp"
@@ -70,19 +71,29 @@ class MdbSearchTest : public MdbTest, public testing::WithParamInterface<SERIES>
 
 /// The records that the stops before, exact, nearest and after find, x for none. Outside the
 /// records the log says that the nearest one is the nearest.
+constexpr const char* BEFORE_ALL =
+    "are at the beginning of the data file therefore I give you "
+    "the first record (its really the nearest!)\n";
 constexpr struct {
   const char* name;
   const char* found;
   const char* told = "";
 } PLACES[] = {
-    {"ahead of the first", "xx12", "the first record (its really the nearest!)\n"},
-    {"first", "x112", "the first record (its really the nearest!)\n"},
+    {"ahead of the first", "xx12", BEFORE_ALL},
+    {"first", "x112", BEFORE_ALL},
     {"as near to the first as to the second", "1x23"},
     {"second", "1223"},
     {"behind the second", "2x2x"},
     {"third", "233x"},
-    {"behind the last", "xx3x", "the last record (its really the nearest!) \n"},
+    {"behind the last", "xx3x",
+     "reached the end of the data file therefore I give you the last record (its really the "
+     "nearest!) \n"},
 };
+/// What a search throws that meets a record, by its stop.
+constexpr const char* REASONS[] = {
+    "", "before ) : you want me to give you the record before the first one",
+    "exact ) : search_value not found", "",
+    "after ) : you want me to give you the record after the last one"};
 
 TEST_P(MdbSearchTest, StopsAsTold) {
   std::string content;
@@ -97,9 +108,17 @@ TEST_P(MdbSearchTest, StopsAsTold) {
       SCOPED_TRACE(name + ", stop "s + std::to_string(stop));
       TakeLog();
       const auto search = [&] { mdb.GotoRecord(wanted, static_cast<MDB_STOP>(stop)); };
-      const bool is_found = ThrownText(search) == "nothing thrown";
-      const std::string lines = TakeLines();
-      EXPECT_TRUE(stop == mdb_stop_nearest ? lines.ends_with(told) : lines.empty()) << lines;
+      const std::string thrown = ThrownText(search), lines = TakeLines();
+      const bool is_found = thrown == "nothing thrown";
+      EXPECT_TRUE(is_found ||
+                  thrown == (found == "xx3x"s ? "search_value not found"
+                                              : "MDB::GotoRecord( mdb_stop_"s + REASONS[stop]))
+          << thrown;
+      EXPECT_EQ(lines, *told == '\0' || stop != mdb_stop_nearest
+                           ? ""
+                           : "WARN  MDB::GotoRecord( mdb_stop_nearest ) : the value you searched "
+                             "for can be far away .. we "s +
+                                 told);
       EXPECT_EQ(is_found ? mdb.FindItem("n").Text() : "x", STRING(found + stop - 1, 1));
       EXPECT_TRUE(!is_found || Rest() == "123"s.substr(found[stop - 1] - '0'));
     }
@@ -121,25 +140,66 @@ TEST_F(MdbTest, RefusesWhatIsOutOfOrder) {
   RECORD_ITEM wanted = Item("t", "5");
   const auto open = [&] { mdb.Open(IN); };
   const auto search = [&] { mdb.GotoRecord(wanted, mdb_stop_exact); };
+  const auto expect_each = [&](const std::string& lack) {
+    EXPECT_EQ(ThrownText(search), "MDB::GotoRecord(): " + lack);
+    EXPECT_EQ(ThrownText([&] { mdb.Read(); }), "MDB::Read(): " + lack);
+    EXPECT_EQ(ThrownText([&] { mdb.ReadStep(1); }), "MDB::Read(): " + lack);
+    EXPECT_EQ(ThrownText([&] { mdb.Write(); }), "MDB::Write(): " + lack);
+  };
   EXPECT_EQ(ThrownText(open), "MDB::Open(): no path selected");
+  EXPECT_EQ(ThrownText([&] { mdb.GetPathInfo(); }), "MDB::GetPathInfo(): no path was set before");
+  EXPECT_EQ(ThrownText([&] { mdb.Rewind(); }), "MDB::Rewind(): no file open");
+  mdb.SetPath(root.c_str(), 1, 2, 3, 4, 5, 2);
+  EXPECT_EQ(ThrownText(open), "MDB::Open(): no file selected");
+  expect_each("no file open");
   for (const std::string wrong : {"n", "n:", " : int", "n:INT"}) {
     EXPECT_EQ(ThrownText([&] { Prepare("", "t:int\"\n\"" + wrong); }),
               "MDB: unknown type in record type definition");
+    EXPECT_TRUE(
+        TakeLines().ends_with("ALARM MDB: record type f: >>" + wrong + "<< defines no item\n"));
   }
+  mdb.Open(IN);  // the path is that of the test, the record type faulty
+  expect_each("no valid record type");
   Prepare("t : 1 n : 1");
   mdb.Open(IN | OUT);
   EXPECT_EQ(ThrownText(search), "MDB::GotoRecord(): is opened read only");
+  EXPECT_EQ(ThrownText([&] { mdb.Rewind(); }), "MDB::Rewind(): is opened read only");
   open();
+  EXPECT_TRUE(TakeLines().ends_with("DEBUG mdb file: " + path + "\n"));
+  for (const int stop : {0, 5}) {
+    EXPECT_THROW(mdb.GotoRecord(wanted, static_cast<MDB_STOP>(stop)), ERROR_UNHANDLED_CASE);
+  }
   EXPECT_EQ(ThrownText([&] { mdb.Write(); }), "MDB is opened read only: can not write data record");
   wanted.key_name = "y";
   EXPECT_EQ(ThrownText(search), "MDB: RECORD_ITEM: can not find key_name in record");
   mdb.SetPath(root.c_str(), 1, 1012, 3, 5, 7, 1);
+  EXPECT_TRUE(TakeLines().starts_with("INFO  mdb compiled with: TYPE_IS_STRING_VECTOR\n"));
+  EXPECT_EQ(mdb.GetPathInfo().segment, 1012);
   EXPECT_EQ(mdb.GetDirectory(), (root + "/ZEL1/hddc_BRNR1012/dt_005.007/pri").c_str());
   EXPECT_EQ(ThrownText(open), "can not open mdb-file");
   EXPECT_EQ(ThrownText([&] { mdb.Open(OUT); }), "MDB: can not create directory");
   mdb.Reset();
   EXPECT_EQ(ThrownText(open), "MDB::Open(): no path selected");
   EXPECT_THROW(mdb.FindItem("n"), const char*);
+  mdb.SetPath(root.c_str(), 4, 12, 3, 5, 7, 1);
+  WriteFile(root + "format.dat", "f STR_V 0 0\n{\n}\n");
+  EXPECT_EQ(ThrownText([&] { mdb.SetFile("f"); }), "MDB: unknown type in record type definition");
+  std::filesystem::remove(path);
+  std::filesystem::create_directory(path);
+  EXPECT_EQ(ThrownText(open), "can not open mdb-file") << "a directory is no file";
+}
+
+TEST_F(MdbTest, AFileThatShrinksDuringASearchIsTold) {
+  struct SHRINKING : MDB {
+    bool Read() override { return left-- > 0 && MDB::Read(); }
+    int left = 2;
+  } shrinking;
+  Prepare("t : 1\n  n : 1\nt : 2\n  n : 2\n");
+  shrinking.SetPathAndFile(root.c_str(), 4, 12, 3, 5, 7, 1, "f");
+  shrinking.Open(IN);
+  EXPECT_THROW(shrinking.GotoRecord(Item("t", "2"), mdb_stop_before), ERROR_DATA);
+  EXPECT_TRUE(
+      TakeLines().ends_with("ALARM MDB::GotoRecord(): file f was changed during the search\n"));
 }
 
 TEST_F(MdbTest, FaultyFilesAreTold) {
@@ -164,6 +224,10 @@ TEST_F(MdbTest, FaultyFilesAreTold) {
     EXPECT_ANY_THROW(read("t " + value + "\n  n : 1\n"));
     EXPECT_NE(Log().find("ALARM : log : MDB::Read(): >>t "s + value.c_str()), std::string::npos);
   }
+  EXPECT_ANY_THROW(read("t : 1x\n  n : 1\n"));
+  EXPECT_EQ(TakeLines(),
+            "ALARM MDB: RECORD_ITEM: >>1x<< is no number\n"
+            "ALARM MDB::Read(): >>t : 1x<< is no item of file f\n");
 #ifndef _LIBCPP_VERSION  // its file streams take a failed read for the end of the file
   Prepare("");
   std::filesystem::remove(path);
@@ -197,6 +261,11 @@ TEST_F(MdbTest, RecordsGoBehindTheLastOneOrAreTold) {
   EXPECT_EQ(written(OUT), old + "\nt : 3\n  n : 3\nt : 4\n  n : 4\n" + fifth);
   EXPECT_EQ(written(OUT | std::ios::trunc), fifth);
   std::filesystem::remove(path);
+  mdb.SetNameWidth(3);
+  EXPECT_EQ(written(OUT), "t : 5\n  n   : 5\n") << "makes a missing file";
+  mdb.SetRecord({}, mdb.FindItem("n"));
+  EXPECT_STREQ(mdb.GetKeyItem().key_name.c_str(), "n");
+  std::filesystem::remove(path);
   std::filesystem::create_symlink("/dev/full", path);
   mdb.Open(OUT);
   Write("1", 1);
@@ -221,6 +290,12 @@ TEST(RecordItem, ComparesDurationsAndGivesNumbersAndTexts) {
   EXPECT_EQ(less.ToDouble() + Item("n", "-5").ToDouble() + Item("n", "+2.5").ToDouble(), -1.0);
   EXPECT_EQ(ThrownText([] { Item("n", "1/2:3:4").ToDouble(); }), "can not cast from MET to double");
   EXPECT_STREQ(Item("n", "2.5").Text().c_str(), " 2.5000000000000000e+00");
+  const RECORD_ITEM none;
+  for (const auto& use : std::initializer_list<std::function<void()>>{
+           [&] { none.Text(); }, [&] { none.ToDouble(); }, [&] { none.Equals(none); },
+           [&] { none.IsAtOrAfter(none); }, [&] { none.DistanceFrom(none); }}) {
+    EXPECT_EQ(ThrownText(use), "MDB: RECORD_ITEM: unknown type");
+  }
 }
 
 using LineStreamTest = LoggedTest;
@@ -246,6 +321,12 @@ TEST_F(LineStreamTest, StepsAgreeWithACountFromEveryPosition) {
       }
     }
   }
+  LINE_STREAM shrinking(4);
+  shrinking.open(directory.Path("lines"), IN);
+  shrinking.GoTo(LENGTH);
+  std::filesystem::resize_file(directory.Path("lines"), 0);
+  EXPECT_FALSE(shrinking.StepBack(-1));
+  EXPECT_EQ(shrinking.tellg(), LENGTH);
 }
 
 }  // namespace
