@@ -58,6 +58,35 @@ TEST_F(InterpolatorsTest, WhatAnInterpolatorLacksIsRefusedAndTold) {
             "ALARM INTERPOLATION::GetCoeffs() shall not be called\n");
 }
 
+TEST_F(InterpolatorsTest, WhatIsNotBuiltHasNoValues) {
+  const auto expect = [&](const auto& interpolator, const std::string& name) {
+    for (const int derivative : {0, 1, 2}) {
+      EXPECT_THROW(derivative == 0   ? interpolator.GetY(1)
+                   : derivative == 1 ? interpolator.GetDerivedY(1)
+                                     : interpolator.GetDerived2Y(1),
+                   INVALID_PARAMETER_VALUE);
+      EXPECT_TRUE(TakeLines().ends_with("ALARM " + name + "\n")) << name << derivative;
+    }
+  };
+  expect(SPLINE<double>(), "SPLINE: there are no samples.");
+  expect(HERMITE_POLY<double>(), "HERMITE_POLY: there are no samples.");
+  expect(POLYNOM<double>(), "POLYNOM: there are no samples.");
+  expect(POLYNOM_FIT<double>(), "LEAST_SQUARES_FIT: there are no samples.");
+  expect(CHEBY_POLY<double>(), "LEAST_SQUARES_FIT: there are no samples.");
+  expect(LOCAL<POLYNOM, POINT>::OF<double>(), "LOCAL_INTERPOLATION: there are no samples.");
+  expect(Everett(8, Series({0, 1, 2}, Fourth)),
+         "EVERETT::GetXi: 3 samples are too few for order 8.");
+}
+
+TEST_F(InterpolatorsTest, EverettTellsItsDifferencesUpToTheOrderThatTheSamplesAllow) {
+  EVERETT<double> everett;
+  everett.SetOrder(8);
+  everett.Create(Series({0, 1, 2}, Fourth, 1));
+  const std::string zeros = " 0.000000 0.000000\n";
+  EXPECT_EQ(TakeLines(), "TRACE 1 0.000000" + zeros + "TRACE 2 1.000000 14.000000 0.000000\n" +
+                             "TRACE 3 16.000000" + zeros);
+}
+
 TEST_F(InterpolatorsTest, EverettTakesTheNearestGoodIntervalAndTells) {
   const auto everett = Everett(8, Series(GRID, Fourth));
   const std::string left = "EVERETT::GetXi: Forced interpolation left hand side.\n",
@@ -115,6 +144,8 @@ TEST_F(InterpolatorsTest, SeriesThatCanNotBeInterpolatedAreRefused) {
   expect(POLYNOM<double>(), 2, {{}}, "POLYNOM: there are no samples.");
   expect(POLYNOM_FIT<double>(), 2, {{}}, "POLYFIT: there are no samples.");
   expect(CHEBY_POLY<double>(), 2, {{}}, "CHEBY_POLY::Create: there are no samples.");
+  expect(CHEBY_POLY<double>(), 2, {{0, nan, 1}}, "CHEBY_POLY::Create: an abscissa is no number.");
+  expect(POLYNOM_FIT<double>(), -1, {{0, 1}}, "POLYFIT: there is no polynomial of order -1");
   LOCAL<POLYNOM, POINT>::OF<double> local;
   expect(local, 2, {{}}, "LOCAL_INTERPOLATION: there are no samples.");
   expect(local, 2, {{0, 2, 1}, {0, nan, 2}}, "LOCAL_INTERPOLATION: the abscissae decrease.");
@@ -122,9 +153,21 @@ TEST_F(InterpolatorsTest, SeriesThatCanNotBeInterpolatedAreRefused) {
   expect(local, 2, {{0, 1}}, "LOCAL_INTERPOLATION: no piece has 0 support points.");
 }
 
-TEST_F(InterpolatorsTest, AFitTellsItsOrder) {
-  POLYNOM_FIT<double>().Create(Series({0, 1, 2}, Fourth));
-  EXPECT_TRUE(TakeLines().starts_with("PARAM POLYFIT: polynomial fit order = 0\n"));
+// The squared distances of 0, 1 and 16 from their mean add up to 257 - 17² / 3.
+TEST_F(InterpolatorsTest, AFitTellsItsOrderAndItsResidual) {
+  const auto fourths = Series({0, 1, 2}, Fourth);
+  POLYNOM_FIT<double>().Create(fourths);
+  EXPECT_EQ(TakeLines(),
+            "PARAM POLYFIT: polynomial fit order = 0\nPARAM POLYFIT: chi^2 = 160.666667\n");
+  CHEBY_POLY<double> mean;
+  mean.Create(fourths);
+  EXPECT_EQ(TakeLines(), "PARAM CHEBY_POLY::Create: chi^2 = 160.666667\n");
+  EXPECT_NEAR(mean.GetCoeffs()[0], 17.0 / 3, 1e-14);  // rounding of 16
+  EXPECT_DOUBLE_EQ(Built<CHEBY_POLY<double>>(0, Series({3, 3}, Fourth)).GetY(4), 81);
+  Built<POLYNOM_FIT<double>>(4, fourths), Built<CHEBY_POLY<double>>(3, fourths);
+  EXPECT_EQ(TakeLines(),
+            "WARN  POLYFIT: reduce polynomial fit order 4 -> 2\n"
+            "WARN  CHEBY_POLY::Create: reduce polynomial fit order 3->2\n");
 }
 
 // Through 0, 1, 2, 3, 4 the coefficients of x⁴ are 0, 1, 7, 6, 1. With the nodes 0, 1, 2 in each
@@ -154,7 +197,7 @@ TEST(PolynomFitTest, LeavesOutADirectionBelowItsTolerance) {
 
 // A curve that is cubic between its samples, smooth and without curvature at both ends is the
 // natural spline through them. This one is 1 - x/2 and a cube from each sample on.
-TEST(SplineTest, FindsTheCurvesThatAreNaturalSplines) {
+TEST_F(InterpolatorsTest, ASplineFindsTheCurvesThatAreNaturalSplines) {
   struct CASE {
     ABSCISSAE samples, cubes;
   };
@@ -180,6 +223,8 @@ TEST(SplineTest, FindsTheCurvesThatAreNaturalSplines) {
     }
     EXPECT_EQ(values(samples.front() - 1e-9), (std::array<double, 3>{}));
     EXPECT_EQ(values(samples.back() + 1e-9), (std::array<double, 3>{}));
+    EXPECT_EQ(spline.GetCoeffs(), nullptr);
+    EXPECT_EQ(TakeLines(), "WARN  SPLINE::GetCoeffs() makes no sense\n");
   }
 }
 
@@ -242,6 +287,7 @@ TEST_F(InterpolatorsTest, LocalPiecesAnswerAroundTheirCentresAndAreTold) {
       if (i == 0) abscissae.insert(abscissae.end(), {start, start - 9});
       if (i + c == n) abscissae.push_back(stop + 9);
       for (const double x : abscissae) EXPECT_EQ(local.GetCoeffs(x)[c - 1], wanted) << x;
+      EXPECT_TRUE(i > 0 || local.GetCoeffs()[c - 1] == wanted);
     }
   }
   EXPECT_EQ(TakeLines(),

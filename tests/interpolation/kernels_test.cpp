@@ -119,12 +119,34 @@ TEST(Fits, WeighTheirDataAndLfitKeepsWhatIsFixedAndGivesTheCovarianceOfTheRest) 
   for (int i = 0; i < 9; ++i) EXPECT_NEAR(covariance.GetBlock()[i], COVARIANCE[i] / 129, 1e-15);
 }
 
-// The sanitizers see a block that is too short, the values rows that overlap.
-TEST(Nrutil, EveryElementWithinTheBoundsIsThereAndSharedByTheViews) {
-  double** const m = dmatrix(-1, 2, 3, 5);
-  for (int i = 0; i < 12; ++i) m[i / 3 - 1][i % 3 + 3] = i;
-  for (int i = 0; i < 12; ++i) EXPECT_EQ(m[i / 3 - 1][i % 3 + 3], i);
-  free_dmatrix(m, -1, 2, 3, 5);
+// Of two blocks that are too short one would spill into the other, or into the heap's own numbers.
+template <class T>
+void HoldVectors(T* (*make)(long, long), void (*release)(T*, long, long)) {
+  T *const a = make(-500, 499), *const b = make(-500, 499);
+  std::fill_n(a - 500, 1000, T(1));
+  std::fill_n(b - 500, 1000, T(2));
+  EXPECT_EQ(std::count(a - 500, a + 500, T(1)), 1000);
+  release(a, -500, 499);
+  release(b, -500, 499);
+}
+template <class T>
+void HoldMatrices(T** (*make)(long, long, long, long),
+                  void (*release)(T**, long, long, long, long)) {
+  T** const m = make(-50, 49, 100, 249);
+  for (int i = -50; i < 50; ++i) std::fill_n(m[i] + 100, 150, T(i));
+  for (int i = -50; i < 50; ++i) EXPECT_EQ(std::count(m[i] + 100, m[i] + 250, T(i)), 150);
+  release(m, -50, 49, 100, 249);
+}
+
+TEST(Nrutil, EveryTypeHasItsVectorsAndMatrices) {
+  HoldVectors(vector, free_vector), HoldVectors(ivector, free_ivector);
+  HoldVectors(cvector, free_cvector), HoldVectors(lvector, free_lvector);
+  HoldVectors(dvector, free_dvector), HoldVectors(ldvector, free_ldvector);
+  HoldMatrices(matrix, free_matrix), HoldMatrices(imatrix, free_imatrix);
+  HoldMatrices(dmatrix, free_dmatrix), HoldMatrices(ldmatrix, free_ldmatrix);
+}
+
+TEST(Nrutil, ViewsShareTheirElements) {
   float block[12] = {};
   float** const whole = convert_matrix(block, 1, 3, 1, 4);
   float** const part = submatrix(whole, 2, 3, 2, 3, 0, 7);
@@ -139,8 +161,17 @@ TEST(KernelsDeathTest, EndTheProcessWithTheirText) {
   double d[3] = {};
   const testing::ExitedWithCode failed(1);
   EXPECT_EXIT(gaussj(a.Rows(), 2, bad.Rows(), 2), failed, "\ngaussj: Singular Matrix-2\n");
+  EXPECT_EXIT(gaussj(bad.Rows(), 2, a.Rows(), 2), failed, "\ngaussj: Singular Matrix-1\n");
   EXPECT_EXIT(svdcmp(bad.Rows(), 2, 2, d, a.Rows()), failed,
-              "\nno convergence in 30 svdcmp iterations\n");
+              "^Numerical Recipes run-time error...\nno convergence in 30 svdcmp iterations\n"
+              "...now exiting to system...\n$");
+  auto zero = Filled<long double>(2, 2, [](int i, int) { return i - 1; });
+  long double parity = 0.0L;
+  int none[3] = {};
+  EXPECT_EXIT(ludcmp(zero.Rows(), 2, none, parity), failed,
+              "\nSingular matrix in routine LUDCMP\n");
+  EXPECT_EXIT(lfit(d, d, d, 1, d, none, 2, a.Rows(), d, power_series), failed,
+              "\nlfit: no parameters to be fitted\n");
 }
 
 }  // namespace
