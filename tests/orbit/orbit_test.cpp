@@ -9,6 +9,9 @@
 namespace varnoth::test {
 namespace {
 
+/// Two records, with x = 1 + t/2, y = -2 - t and z = 3.5 - t/4 through them.
+const std::string TWO_RECORDS = Record("1", "-2", "3.5", "5") + Record("2.0", "-4", "3", "7.0");
+
 TEST_F(OrbitTest, AnInterpolationTextHasNameOrderAndSupportPoints) {
   const auto expect = [](const char* text, int id, int order, int points) {
     SCENE_ORBIT parsed;
@@ -32,6 +35,47 @@ TEST_F(OrbitTest, ASelectionThatFailsLeavesNoCore) {
   EXPECT_EQ(orbit.core, nullptr);
 }
 
+TEST_F(OrbitTest, CopiesTellTheirStepsAndRefuseOtherClasses) {
+  const std::string copied =
+      "DEBUG virtual GENERAL_ORBIT<T>& operator=( const GENERAL_ORBIT<T>& agen_orbit )\n";
+  const std::string base =
+      "DEBUG virtual ORBIT_BASE& ORBIT<T,S,I,P>::operator=( const ORBIT_BASE& aorbit )\n"
+      "DEBUG virtual ORBIT_BASE& operator=( const ORBIT_BASE&  aorbit )\n";
+  SCENE_ORBIT copy, other;
+  ReadRecords(SECONDS, "polynom", TWO_RECORDS);
+  EXPECT_NE(TakeLines().find("INFO  mdb_orbit compiled without: TYPE_IS_STRING_VECTOR\n"),
+            std::string::npos);
+  copy = orbit;
+  EXPECT_EQ(TakeLines(), copied +
+                             "DEBUG virtual MDB_ORBIT<T,S,I,P>& operator=( const ORBIT_BASE& "
+                             "amdb_orbit )\n" +
+                             base);
+  other.SelectCore("orbit_pool_double_utc", "everett");
+  TakeLines();
+  EXPECT_THROW(*copy.core = *other.core, ERROR_ARGUMENT);
+  EXPECT_TRUE(
+      TakeLines().ends_with("ALARM ORBIT: an orbit of another class can not be assigned\n"));
+  EXPECT_THROW(other.core->SetSamples({}, {}, {}), ERROR_NOT_IMPLEMENTED);
+  EXPECT_EQ(TakeLines(), "ALARM ORBIT: only an orbit over seconds takes samples from memory\n");
+  other.orbit_type_id = ORBIT_TYPE_COUNT + 1;
+  EXPECT_THROW(copy = other, ERROR_ARGUMENT);
+  EXPECT_EQ(TakeLines(), copied + "ALARM ORBIT: can not determine type of core object\n");
+}
+
+TEST_F(OrbitTest, SamplesFromMemoryThatMakeNoOrbitAreTold) {
+  const double times[] = {0, 1, 1}, bad[] = {0, 1};
+  const std::vector<COORDINATES> places(3), nowhere = {{0, NAN, 0}, {0, 0, 0}};
+  const auto expect = [&](std::span<const double> t, const std::vector<COORDINATES>& positions,
+                          const std::string& told) {
+    EXPECT_THROW(orbit.SetSamples("polynom", t, positions), ERROR_ARGUMENT);
+    EXPECT_TRUE(TakeLines().ends_with("ALARM ORBIT: " + told + "\n")) << told;
+  };
+  expect({times, 1}, places, "an orbit takes from two to 2147483647 samples");
+  expect({times, 2}, places, "times, positions and velocities differ in number");
+  expect(times, places, "times do not increase");
+  expect(bad, nowhere, "a coordinate is no finite number");
+}
+
 TEST_F(OrbitTest, TheOffsetIsTheReferenceTimeFromTheFirstSample) {
   const auto expect = [&](TIME_KIND kind, const char* text, double offset, std::string told) {
     Read(ORBIT_POOL{.kind = kind}.Text());
@@ -47,9 +91,6 @@ TEST_F(OrbitTest, TheOffsetIsTheReferenceTimeFromTheFirstSample) {
   expect(MET, "13/2:19:3.3", 86399.975797, met + "+0013/02:19:03.300000");
   expect(MET, "12/2:19", -3.324203, met + "+0012/02:19:00.000000");
 }
-
-/// Two records, with x = 1 + t/2, y = -2 - t and z = 3.5 - t/4 through them.
-const std::string TWO_RECORDS = Record("1", "-2", "3.5", "5") + Record("2.0", "-4", "3", "7.0");
 
 TEST_F(OrbitTest, ARecordFileIsReadInTwoPassesThatMustAgree) {
   struct LOSING_ORBIT : MDB_ORBIT<double, double, POLYNOM<double>, POINT<double>> {
@@ -95,7 +136,23 @@ TEST_F(OrbitTest, GivesItsSamples) {
   expect([&](auto&& out) { core.GetSample(1, out); }, {2, -4, 3});
   expect([&](auto&& out) { core.GetSampleVelocity(1, out); }, {0.5, -1, -0.25});
   expect([&](auto&& out) { core.GetSampleAcceleration(1, out); }, {0, 0, 0});
-  EXPECT_THROW(core.GetSampleTime(2, time), ERROR_ARGUMENT);
+  double out[3];
+  VECTOR<double> two(0, 2);
+  const auto expect_lack = [&](auto get, const char* told) {
+    TakeLines();
+    EXPECT_THROW(get(), ERROR_ARGUMENT);
+    EXPECT_EQ(TakeLines(), told);
+  };
+  const char* const of_x = "ALARM ORBIT: there is no sample 2 of coordinate 0\n";
+  expect_lack([&] { core.GetSampleTime(2, time); }, of_x);
+  expect_lack([&] { core.GetRelativeSampleTime(2, time); }, of_x);
+  expect_lack([&] { core.GetSampleVelocity(2, out); }, of_x);
+  expect_lack([&] { core.GetSampleAcceleration(2, out); }, of_x);
+  expect_lack([&] { core.GetSample(2, out); },
+              "ALARM ORBIT: there is no sample 2 of coordinate 2\n");
+  const char* const of_two = "ALARM ORBIT: the result takes 3 coordinates, there are 2\n";
+  expect_lack([&] { core.GetPosition(0.0, two); }, of_two);
+  expect_lack([&] { core.GetSample(0, two); }, of_two);
 }
 
 // DURATION::FromSeconds would make 0 ms and +500 us of -0.5 ms: a later time.
@@ -105,6 +162,10 @@ TEST_F(OrbitTest, ASampleHalfAMillisecondAheadOfTheReferenceHasItsMissionElapsed
   MISSION_ELAPSED_TIME time;
   ReadRecords(MET, "polynom", records).GetSampleTime(1, time);
   EXPECT_STREQ(time.c_str(), "+0012/02:19:03.999500");
+  orbit.core->SetReferenceTime(MISSION_ELAPSED_TIME("13/02:19:04"));
+  orbit.core->SetReferenceTime(UNIVERSAL_TIME());  // of another kind
+  orbit.core->GetSampleTime(1, time);
+  EXPECT_STREQ(time.c_str(), "+0013/02:19:03.999500");
 }
 
 TEST_F(OrbitTest, PrintsSamplesPositionsAndTheirDifferences) {
@@ -125,6 +186,16 @@ TEST_F(OrbitTest, PrintsSamplesPositionsAndTheirDifferences) {
   EXPECT_TRUE(log.ends_with("|\n" + rule)) << log;
 }
 
+TEST_F(OrbitTest, SavesACurveAndTheSamplesWithinIt) {
+  const ORBIT_BASE& core = ReadRecords(SECONDS, "polynom", TWO_RECORDS);
+  const std::string path = directory.Path("curve"),
+                    second = "2.000000000000000e+00 -4.000000000000000e+00\n";
+  core.SavePolynomial(path.c_str(), 1, 3, 1.0, 3.0);
+  EXPECT_EQ(ReadFile(path), "1.000000000000000e+00 -3.000000000000000e+00\n" + second +
+                                "3.000000000000000e+00 -5.000000000000000e+00\n");
+  EXPECT_EQ(ReadFile(path + ".pkt"), second);
+}
+
 TEST_F(OrbitTest, OpensBothFilesOfACurveBeforeItComplainsOfTheFirst) {
   const std::string path = directory.Path("ZEL2");  // a directory
   const ORBIT_BASE& core = ReadRecords(SECONDS, "polynom", TWO_RECORDS);
@@ -138,7 +209,9 @@ TEST_F(OrbitTest, TheDeprecatedReadTellsSoAtDebug) {
   Read(ORBIT_POOL().Text());
   TakeLog();
   orbit.core->ReadFromFile(directory.Path("pool").c_str());
-  EXPECT_TRUE(TakeLines().starts_with("DEBUG Deprecated function! Please use read() instead!\n"));
+  const std::string lines = TakeLines(),
+                    told = "DEBUG Deprecated function! Please use read() instead!\n";
+  EXPECT_TRUE(lines.starts_with(told) && lines.rfind(told) > 0) << lines;
   WriteFile(directory.Path("pool"), "");
   EXPECT_THROW(orbit.core->ReadFromFile(directory.Path("pool").c_str()), PARAMETER_KEY_NOT_FOUND);
 }

@@ -1,4 +1,5 @@
 #include <limits>
+#include <sstream>
 
 #include "foundation/errors.hpp"
 #include "support/log_capture.hpp"
@@ -96,7 +97,12 @@ TEST_F(MissionElapsedTimeTest, WhatTheTextCanNotShowIsRefusedAndTheValueStays) {
   const MET before = time += DURATION(1, 0, 0);
   EXPECT_EQ(ThrownText([&] { time += DURATION(0, 0, 1); }), "can not represent MET value");
   EXPECT_THROW(time += DURATION(-10000, 0, 0), ERROR_DATA);
+  EXPECT_EQ(TakeLines(),
+            "ALARM MET_VALUES: exceeding representable range (days=10000)\n"
+            "ALARM MISSION_ELAPSED_TIME: no text can show the time +-0001/23:59:59.999999\n");
   EXPECT_EQ(time, before);
+  EXPECT_EQ((std::ostringstream() << time).str(), "+9999/23:59:59.999999");
+  EXPECT_TRUE(MET().IsEmpty() && !time.IsEmpty());
 }
 
 TEST_F(MissionElapsedTimeTest, TheOrderIsBlindToMicroseconds) {

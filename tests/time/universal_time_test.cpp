@@ -81,8 +81,21 @@ constexpr std::pair<const char*, const char*> FAULTS[] = {
     {"14-JAN-2004/12:59:60.0", "UTC_SCANNER: invalid leap second: 60"},
     {"14-JAN-2004/23:58:60", "UTC_SCANNER: invalid leap second: 60"},
     {"14-JUX-2004/10:11:12", "TIME_SCANNER: can not convert >> JU << to month"},
-    {"14-JAN-2004/1:2:3.:", R"(found token: token_separator
-EXCEP UTC_SCANNER: unexpected token in GetMilliAndMicroSeconds(): 14-JAN-2004/1:2:3.:)"},
+};
+
+/// Texts whose scan stops at a token, and where.
+constexpr struct {
+  const char* input;
+  const char* token;
+  const char* scan;
+} WRONG_TOKENS[] = {
+    {"14-JAN-2004/1:2:3.:", "separator", "GetMilliAndMicroSeconds"},
+    {"14-JAN-2004/1:2:3 4", "number", "GetPoint"},
+    {"14-JAN-2004/1:2:3+", "sign_plus", "GetPoint"},
+    {"14-JAN-JAN /1:2:3", "month", "GetNumber"},
+    {"14-JAN-2004/1Z2:3", "zulu", "GetSeparator"},
+    {"14-.  -2004/1:2:3", "point", "GetMonth"},
+    {"14--  -2004/1:2:3", "sign_minus", "GetMonth"},
 };
 
 TEST_F(UniversalTimeTest, AFaultyTextIsToldAndRefused) {
@@ -92,6 +105,15 @@ TEST_F(UniversalTimeTest, AFaultyTextIsToldAndRefused) {
     EXPECT_EQ(TakeLines(),
               "EXCEP "s + told + "\nEXCEP UTC_SCANNER: Error during scan of: " + input + "\n");
   }
+  for (const auto& [input, token, scan] : WRONG_TOKENS) {
+    TakeLines();
+    EXPECT_THROW(UTC{input}, ERROR_DATA) << input;
+    EXPECT_TRUE(TakeLines().starts_with("EXCEP found token: token_"s + token +
+                                        "\nEXCEP UTC_SCANNER: unexpected token in " + scan +
+                                        "(): " + input + "\n"))
+        << input;
+  }
+  EXPECT_EQ(ThrownText([] { TokenName(8); }), "can not convert unregistered tokentype to string");
   const std::string longest = "14-JAN-2004/10:11:12." + std::string(127, '0');
   EXPECT_NO_THROW(UTC(longest.c_str()));
   EXPECT_THROW(UTC((longest + "0").c_str()), ERROR_DATA);
@@ -138,6 +160,13 @@ TEST_F(UniversalTimeTest, RowsOfLeapSecondsCountStrictlyBetweenAndGrowAtTheEnd) 
   AppendFromList({row_1973, row_2016, row_2016, LEAP_SECOND_ITEM()});
   EXPECT_TRUE(IsLeapSecond(row_2016) && !IsLeapSecond(row_1973));
   EXPECT_EQ(Between("01-JAN-1972/00:00:00", "01-JAN-2018/00:00:00"), -27);
+  ARRAY<LEAP_SECOND_ITEM> rows(0, 1);
+  *rows.begin() = row_1973;
+  ReplaceTable(rows);
+  EXPECT_EQ(Between("01-JAN-1972/00:00:00", "01-JAN-2018/00:00:00"), -1);
+  *rows.begin() = row_2016;
+  AppendFromArray(rows);
+  EXPECT_TRUE(IsLeapSecond(row_2016) && IsLeapSecond(row_1973));
 }
 
 TEST_F(UniversalTimeTest, DayStepsAgreeWithADayCount) {
@@ -151,6 +180,9 @@ TEST_F(UniversalTimeTest, DayStepsAgreeWithADayCount) {
       ASSERT_EQ((moved - At(start)).Days(), step) << At(start);
     }
   }
+  UTC_VALUES unread{2004, 3, -3};
+  unread.AddDays(1);
+  EXPECT_EQ(unread, (UTC_VALUES{2004, 2, 27}));
   EXPECT_EQ(At(sys_days(0001y / 1 / 1)) + DURATION(3652058, 0, 0), At(sys_days(9999y / 12 / 31)));
 }
 
@@ -202,6 +234,7 @@ TEST_F(UniversalTimeTest, WhatTheTextCanNotShowIsToldAndTheValueStays) {
         UTC_VALUES{0, 1, 1, 0, 0, 0, 1000}, UTC_VALUES{0, 1, 1, 0, 0, 0, 0, 1000}}) {
     EXPECT_THROW(time.Format(wide), ERROR_DATA) << Log();
   }
+  EXPECT_NE(Log().find("time 01-invalid month name-0000/00:00:00.000000\n"), std::string::npos);
   EXPECT_EQ(time, before);
   EXPECT_THROW(UTC() + Seconds(1), ERROR_ARGUMENT);
   EXPECT_THROW(UTC(1e15), ERROR_PARAMETER);
@@ -218,6 +251,8 @@ TEST_F(UniversalTimeTest, FieldsTextsAndOrder) {
   EXPECT_STREQ(ToPoolText(time, 0, true).c_str(), "2004-05-14T09:08:07Z");
   std::istringstream lines(" \n 14-MAY-2004 09:08:07.123457\n");
   lines >> later;
+  EXPECT_EQ((std::ostringstream() << later).str(), "14-MAY-2004/09:08:07.123457");
+  EXPECT_TRUE(UTC().IsEmpty() && !time.IsEmpty());
   EXPECT_TRUE(time < later && time <= later && later >= time && !(later < time || time < time));
 }
 
