@@ -175,6 +175,7 @@ TEST_F(LoggedTest, SolversFindWhatIsSeenAtAHeightAndOnTerrainAndTellTheirStepsAt
     EXPECT_TRUE(saved > 0 || solver.search == nullptr);
     const std::string told = std::string("TRACE ") + solver.name + ": ";
     std::istringstream lines(TakeLines());
+    EXPECT_NE(lines.str(), "");
     for (std::string line; std::getline(lines, line);) {
       if (line.starts_with("INFO")) continue;  // of alternating points
       EXPECT_TRUE(line.starts_with(told) && line.ends_with(" iterations.")) << line;

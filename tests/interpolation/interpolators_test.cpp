@@ -59,23 +59,16 @@ TEST_F(InterpolatorsTest, WhatAnInterpolatorLacksIsRefusedAndTold) {
 }
 
 TEST_F(InterpolatorsTest, WhatIsNotBuiltHasNoValues) {
-  const auto expect = [&](const auto& interpolator, const std::string& name) {
-    for (const int derivative : {0, 1, 2}) {
-      EXPECT_THROW(derivative == 0   ? interpolator.GetY(1)
-                   : derivative == 1 ? interpolator.GetDerivedY(1)
-                                     : interpolator.GetDerived2Y(1),
-                   INVALID_PARAMETER_VALUE);
-      EXPECT_TRUE(TakeLines().ends_with("ALARM " + name + "\n")) << name << derivative;
-    }
+  const auto expect = [&](const auto& interpolator) {
+    EXPECT_THROW(interpolator.GetY(1), INVALID_PARAMETER_VALUE);
+    EXPECT_THROW(interpolator.GetDerivedY(1), INVALID_PARAMETER_VALUE);
+    EXPECT_THROW(interpolator.GetDerived2Y(1), INVALID_PARAMETER_VALUE);
   };
-  expect(SPLINE<double>(), "SPLINE: there are no samples.");
-  expect(HERMITE_POLY<double>(), "HERMITE_POLY: there are no samples.");
-  expect(POLYNOM<double>(), "POLYNOM: there are no samples.");
-  expect(POLYNOM_FIT<double>(), "LEAST_SQUARES_FIT: there are no samples.");
-  expect(CHEBY_POLY<double>(), "LEAST_SQUARES_FIT: there are no samples.");
-  expect(LOCAL<POLYNOM, POINT>::OF<double>(), "LOCAL_INTERPOLATION: there are no samples.");
-  expect(Everett(8, Series({0, 1, 2}, Fourth)),
-         "EVERETT::GetXi: 3 samples are too few for order 8.");
+  expect(SPLINE<double>()), expect(HERMITE_POLY<double>()), expect(POLYNOM<double>());
+  expect(POLYNOM_FIT<double>()), expect(CHEBY_POLY<double>());
+  expect(LOCAL<POLYNOM, POINT>::OF<double>());
+  expect(Everett(8, Series({0, 1, 2}, Fourth)));
+  EXPECT_TRUE(TakeLines().ends_with("ALARM EVERETT::GetXi: 3 samples are too few for order 8.\n"));
 }
 
 TEST_F(InterpolatorsTest, EverettTellsItsDifferencesUpToTheOrderThatTheSamplesAllow) {
