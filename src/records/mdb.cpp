@@ -159,7 +159,6 @@ void MDB::Open(std::ios::openmode mode) {
   // With the std::ios::out added below, these would empty or create a file.
   if (!writing) mode &= ~(std::ios::trunc | std::ios::app);
   mode |= std::ios::in;
-  stream.clear();
   stream.open(path.c_str(), mode | std::ios::out);
   // A missing file has no content to lose.
   if (!stream.is_open() && writing && errno == ENOENT) {
@@ -278,7 +277,6 @@ bool MDB::Read() {
 
 bool MDB::ReadStep(int lines) {
   NeedStreamAndType("MDB::Read(): no file open", "MDB::Read(): no valid record type");
-  status.at_end = false;
   if (lines < 0 && !stream.StepBack(lines)) return false;
   if (lines > 0 && !stream.StepForward(lines)) return false;
   return Read();

