@@ -26,9 +26,14 @@ TEST(Array, ResizeKeepsPositionsNotIndicesAndABadRangeChangesNothing) {
     EXPECT_EQ(array.GetBase(), nullptr);
   }
   EXPECT_EQ(ThrownText([] { ARRAY<int>(0, -1); }), "ARRAY : can not copy array");
+  ARRAY<char> ends;
+  EXPECT_EQ(ends.Create({INT_MIN, 0}), ARRAY_BAD_RANGE) << "the last index is one less";
+  EXPECT_EQ(ends.Create({INT_MIN, 1}) + ends.Create({INT_MAX - 1, 1}), ARRAY_OK);
+  EXPECT_EQ(ends.GetLastIndex(), INT_MAX - 1);
+  EXPECT_EQ(ThrownText([&] { ends.NeedRange({0, -1}, "no room"); }), "no room");
 }
 
-TEST(Array, AListOfTextsEndsAtItsLastTextAndAViewOwnsNothing) {
+TEST_F(LoggedTest, AListOfTextsEndsAtItsLastTextAndAViewOwnsNothing) {
   const ARRAY<STRING> texts("a", nullptr, "c", nullptr);
   EXPECT_EQ(texts.GetRange(), RANGE<int>(0, 3));
   EXPECT_EQ(texts.GetBase()[1] + texts.GetBase()[2], "c");
@@ -39,6 +44,14 @@ TEST(Array, AListOfTextsEndsAtItsLastTextAndAViewOwnsNothing) {
   const ARRAY<STRING> copy = std::move(view);
   EXPECT_NE(copy.begin(), texts.begin() + 1);
   EXPECT_EQ(copy.begin()[1], "c");
+  SUB_ARRAY<STRING> other(view);
+  EXPECT_EQ(other.GetBase() + 5, texts.GetBase() + 2);
+  EXPECT_EQ(view.Create({0, 1}) + view.CreateRaw({0, 1}) + view.Resize({0, -1}), 9);
+  EXPECT_THROW(other = view, ERROR_NOT_IMPLEMENTED);
+  EXPECT_EQ(TakeLines(), "ALARM never call: SUB_ARRAY<T>::operator=( const SUB_ARRAY< T >& )\n");
+  other.Delete();
+  EXPECT_EQ(other.begin(), nullptr);
+  EXPECT_EQ(view.begin()[1], "c");
 }
 
 TEST(String, MayBeMadeOfItselfAndEndsAtItsTerminator) {
@@ -48,6 +61,8 @@ TEST(String, MayBeMadeOfItselfAndEndsAtItsTerminator) {
   EXPECT_EQ(text, "bcbc");
   EXPECT_EQ(text[4], '\0');
   EXPECT_THROW(text[5], std::out_of_range);
+  EXPECT_EQ(std::as_const(text)[1], 'c');
+  EXPECT_THROW(std::as_const(text)[5], std::out_of_range);
   text = static_cast<const char*>(nullptr);
   EXPECT_TRUE(text.IsEmpty());
   text[0] = '\0';
@@ -76,10 +91,19 @@ TEST(Vector, OperatorsGoByPositionInTheRangeOfTheFirstOperand) {
   EXPECT_EQ(Length(b - Vector(0, {-3, 6, -3})), 0.0);
   EXPECT_EQ(ThrownText([&] { a += b; }), "VECTOR operator += : vectors have different dimensions");
   EXPECT_EQ(ThrownText([&] { a -= b; }), "VECTOR operator -= : vectors have different dimensions");
+  EXPECT_EQ(ThrownText([&] { a + b; }), "VECTOR operator + : vectors have different dimensions");
+  EXPECT_EQ(ThrownText([&] { a - b; }), "VECTOR operator - : vectors have different dimensions");
+  EXPECT_EQ(ThrownText([&] { DotProduct(b, a); }), "DotProduct: vectors have different dimensions");
+  for (const auto& [v, w, name] : {std::tuple(&a, &b, 'a'), {&b, &a, 'b'}}) {
+    EXPECT_EQ(ThrownText([&, v = v, w = w] { CrossProduct(b, *v, *w); }),
+              std::string("CrossProduct: vector ") + name + " has not dimension of 3");
+  }
   EXPECT_EQ(ThrownText([&] { a /= -0.0; }), "VECTOR operator /= : division by 0.0");
   // Summed from the last element; the other order loses the 1 beside 1e100.
   EXPECT_EQ(DotProduct(Vector(1, {1, 1e100, -1e100}), Vector(0, {1, 1, 1})), 1.0);
   EXPECT_EQ(Length(VECTOR_3D<double>{3, 4, 12}), 13.0);
+  const double from[] = {4, 6, 13}, to[] = {1, 2, 1};  // the sides of the same box
+  EXPECT_EQ(Distance(from, to), 13.0);
 }
 
 TEST_F(LoggedTest, AMatrixTakesOnTheOthersIndicesAndKeepsItsRowsApart) {
@@ -93,6 +117,12 @@ TEST_F(LoggedTest, AMatrixTakesOnTheOthersIndicesAndKeepsItsRowsApart) {
   EXPECT_EQ(MATRIX<int>(other).Rows()[1][6], 3);
   Print(other, PARAMETER, "m", 1);
   EXPECT_EQ(TakeLines(), "PARAM m: Matrix{ 2 x 4 }\nPARAM  |     0  .. |\nPARAM    :     .. |\n");
+  EXPECT_EQ(std::accumulate(one.begin(), one.end(), 0), 28);
+  EXPECT_EQ(std::as_const(one).end() - std::as_const(one).begin(), one.size());
+  EXPECT_EQ(std::as_const(one).Rows(0)[2][3], 7);
+  EXPECT_FALSE(other.Create({0, 65536}, {0, 65536})) << "2^32 elements, 0 as an int";
+  EXPECT_FALSE(other.Create({0, 1}, {0, -1}));
+  EXPECT_THROW(MATRIX<int>({0, -1}, {0, 1}), ERROR_NO_MEMORY);
   EXPECT_FALSE(other.Create({0, -1}, {0, 1}));
   EXPECT_EQ(other.Rows(), nullptr);
 }

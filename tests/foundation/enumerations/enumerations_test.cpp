@@ -87,6 +87,12 @@ TEST_F(EnumerationTest, AzimuthsReadATimeForEachPositionAndTheDurationOrStayAsTh
   EXPECT_EQ(azimuths.duration, DURATION::FromSeconds(1.5));
   EXPECT_THROW(azimuths.ReadFromPool(pool, {"a"}), PARAMETER_KEY_NOT_FOUND);
   EXPECT_EQ(azimuths[Azimuth("start")], UNIVERSAL_TIME("01-JAN-2004/00:00:00"));
+  STRING second_names;
+  for (int id = 0; id <= 4; ++id) second_names += Azimuth::Row(id).second_name;
+  EXPECT_EQ(second_names, "-earlymidlate-");
+  for (const int guard : {0, 4}) {
+    EXPECT_THROW(azimuths[Azimuth::Row(guard)], ERROR_ENUM_BASE_INVALID_ID);
+  }
 }
 
 TEST_F(EnumerationTest, AMissTellsKeyClassAndLegalValuesAndChangesNothing) {
@@ -104,6 +110,11 @@ TEST_F(EnumerationTest, AMissTellsKeyClassAndLegalValuesAndChangesNothing) {
   EXPECT_EQ((base--).text, "LEFT");
   EXPECT_EQ((base++).text, "BOTTOM");
   EXPECT_EQ(edge.text, "LEFT");
+  EXPECT_TRUE(edge != Edge("TOP") && !(edge != Edge("left")));
+  EXPECT_THROW(edge.GetAlias(Range("far"), 0), ERROR_ENUM_BASE_TYPE_MISMATCH);
+  ENUM_BASE bare;
+  EXPECT_EQ(&bare.FromId(7, true), &bare);
+  EXPECT_EQ(bare.id + bare.LastId(), 1);
   EXPECT_PRED_FORMAT2(
       testing::IsSubstring,
       "ALARM parameter pool: parameter key >> a_edge << of " + path +
@@ -125,6 +136,12 @@ TEST_F(EnumerationTest, AMissTellsKeyClassAndLegalValuesAndChangesNothing) {
 TEST_F(EnumerationTest, PairsAndFiguresAreMadeOfTheirParts) {
   const TxRxType pair(PolarizationType("V"), PolarizationType("H"));
   EXPECT_EQ(pair.text + pair.transmit.text + pair.receive.text, "VHVH");
+  EXPECT_EQ(TxRxType("hv").id, 2);
+  EXPECT_THROW(TxRxType("hv", true), ERROR_ENUM_BASE_INVALID_VALUE);
+  EXPECT_EQ(TxRxType::Row(5).transmit.id * 10 + TxRxType::Row(5).receive.id, 33);
+  EXPECT_EQ(TxRxType::Row(0).receive.id, 0);
+  EXPECT_EQ(ThrownText([] { TxRxType(PolarizationType("V"), PolarizationType::Row(3)); }),
+            "invalid combination of transmit and receive polarization");
   const ImageDirection direction(Edge("TOP"), Edge("RIGHT"));  // near range, start azimuth
   EXPECT_EQ(direction.EdgeOf(Range("near")).text + direction.EdgeOf(Range("far")).text +
                 direction.EdgeOf(Azimuth("start")).text + direction.EdgeOf(Azimuth("stop")).text,
@@ -132,7 +149,13 @@ TEST_F(EnumerationTest, PairsAndFiguresAreMadeOfTheirParts) {
   Edge guard;
   --guard;
   EXPECT_THROW(direction.Opposite(guard), ERROR_ENUM_BASE_INVALID_ID);
-  EXPECT_NE(ThrownText([] { ImageDirection(Edge("TOP"), Edge("BOTTOM")); }), "nothing thrown");
+  EXPECT_EQ(ThrownText([&] { direction.EdgeOf(Azimuth("center")); }), "mid azimuth is at no edge");
+  EXPECT_EQ(ThrownText([&] { direction.EdgeOf(Range("mid")); }), "mid range is at no edge");
+  EXPECT_THROW(direction.EdgeOf(Edge("TOP")), ERROR_ENUM_BASE_TYPE_MISMATCH);
+  for (const auto& [range, azimuth] : {std::pair("TOP", "BOTTOM"), {"LEFT", "LEFT"}}) {
+    EXPECT_EQ(ThrownText([&, r = range, a = azimuth] { ImageDirection(Edge(r), Edge(a)); }),
+              "range and azimuth should be at orthogonal edges");
+  }
   EllipsoidType<double> figure("-");
   EXPECT_EQ(figure.id, 0) << "this lookup begins at the first guard";
   figure = "wgs84";
