@@ -1,4 +1,7 @@
 #include <fcntl.h>
+#include <sys/resource.h>
+
+#include <filesystem>
 
 #include "foundation/errors.hpp"
 #include "support/log_capture.hpp"
@@ -7,6 +10,8 @@
 
 namespace varnoth::test {
 namespace {
+
+namespace fs = std::filesystem;
 
 TEST_F(LoggedTest, EveryLevelHasItsLabelAndItsExactName) {
   GlobalLog.set_file_level(0);
@@ -32,8 +37,8 @@ TEST_F(LoggedTest, LinesOfAnyLengthAreWholeAndNumbersHaveTheFormatOfTheirType) {
 
 TEST_F(LoggedTest, ScreenAndFileHaveThresholdsOfTheirOwn) {
   GlobalLog.set_file_level("WARNING");
-  GlobalLog.set_screen_level(INFO);
-  EXPECT_FALSE(GlobalLog.set_file_level("no level"));
+  EXPECT_TRUE(GlobalLog.set_screen_level("INFO"));
+  EXPECT_FALSE(GlobalLog.set_file_level("no level") || GlobalLog.set_screen_level("info"));
   GlobalLog.set_capture(true);
   testing::internal::CaptureStdout();
   GlobalLog.set(DEBUG) << "nowhere\n";
@@ -50,6 +55,49 @@ TEST_F(LoggedTest, ScreenAndFileHaveThresholdsOfTheirOwn) {
   EXPECT_EQ(TakeLines(), "EXCEP both\nALARM both\nWARN  both\n");
   EXPECT_EQ(*std::next(GlobalLog.captured().rbegin(), 3), "screen 1234567.000000");
   EXPECT_EQ(GlobalLog.last_captured_line(), "both");
+}
+
+/// In its scope no file can be opened.
+struct NO_FILES {
+  NO_FILES() {
+    getrlimit(RLIMIT_NOFILE, &usual);
+    const rlimit none{0, usual.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &none);
+  }
+  ~NO_FILES() { setrlimit(RLIMIT_NOFILE, &usual); }
+  rlimit usual{};
+};
+
+TEST_F(LoggedTest, TheScreenTellsWhatTheFileCanNot) {
+  fs::current_path(directory.Path(""));
+  testing::internal::CaptureStdout();
+  (NO_FILES(), LOG().printf_line(DEBUG, "no file"));
+  EXPECT_FALSE(GlobalLog.open_file("no/log", "w", NO_LEVEL, TRACE) || GlobalLog.flush());
+  for (const char* path : {"/dev/full", "log"}) {
+    GlobalLog.open_file(path, "w", NO_LEVEL, TRACE);
+    GlobalLog.printf_line(INFO, "lost");
+  }
+  fs::remove("log");
+  GlobalLog.change_file("other");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            R"(ALARM : global :  :  can not open logging file: /tmp/log.
+ALARM : global :  :  can not open logging file: /var/tmp/log.
+ALARM : global :  :  can not open logging file: ./log.
+DEBUG : global : no file
+ALARM : w :  :  can not open logging file: no/log
+ALARM : w :  :   log file is incomplete: /dev/full
+ALARM : w :  :   can not reopen tmp logging file: log
+)");
+  GlobalLog.open_file("log", "log", NO_LEVEL, TRACE);
+  fs::remove("log");
+  GlobalLog.change_file("other");
+  GlobalLog.start_banner("part");
+  fs::rename("other", "log");
+  EXPECT_EQ(TakeLines().substr(0, 170),
+            "WARN  can not remove tmp file: log\n"
+            "WARN  reason: No such file or directory\nINFO  " +
+                std::string(59, '*') + "\nINFO  part\nINFO  start time: ");
+  fs::current_path("/");
 }
 
 TEST_F(LoggedTest, ASinkEndsOpenLinesAloneAndLetsItsFileGo) {
@@ -82,6 +130,39 @@ TEST_F(LogTableTest, CellsAreAlignedByTheirMarkAndRulesFollowTheFirstRow) {
   EXPECT_EQ(Table("-\n|a$b#c~d:e*f&\n"), "PARAM +- -+-#-+-*- \nPARAM |a b|cHd:e*f \n");
   EXPECT_EQ(Table("|@la|@rb|c~d|\n-\n|eeee|ffff|gggg|h|\n"),
             "PARAM |a   |   b| c  Hd|\nPARAM +----+----+----#-+\nPARAM |eeee|ffff|gggg|h|\n");
+}
+
+TEST_F(LogTableTest, RulesHaveTheirFillAndRowsReachACapturingLog) {
+  LOG_TABLE table;
+  table.set_rule('=', '?');
+  table.rule();
+  table.printf("|%s|", "a"), table.new_line();
+  GlobalLog.set_capture(true);
+  table.row("|b|");
+  GlobalLog.set_capture(false);
+  EXPECT_EQ(GlobalLog.last_captured_line(), "|b|");
+  table.flush(INFO);
+  EXPECT_EQ(TakeLines(), "INFO  +=+\nINFO  |a|\nINFO  |b|\n");
+}
+
+TEST_F(LogTableTest, ATemporaryFileThatIsMissingIsTold) {
+  std::string path;
+  const auto lose = [&] {
+    LOG_TABLE table;
+    path = fs::directory_iterator(directory.Path("tables"))->path();
+    fs::remove(path);
+    table.flush(INFO);
+  };
+  fs::create_directory(directory.Path("tables"));
+  setenv("TMPDIR", directory.Path("tables///").c_str(), 1);
+  EXPECT_EQ(ThrownText(lose), "can not open tmp file");
+  EXPECT_EQ(path.size(), directory.Path("tables/table_XXXXXX").size());
+  EXPECT_EQ(ThrownText([] { (NO_FILES(), LOG_TABLE()); }), "can not write to /tmp");
+  EXPECT_EQ(TakeLines(), "EXCEP LOG_TABLE: can not open tmp file: " + path +
+                             "\nWARN  can not remove tmp file: " + path +
+                             "\nWARN  reason: No such file or directory\n"
+                             "EXCEP LOG_TABLE: can not open tmp file: /tmp/table_0815\n");
+  unsetenv("TMPDIR");
 }
 
 TEST_F(LogTableTest, CellsHoldUpTo255Characters) {

@@ -1,21 +1,27 @@
+#include <fcntl.h>
 #include <sys/inotify.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
+#include <functional>
 #include <sstream>
 
 #include "framework/controller_ifc.hpp"
 #include "framework/internal/fatal_signals.hpp"
 #include "framework/software_log.hpp"
 #include "support/log_capture.hpp"
+#include "system/file_access.hpp"
+#include "system/signal_safe/descriptor.hpp"
 #include "system/signal_safe/uninterrupted.hpp"
 
 namespace varnoth::test {
 namespace {
 
 int syncs = 0;
+int sync_error = 0;
 
 struct ControllerTest : LoggedTest {
   ControllerTest() { std::filesystem::create_directory(directory.Path("status")); }
@@ -34,6 +40,12 @@ struct ControllerTest : LoggedTest {
     STRING value("unchanged");
     const bool found = controller.find_parameter(key, value);
     return std::string(found ? "" : "! ") + value.c_str();
+  }
+
+  /// Whether the log, where the set-up has moved it, has a line.
+  bool HasTold(const std::string& line) const {
+    GlobalLog.flush();
+    return ReadFile(directory.Path("lfn")).find(line + "\n") != std::string::npos;
   }
 
   CONTROLLER_IFC controller;
@@ -64,18 +76,28 @@ TEST_F(ControllerTest, ADurableMarkIsOnTheDisk) {
   Init();
   controller.SetDurable();
   const int before = syncs;
-  controller.mark_ok();
-  EXPECT_GT(syncs, before);
+  EXPECT_EQ(controller.mark_ok(), 0);
+  EXPECT_EQ(syncs, before + 1);
+  sync_error = EIO;
+  controller.mark_error();
+  sync_error = 0;
+  EXPECT_TRUE(
+      HasTold("WARN  : log : Can not wait for the disk to hold the marks: Input/output error"));
 }
 
 TEST_F(ControllerTest, AnAnswerInTimeTakesTheAlarmBack) {
   Init();
   WriteFile(directory.Path("keyboard"), "  answer and more\n");
   ASSERT_NE(std::freopen(directory.Path("keyboard").c_str(), "r", stdin), nullptr);
+  setenv("SECONDS_ON_PARAMETER_INPUT", "2147483648", 1);
   STRING value;
   EXPECT_TRUE(controller.get_parameter("k", value));
   EXPECT_EQ(alarm(0), 0U) << "seconds to the end of the run";
   EXPECT_EQ(value, "answer");
+  EXPECT_TRUE(HasTold("DEBUG : log : waiting 120 seconds for input"));
+  EXPECT_TRUE(HasTold("TRACE : log : rewinding file position"));
+  EXPECT_TRUE(HasTold("TRACE : log : binary name is step"));
+  unsetenv("SECONDS_ON_PARAMETER_INPUT");
 }
 
 TEST_F(ControllerTest, EachMarkGoesBeforeTheOtherComes) {
@@ -104,9 +126,10 @@ int Overflow(int depth) {
 using ControllerDeathTest = ControllerTest;
 
 TEST_F(ControllerDeathTest, TheHandlerHasAStackOfItsOwnWhereTheOtherIsFull) {
-  EXPECT_EXIT((Init(), Overflow(0)), testing::ExitedWithCode(1), "");
+  EXPECT_EXIT((Init(), controller.set_supervised(), Overflow(0)), testing::ExitedWithCode(1), "");
+  const std::string text = "got fatal signal 11: segmentation violation\n";
   EXPECT_PRED_FORMAT2(testing::IsSubstring,
-                      "\nALARM : log : got fatal signal 11: segmentation violation\n",
+                      "\nALARM : log : " + text + "ALARM : log : ZOD_MSG|ERROR|step " + text,
                       ReadFile(directory.Path("lfn")));
 }
 
@@ -149,6 +172,41 @@ TEST_F(ControllerDeathTest, AFaultOfTheHandlerEndsAtOnceBehindTheMark) {
   };
   EXPECT_EXIT(fail(), testing::KilledBySignal(SIGSEGV), "");
   EXPECT_EQ(ReadFile(directory.Path("status/ERROR.step")), "1");
+}
+
+TEST(SoftwareIdentity, TheBuildLineHasPlainValuesAndTheDay) {
+  SoftwareIdentity identity;
+  identity.set("step", "", "$Revision: 1.2", "$Date: 2026/11/24 21:06:38 $", "build", "user");
+  STRING line;
+  make_build_line(line, identity, "gcc");
+  EXPECT_EQ(line, "step 1.2  2026-11-24 compiled by gcc");
+}
+
+TEST_F(LoggedTest, AReplacedFileIsTheCallersOwn) {
+  const std::string path = directory.Path("file"), other = directory.Path("other");
+  WriteFile(other, "kept");
+  WriteFile(path, "a longer text");
+  const std::function<void()> makers[] = {[] {}, [&] { mkfifo(path.c_str(), 0600); },
+                                          [&] { symlink(other.c_str(), path.c_str()); },
+                                          [&] { link(other.c_str(), path.c_str()); }};
+  for (const auto& make : makers) {
+    make();
+    EXPECT_TRUE(ReplaceFile(path.c_str(), "new"));
+    EXPECT_EQ(ReadFile(path) + ReadFile(other), "newkept") << &make - makers;
+    unlink(path.c_str());
+  }
+  EXPECT_FALSE(ReplaceFile((path + "/x").c_str(), "new") || SyncName((path + "/x").c_str()));
+}
+
+TEST_F(LoggedTest, AStreamGoesToAndFroAndTellsOfAFullDisk) {
+  const std::string path = directory.Path("file");
+  std::fputs("abc", OpenStream(path.c_str(), O_WRONLY | O_CREAT).get());
+  const OWNED_FILE file = OpenStream(path.c_str(), O_RDONLY);
+  EXPECT_EQ(std::fseek(file.get(), -1, SEEK_END) + std::fgetc(file.get()), 'c');
+  EXPECT_NE(std::fseek(file.get(), -4, SEEK_END), 0) << "ahead of the file";
+  OWNED_FILE full = OpenStream("/dev/full", O_WRONLY);
+  std::fputs("abc", full.get());
+  EXPECT_NE(std::fclose(full.release()), 0);
 }
 
 struct SoftwareLogTest : LoggedTest {
@@ -207,6 +265,6 @@ TEST_F(SoftwareLogTest, AFlaggedWarningIsNeverCleared) {
 }  // namespace
 
 // This takes the place of the library's function.
-extern "C" int fsync(int /*file*/) { return ++syncs, 0; }
+extern "C" int fsync(int /*file*/) { return ++syncs, errno = sync_error, sync_error != 0 ? -1 : 0; }
 
 }  // namespace varnoth::test
