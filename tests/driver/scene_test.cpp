@@ -1,5 +1,8 @@
+#include <stdexcept>
+
 #include "driver/flat_earth_statistics.hpp"
 #include "driver/look_direction.hpp"
+#include "driver/scene_parameters.hpp"
 #include "orbit/circular_orbit.hpp"
 #include "support/log_capture.hpp"
 
@@ -28,6 +31,24 @@ TEST_F(LookDirectionTest, ScenesThatDifferTakeTheSideOfTheCentre) {
     PARAMETER_POOL pool(directory.Path("centre").c_str());
     EXPECT_EQ(settle_look_direction(scene, pool, pool), side) << longitude;
   }
+}
+
+TEST_F(LookDirectionTest, OtherTextsAndValuesAreToldAndRefused) {
+  EXPECT_EQ(geolocation_mode_from_text("fixed_height"), 1);
+  EXPECT_EQ(geolocation_mode_from_text("dem_height"), 2);
+  EXPECT_THROW(geolocation_mode_from_text("height"), ERROR_ARGUMENT);
+  for (const double value : {-1.75, 2147483647.0, -2147483648.0, std::nan("")}) {
+    EXPECT_THROW(look_direction_text(value), ERROR_ARGUMENT);
+  }
+  EXPECT_EQ(TakeLines(), R"(ALARM can not convert >>height<< to geolocation mode
+ALARM can not convert >>-1<< to look direction
+ALARM can not convert >>2147483647<< to look direction
+ALARM can not convert >>0<< to look direction
+ALARM can not convert >>0<< to look direction
+)");
+  PARAMETER_POOL closed;
+  closed.close();
+  EXPECT_THROW(read_scene_centers(closed, closed), std::out_of_range);
 }
 
 TEST(AverageLongitude, UnwrapsRelativeToTheFirst) {

@@ -202,6 +202,7 @@ TEST_F(EntryTest, ABrokenBlockIsRefused) {
   // A count that the file can not hold takes no memory; what it can hold is read.
   Fails<ARRAY<STRING>, ERROR_NO_MEMORY>("STR_V 0 2000000000\n{\n", memory + "ARRAY");
   Fails<INTS>("INT_32_V 0 70000\n[\n" + std::string(70000, '\n'), wrong + "INT_32_V");
+  Fails<SUB_ARRAY<int>, ERROR_NO_MEMORY>(ints + "\n", "not enough memory");
   Fails<INTS>(ints + " ", "no { due to end of file");
   Fails<INTS>(ints + "\n" + full, "{ expected for INT_32_V");
   Fails<INTS>(ints + "\n{\n" + full, "no value for index 4");

@@ -82,7 +82,8 @@ TEST_F(PoolUpdateTest, BytesStayButForReplacedEntriesAndAnUnfinishedLine) {
 
 TEST_F(PoolUpdateTest, NewKeysStandReversedAtTheEndWithTheirLastValue) {
   POOL pool("pool");
-  pool.Write("a", 1);
+  pool.Write("a", "1");
+  pool.Change("a", 1);
   pool.Change("b", 1);
   pool.Write("c", 3);
   EXPECT_EQ(Told([&] { pool.Change("b", 2); }), "TRACE PP.Change pool b INT_32\n");
@@ -134,9 +135,25 @@ TEST_F(PoolUpdateTest, WaitsForAnotherUpdateAndKeepsWhatThatLeft) {
   EXPECT_EQ(ReadFile("pool"), "z INT_32 3\n" + Entry("a", 1));
 }
 
+TEST_F(PoolUpdateTest, APoolThatWasEmptiedOrIsClosedIsTold) {
+  POOL pool("pool");
+  pool.Change("a", "x");
+  WriteFile("pool", "");
+  std::string told = Told([&] { pool.update(); });
+  EXPECT_EQ(ReadFile("pool"), "");
+  pool.close();
+  told += Told([&] { pool.find_key("k"); });
+  EXPECT_EQ(told, R"(ALARM parameter pool pool was emptied meanwhile, look for pool_XXXXXX beside it
+pool error - corrupted parameter pool file
+ALARM No file pointer given for parameter pool
+algorithm error
+)");
+}
+
 TEST_F(PoolUpdateTest, WhatNoReaderTakesWholeIsToldAndRefused) {
   const std::string text(972, 'x');  // with 49 bytes of head, two quotes and a line end: 1024
   const std::string part(49, 'k'), key = part + "_" + part + "x";
+  EXPECT_EQ(select_part({"a", "b"}, false) + select_part({"a", "b"}, true), "ab");
   EXPECT_EQ(join_key({nullptr, part.c_str(), (part + "x").c_str(), ""}), key.c_str());
   POOL("pool").Change("k", text.c_str());
   EXPECT_EQ(ReadFile("pool").size(), 1025);
@@ -207,6 +224,11 @@ pool error - corrupted parameter pool file
       {{"pread", 2}, copy + unread, old, made},
       {{"ftruncate", 0}, copy + unwritten, old, made},
       {{"pwrite", 1}, copy + unwritten, "", made},
+      {{"close", 1}, corrupted, old, made},
+      {{"close", 2}, copy + unwritten, made, made},
+      {{"fsync", 0}, corrupted, old, made},
+      {{"fsync", 1}, corrupted, old, made},
+      {{"fsync", 2}, copy + unwritten, made, made},
       {{"unlink", 0}, copy + "WARN  can not remove tmp file: .//TMP\n", made, made},
   };
   for (const auto& row : CASES) {
@@ -214,6 +236,7 @@ pool error - corrupted parameter pool file
     WriteFile("pool", old);
     POOL pool("pool");
     pool.Change("k", 5);
+    pool.SetDurable(true);
     fault = row.fault;
     EXPECT_EQ(Told([&] { pool.update(); }), "DEBUG open pool: .//TMP\n" + row.told);
     EXPECT_EQ(ReadFile("pool"), row.pool);
@@ -232,6 +255,10 @@ TEST_F(PoolUpdateTest, ACopiedItemIsWholeAndItsListGivesItBack) {
   list.add("a", POINT<int>{5, 8}, ARRAY<STRING>("note"));
   ASSERT_EQ(list.find("a"), 1);
   const PARAMETER_POOL_ITEM copy(list.current());
+  EXPECT_THROW(PARAMETER_POOL_ITEM().Text(), ERROR_UNHANDLED_CASE);
+  POINT<int> point;
+  list.get("a", point);
+  EXPECT_EQ(point.x * 10 + point.y, 58);
   EXPECT_EQ(copy.Text().Text(), "#note\na" + std::string(32, ' ') + "INT_32_INT_32   5\t8\n\n");
   RANGE<int> pair;
   ARRAY<RANGE<int>> pairs;
@@ -286,6 +313,12 @@ ssize_t pwrite(int file, const void* from, size_t size, off_t at) {
 int ftruncate(int file, off_t size) noexcept {
   return Fails("ftruncate") ? -1 : static_cast<int>(syscall(SYS_ftruncate, file, size));
 }
+int close(int file) {
+  const bool fails = Fails("close");
+  syscall(SYS_close, file);
+  return fails ? errno = EIO, -1 : 0;
+}
+int fsync(int /*file*/) { return Fails("fsync") ? -1 : 0; }
 int unlink(const char* path) noexcept { return Fails("unlink") ? -1 : unlinkat(AT_FDCWD, path, 0); }
 }
 

@@ -101,6 +101,21 @@ void ExpectAsPrinted(const char* format, ARGUMENT... argument) {
   }
 }
 
+std::string Whole(const char* format, ...) {
+  std::va_list arguments;
+  va_start(arguments, format);
+  const std::string text = FormattedText(format, arguments);
+  va_end(arguments);
+  return text;
+}
+
+TEST(FormattedText, IsWholeWhateverItsLength) {
+  for (const std::size_t length : {0, 1022, 1023, 1024, 100000}) {
+    const std::string text(length, 'x');
+    EXPECT_EQ(Whole("%s", text.c_str()), text);
+  }
+}
+
 TEST(FormattedText, IsThatOfPrintf) {
   for (const double number : {0.0, -0.0, 12.345, -12.345, 1e300, -1e-300, std::nan(""),
                               -std::nan(""), std::numeric_limits<double>::infinity()}) {
