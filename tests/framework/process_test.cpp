@@ -97,6 +97,7 @@ TEST_F(ControllerTest, AnAnswerInTimeTakesTheAlarmBack) {
   EXPECT_TRUE(HasTold("DEBUG : log : waiting 120 seconds for input"));
   EXPECT_TRUE(HasTold("TRACE : log : rewinding file position"));
   EXPECT_TRUE(HasTold("TRACE : log : binary name is step"));
+  EXPECT_TRUE(HasTold("TRACE : log : status path is [" + directory.Path("status/]")));
   unsetenv("SECONDS_ON_PARAMETER_INPUT");
 }
 
@@ -203,7 +204,6 @@ TEST_F(LoggedTest, AStreamGoesToAndFroAndTellsOfAFullDisk) {
   std::fputs("abc", OpenStream(path.c_str(), O_WRONLY | O_CREAT).get());
   const OWNED_FILE file = OpenStream(path.c_str(), O_RDONLY);
   EXPECT_EQ(std::fseek(file.get(), -1, SEEK_END) + std::fgetc(file.get()), 'c');
-  EXPECT_NE(std::fseek(file.get(), -4, SEEK_END), 0) << "ahead of the file";
   OWNED_FILE full = OpenStream("/dev/full", O_WRONLY);
   std::fputs("abc", full.get());
   EXPECT_NE(std::fclose(full.release()), 0);

@@ -19,28 +19,30 @@ MARKS = {0: {"OK": "0"}, 1: {"ERROR": "1"}, 2: {"OK": "old", "STOP": ""}, 255: {
 # name: what the shell does before, changed arguments, environment, exit status, and texts on the screen
 ENDINGS = {
     "stop file": ("touch STOP.varnoth; printf old > OK.varnoth", {}, {}, 2, [
-        "=" * 52, "Program execution interrupted - STOP file was found!\n", "found file: STOP.varnoth\n"]),
+        "=" * 52, "INFO  : varnoth : Program execution interrupted - STOP file was found!\n",
+        "INFO  : varnoth : found file: STOP.varnoth\n"]),
     "log that can not be opened": ("echo lfn no/such/place > own", {"pcf": "own"}, {}, 255, [
         "ALARM : varnoth :  :   can not open logging file: no/such/place\n"]),
     "log that takes no line": ("", {"lfn": "/dev/full"}, {}, 0, []),
     "id file that can not be written": ("mkdir current_process.pid", {}, {}, 1, [
-        "Error opening file current_process.pid\n", "can not open file\n", FAILED]),
+        "ALARM : varnoth : Error opening file current_process.pid\n", "can not open file\n", FAILED]),
     "configuration file and environment": (
         "printf 'pid 7\n\nMasterPar\tmaster.pool and more\n' > own",
         {"MasterPar": None, "log_pp": None, "pcf": "own"}, {"log_pp": "log.pool", "MasterPar": "none"}, 0,
-        ["Found parameter MasterPar=master.pool\n", "Found parameter in UNIX environment log_pp=log.pool\n"]),
+        ["DEBUG : varnoth : Found parameter MasterPar=master.pool\n",
+         "DEBUG : varnoth : Found parameter in UNIX environment log_pp=log.pool\n"]),
     "configuration file that is a directory": ("mkdir folder", {"pcf": "folder"}, {}, 1, [
-        "Can not read configuration file folder: Is a directory\n"]),
+        "ALARM : varnoth : Can not read configuration file folder: Is a directory\n"]),
     "configuration file that is a loop": ("ln -s loop loop", {"pcf": "loop"}, {}, 1, [
-        "Can not read configuration file loop: Too many levels of symbolic links\n"]),
+        "ALARM : varnoth : Can not read configuration file loop: Too many levels of symbolic links\n"]),
     "configuration file below a file": ("", {"pcf": "master.pool/none"}, {}, 0, [
         "WARN  : varnoth : Configuration file master.pool/none does not exist!\n"]),
     "height": ("sed -i /local_height/d insar.pool", {"LocalHeight": "12.34"}, {}, 0, ["..... 12.3\n"]),
     "height of no number": ("", {"LocalHeight": "no number"}, {}, 0, ["local height: ..... 0.0\n"]),
     "durable by the configuration file": ("echo DurableUpdate TRUE > own", {"pcf": "own"}, {"DurableUpdate": "no"}, 0, [
-        "updates wait until the disk holds them\n"]),
+        "INFO  : varnoth : updates wait until the disk holds them\n"]),
     "durable by a word that is none": ("", {}, {"DurableUpdate": "yes"}, 1, [
-        "value of parameter DurableUpdate is neither TRUE nor FALSE\n", FAILED]),
+        "ALARM : varnoth : value of parameter DurableUpdate is neither TRUE nor FALSE\n", FAILED]),
     "degree with a zero ahead": ("", {"FlatEarthPolyDegree": "010"}, {}, 0, ["poly degree: . 10\n"]),
     "degree with letters behind": ("", {"FlatEarthPolyDegree": "4abc"}, {}, 0, ["poly degree: . 4\n"]),
     "degree from a closed keyboard": ("", {"FlatEarthPolyDegree": None}, {}, 0, ["poly degree: . 0\n"]),

