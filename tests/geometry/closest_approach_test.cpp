@@ -87,8 +87,7 @@ TEST_F(BistaticTest, ResidualsAreAWarmStartAndTheStopIsRelative) {
   Evaluate(Solver(1e-10), 0);
   EXPECT_EQ(TakeLog(), head + "2 iterations: 3 occurrences\n");
   Evaluate(Solver(0), 0);
-  EXPECT_EQ(TakeLines(),
-            "TRACE BISTATIC_B: histogram of iterations:\nTRACE 101 iterations: 3 occurrences\n");
+  EXPECT_EQ(TakeLines(), "TRACE " + head + "TRACE 101 iterations: 3 occurrences\n");
   EXPECT_THROW(BISTATIC_SEARCH(C, 1 / C, 0, 2, 0), ERROR_ARGUMENT);
   EXPECT_EQ(TakeLines(), "ALARM BISTATIC_B: a parabola needs three samples or more, not 2\n");
 }

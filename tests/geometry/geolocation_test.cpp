@@ -3,6 +3,7 @@
 
 #include "foundation/constants.hpp"
 #include "foundation/errors.hpp"
+#include "geometry/ellipsoid_type.hpp"
 #include "geometry/geolocation.hpp"
 #include "geometry/geolocation_fast.hpp"
 #include "geometry/geolocation_search.hpp"
@@ -291,13 +292,35 @@ TEST_F(LoggedTest, AFailureIsToldInOrderAndLeavesTheOutputsAlone) {
   EXPECT_EQ(std::sscanf(told.c_str() + told.rfind("INFO  accuracy"),
                         "INFO  accuracy after 21 steps: %lf %lf %lf (0.000000)", &change,
                         &range_residual, &doppler_residual),
-            3)
-      << told;
+            3);
   EXPECT_LT(change, EQUATOR - POLE) << "the radius is between those of the body";
   EXPECT_LT(range_residual + doppler_residual, 1e-6);
   level.range = 9e5;
   level.los_velocity = 5001;  // faster than the satellite
   expect(FALSE_POSITION, level, 0, "geolocation_new: No intersection with earth (initial value).");
+}
+
+TEST(SolverStatus, EachHasItsWords) {
+  constexpr std::pair<SOLVER_STATUS, const char*> WORDS[] = {
+      {SOLVER_STATUS::INSIDE_THE_EARTH, "satellite within the Earth"},
+      {SOLVER_STATUS::NO_SATELLITE_ANGLE, "satellite's position is no number"},
+      {SOLVER_STATUS::RADIAL_VELOCITY, "satellite's velocity is radial"},
+      {SOLVER_STATUS::NO_INTERSECTION, "no intersection of range sphere and Earth"},
+      {SOLVER_STATUS::NO_CONVERGENCE, "no convergence"},
+      {SOLVER_STATUS::NO_TARGET_ANGLE, "target's position is no number"}};
+  for (const auto& [status, words] : WORDS) EXPECT_STREQ(StatusText(status), words);
+}
+
+// The radii of the table are within 3 mm of those that follow from the published flattenings.
+TEST(Ellipsoids, HaveThePublishedFigures) {
+  for (const auto& [name, a, inverse_flattening] :
+       {std::tuple("Airy", 6377340.189, 299.3249646),
+        std::tuple("Bessel", 6377397.155, 299.1528128),
+        std::tuple("GRS80", 6378137.0, 298.257222101)}) {
+    const EllipsoidType<double> figure(name);
+    EXPECT_EQ(figure.semi_major_axis, a) << name;
+    EXPECT_NEAR(figure.semi_minor_axis, a - a / inverse_flattening, 3e-3) << name;
+  }
 }
 
 }  // namespace

@@ -84,11 +84,7 @@ constexpr std::pair<const char*, const char*> FAULTS[] = {
 };
 
 /// Texts whose scan stops at a token, and where.
-constexpr struct {
-  const char* input;
-  const char* token;
-  const char* scan;
-} WRONG_TOKENS[] = {
+constexpr const char* WRONG_TOKENS[][3] = {
     {"14-JAN-2004/1:2:3.:", "separator", "GetMilliAndMicroSeconds"},
     {"14-JAN-2004/1:2:3 4", "number", "GetPoint"},
     {"14-JAN-2004/1:2:3+", "sign_plus", "GetPoint"},
