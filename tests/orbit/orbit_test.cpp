@@ -57,6 +57,9 @@ TEST_F(OrbitTest, ACopyTellsItsStepsAndNeedsTheSameClass) {
   other.SelectCore("orbit_pool_double_utc", "everett");
   EXPECT_THROW(*other.core = *orbit.core, ERROR_ARGUMENT);
   EXPECT_THROW(other.core->SetSamples({}, {}, {}), ERROR_NOT_IMPLEMENTED);
+  VECTOR<double> result(0, 3);
+  other.SetKeys("t", "x y z", nullptr);
+  EXPECT_THROW(other.core->GetPosition(1.0, result), ERROR_ARGUMENT) << "it has no samples";
   other.orbit_type_id = ORBIT_TYPE_COUNT + 1;
   EXPECT_THROW(orbit = other, ERROR_ARGUMENT);
 }
@@ -144,7 +147,6 @@ TEST_F(OrbitTest, ASampleHalfAMillisecondAheadOfTheReferenceHasItsMissionElapsed
   ReadRecords(MET, "polynom", records).GetSampleTime(1, time);
   EXPECT_STREQ(time.c_str(), "+0012/02:19:03.999500");
   orbit.core->SetReferenceTime(MISSION_ELAPSED_TIME("13/02:19:04"));
-  orbit.core->SetReferenceTime(UNIVERSAL_TIME());  // of another kind
   orbit.core->GetSampleTime(1, time);
   EXPECT_STREQ(time.c_str(), "+0013/02:19:03.999500");
 }
