@@ -269,8 +269,8 @@ TEST_F(LoggedTest, AFailureIsToldInOrderAndLeavesTheOutputsAlone) {
   for (const auto& [solver, where] :
        {std::pair(FALSE_POSITION, "initial value"), std::pair(FIXED_POINT, "negative radiant")}) {
     const std::string name = solver.name, alarm = "ALARM " + name + ": ";
+    const bool is_new = solver.is_always_right;
     const auto call = [&](const char* step) {
-      const bool is_new = solver.is_always_right;
       return (is_new ? "" : alarm + "during iteration in step: " + step + "\n") + "INFO  " + name +
              " was called with look_direction " + (is_new ? "-" : "") +
              "1.000000 height 10.000000 rpole 6356752.314200 requator 6378137.000000 slant_range ";
