@@ -116,7 +116,7 @@ TEST_F(LoggedTest, AMatrixTakesOnTheOthersIndicesAndKeepsItsRowsApart) {
   Print(other, PARAMETER, "m", 1);
   EXPECT_EQ(TakeLines(), "PARAM m: Matrix{ 2 x 4 }\nPARAM  |     0  .. |\nPARAM    :     .. |\n");
   EXPECT_EQ(std::accumulate(one.begin(), one.end(), 0), 28);
-  EXPECT_EQ(std::as_const(one).end() - std::as_const(one).begin(), one.size());
+  EXPECT_EQ(std::as_const(one).begin() + one.size(), std::as_const(one).end());
   EXPECT_EQ(std::as_const(one).Rows(0)[2][3], 7);
   EXPECT_FALSE(other.Create({0, 65536}, {0, 65536})) << "2^32 elements, 0 as an int";
   EXPECT_FALSE(other.Create({0, 1}, {0, -1}));
