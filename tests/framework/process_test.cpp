@@ -192,7 +192,7 @@ TEST_F(LoggedTest, AReplacedFileIsTheCallersOwn) {
                                           [&] { std::filesystem::create_hard_link(other, path); }};
   for (const auto& make : makers) {
     make();
-    EXPECT_TRUE(ReplaceFile(path.c_str(), "new"));
+    ASSERT_TRUE(ReplaceFile(path.c_str(), "new"));
     EXPECT_EQ(ReadFile(path) + ReadFile(other), "newkept") << &make - makers;
     unlink(path.c_str());
   }
