@@ -87,6 +87,11 @@ TEST_F(PoolUpdateTest, NewKeysStandReversedAtTheEndWithTheirLastValue) {
   pool.Change("b", 1);
   EXPECT_EQ(Told([&] { pool.Write("c", 3); }), "TRACE PP.Write pool c INT_32\n");
   EXPECT_EQ(Told([&] { pool.Change("b", 2); }), "TRACE PP.Change pool b INT_32\n");
+  const RANGE<int> one(0, 1);
+  POOL blocks("blocks");
+  EXPECT_EQ(
+      Told([&] { blocks.Write("v", ARRAY<int>(0, 1)), blocks.Write("m", MATRIX<int>(one, one)); }),
+      "TRACE PP.Write blocks v INT_32_V\nTRACE PP.Write blocks m INT_32_M\n");
   for (const char* key : {"k", "a"}) EXPECT_THROW(pool.Write(key, 3), PARAMETER_KEY_EXISTS);
   WriteFile("pool", "l INT_32 3\n");
   EXPECT_TRUE(pool.find_key("l") && !pool.find_key("a")) << "seen is the file as it stands";
