@@ -29,6 +29,8 @@ def test_help(tmp_path, words, is_help):
     assert (done.status, not list(tmp_path.iterdir())) == ((0, True) if is_help else (1, False))
     keys = re.findall(r"^  (-\w+) ", done.screen, re.MULTILINE)
     assert {*keys, "-help"} == set(re.findall(r"\*(-\w+)\*", PAGE)) if is_help else keys == []
+    statuses = "\nExit status: 0 end reached, 1 failure, 2 STOP file found, 255 no log file.\n"  # as other tests find
+    assert (statuses in done.screen) == is_help
     pointed = 'varnoth: "-h" has no value; varnoth --help shows the keys\n'
     assert done.errors.startswith(pointed) == (words == ["-h"])
 
