@@ -167,7 +167,7 @@ class LOG {
   std::list<std::string> captured_lines;
   std::mutex mutex;
   char scratch[CAPTURE_LIMIT + 1];  ///< the text of a line
-  LOG_OUTLETS outlets;
+  LOG_OUTLETS outlets;              ///< last: most pages of their buffers are never touched
 };
 
 static const STATIC_OBJECT<LOG> log_user;

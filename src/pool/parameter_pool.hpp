@@ -96,7 +96,7 @@ class PARAMETER_POOL {
   int not_found_log_level = ALARM;
   ENTRY_READER entry{stream};
   unsigned option = 0;
-  POOL_STREAM stream;
+  POOL_STREAM stream;  ///< last: its block is long, and the rest shares a page with its start
 
  private:
   template <class V>

@@ -50,7 +50,7 @@ class POOL_STREAM {
   /// Passes over lines that start with another byte: cheaper than reading them. Stops where the
   /// next line starts with `first`, and at the latest where more of the file must be read.
   void SkipLines(char first);
-  /// All bytes up to the end of the file; sets `AtEnd`. They are valid until the next read.
+  /// All bytes up to the file's end, or a failed read; sets `AtEnd`. Valid until the next read.
   std::string_view ReadRest();
   /// Whether a read reached the end of the file, or failed, since the last `Rewind`.
   bool AtEnd() const { return at_end; }
@@ -99,7 +99,7 @@ class POOL_STREAM {
   long long write_offset = 0;
   std::string unwritten;
   std::string long_rest;                            ///< what `ReadRest` found beyond a block
-  static constexpr std::size_t BLOCK_SIZE = 24576;  ///< of most pools with results
+  static constexpr std::size_t BLOCK_SIZE = 24576;  ///< holds most pools, results and all
   char block[BLOCK_SIZE];  ///< last, so that a small pool's bytes share a page with the above
 };
 

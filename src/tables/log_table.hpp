@@ -85,7 +85,7 @@ class LOG_TABLE {
   const char* marks = specials + 2;
   const char* row_map = "| |H:* ";
   const char* rule_map = "+ +#+* ";
-  TEXT_SINK file;
+  TEXT_SINK file;  ///< last: most pages of its buffer are never touched
 };
 
 }  // namespace varnoth

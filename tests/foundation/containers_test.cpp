@@ -45,7 +45,9 @@ TEST_F(LoggedTest, AListOfTextsEndsAtItsLastTextAndAViewOwnsNothing) {
   EXPECT_EQ(copy.begin()[1], "c");
   SUB_ARRAY<STRING> other(view);
   EXPECT_EQ(other.GetBase() + 5, texts.GetBase() + 2);
-  EXPECT_EQ(view.Create({0, 1}) + view.CreateRaw({0, 1}) + view.Resize({0, -1}), 9);
+  for (const int status : {view.Create({0, 1}), view.CreateRaw({0, 1}), view.Resize({0, -1})}) {
+    EXPECT_EQ(status, ARRAY_BAD_RANGE);
+  }
   EXPECT_THROW(other = view, ERROR_NOT_IMPLEMENTED);
   EXPECT_EQ(TakeLines(), "ALARM never call: SUB_ARRAY<T>::operator=( const SUB_ARRAY< T >& )\n");
   other.Delete();
