@@ -61,13 +61,14 @@ LOG_TABLE::~LOG_TABLE() {
 void LOG_TABLE::row(const char* format, ...) {
   std::va_list arguments;
   va_start(arguments, format);
-  const std::string text = FormattedText(format, arguments);
+  std::string text = FormattedText(format, arguments);
   va_end(arguments);
   if (GlobalLog.is_capturing()) {
     GlobalLog.Capture(text.substr(0, LOG::CAPTURE_LIMIT));
     GlobalLog.Capture("\n");
   }
-  Write(text + '\n');
+  text += '\n';
+  Write(text);
 }
 
 void LOG_TABLE::printf(const char* format, ...) {
@@ -175,7 +176,8 @@ void LOG_TABLE::PrintRows(const std::string& text, int level) const {
   int column = -1;
   bool at_start = true;
   const auto end_row = [&] {
-    GlobalLog.set(level) << line + '\n';
+    line += '\n';
+    GlobalLog.set(level) << line;
     line.clear();
     column = -1;
     at_start = true;
@@ -219,7 +221,8 @@ void LOG_TABLE::PrintRule(const std::string& row, int level) const {
     line.append(static_cast<std::size_t>(WidthOf(column)), rule_char);
     ++column;
   }
-  GlobalLog.set(level) << line + '\n';
+  line += '\n';
+  GlobalLog.set(level) << line;
 }
 
 }  // namespace varnoth
