@@ -11,7 +11,7 @@ namespace varnoth::fuzz {
 using namespace varnoth::tools;
 
 /// The log of a run. Whatever it holds goes into a page as data that a browser can read. A page
-/// costs ten times its log: only an input of a multiple of sixteen bytes gets one.
+/// costs ten times its log: only an input of a multiple of sixty-four bytes gets one.
 void FuzzRunLogs(const std::string& input) {
   const HELD_TRAPS held;  // the tools have none, except where they rehearse a run
   WriteFile("log.varnoth", input);
@@ -27,7 +27,7 @@ void FuzzRunLogs(const std::string& input) {
   for (const NINE_POINTS* grid : {&record.log.effective_baseline, &record.log.baseline}) {
     Require(grid->lines.size() == grid->values.size(), "a row of values for each line");
   }
-  if (input.size() % 16 != 0) return;
+  if (input.size() % 64 != 0) return;
   record.ending = ENDING::DONE;
   record.numbers["n_samples"] = 1001;
   const std::string page = PageData({record}, false);

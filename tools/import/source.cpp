@@ -18,7 +18,7 @@ namespace varnoth::tools {
 
 namespace {
 
-constexpr std::size_t BLOCK = std::size_t{1} << 18;
+constexpr std::size_t BLOCK = std::size_t{1} << 16;
 
 [[noreturn]] void Fail(const std::string& file, const std::string& text) {
   throw IMPORT_FAILURE(file, 1, text);
@@ -33,13 +33,11 @@ constexpr std::size_t BLOCK = std::size_t{1} << 18;
 template <class READ>
 std::string ReadBounded(const std::string& file, READ read) {
   std::string content;
-  for (;;) {
-    const std::size_t size = content.size();
-    content.resize(size + BLOCK);
-    const std::size_t count = read(content.data() + size);
-    content.resize(size + count);
+  char block[BLOCK];
+  for (std::size_t count = 1; count > 0;) {
+    count = read(block);
+    content.append(block, count);
     if (content.size() > SOURCE_LIMIT) FailTooLarge(file);
-    if (count == 0) break;
   }
   if (content.empty()) Fail(file, "empty");
   return content;
