@@ -107,7 +107,9 @@ void FuzzOrbits(const std::string& input) {
     const HELD_TRAPS no_traps;
     SCENE_ORBIT orbit;
     if (!Accepts([&] { Load(orbit); }) || orbit.core->GetSampleCount() < 2) return;
-    is_reasonable = IsReasonable(orbit) && (!is_hermite || HasVelocities());
+    // A local method whose pieces have one sample each is outside its samples everywhere else.
+    is_reasonable =
+        IsReasonable(orbit) && (!is_hermite || (orbit.support_point_count > 1 && HasVelocities()));
     // For an absurd orbit a trap may be the right answer.
     if (!is_reasonable && (is_hermite || has_traps)) return;
     copy = orbit;
