@@ -184,7 +184,7 @@ class POINTS_FILE final : public POINT_SOURCE {
     return false;
   }
 
-  /// Takes the point of a line that has nothing but its three numbers, in a quarter of the time.
+  /// Takes the point of a line that has nothing but its three numbers, unsearched.
   bool TakePlainPoint(IMAGE_POINT& point) {
     if (columns != 3 || !std::is_sorted(std::begin(places), std::end(places))) return false;
     const char* at = text.data();
