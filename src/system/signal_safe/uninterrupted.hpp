@@ -29,10 +29,19 @@ class UNINTERRUPTED {
   /// For the handler: whether the interrupted code is in such a stretch and will reach its end.
   static bool IsUnderWay();
   /// For the handler: sets what to do at that end.
-  static void AtItsEnd(void (*action)()) { at_end = action; }
+  static void AtItsEnd(void (*action)());
 
  private:
   static constexpr int NONE = -1;
+  template <class T>
+  static T Get(const std::atomic<T>& value) {
+    return value.load(std::memory_order_relaxed);
+  }
+  template <class T>
+  static void Set(std::atomic<T>& value, T to) {
+    value.store(to, std::memory_order_relaxed);
+  }
+
   // Lock-free, so that a handler may use them.
   static inline constinit std::atomic<int> depth = 0;
   static inline constinit std::atomic<int> waiting_for = NONE;
