@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <type_traits>
 
 namespace varnoth {
 
@@ -52,6 +53,32 @@ class EVERETT_DERIVATIVES {
   T r;
   T e1;
   T e2 = 0;
+};
+
+/// The factor of a difference at the right and at the left end, in a value or a derivative. The
+/// fraction of the left end falls where x rises, so that its first derivative changes its sign.
+template <int DERIVATIVE, class T>
+class EVERETT_WEIGHTS {
+ public:
+  EVERETT_WEIGHTS(T r, T s) : right(r), left(s) {}
+
+  void Raise(T k) {
+    right.Raise(k);
+    left.Raise(k);
+  }
+  T Right() const { return Of(right); }
+  T Left() const { return DERIVATIVE == 1 ? -Of(left) : Of(left); }
+
+ private:
+  using TERM = std::conditional_t<DERIVATIVE == 0, EVERETT_TERM<T>, EVERETT_DERIVATIVES<T>>;
+  static T Of(const TERM& term) {
+    if constexpr (DERIVATIVE == 0) return term.Coefficient();
+    if constexpr (DERIVATIVE == 1) return term.First();
+    if constexpr (DERIVATIVE == 2) return term.Second();
+  }
+
+  TERM right;
+  TERM left;
 };
 
 }  // namespace
@@ -151,71 +178,95 @@ int EVERETT<T>::GetXi(T x, T& r, T& s) const {
 }
 
 template <class T>
-inline int EVERETT<T>::Interval(T x, T& r, T& s) const {
+inline bool EVERETT<T>::FindInner(T x, INTERVAL& interval) const {
   const T steps = (x - x0) / dx;
-  if (!std::isgreaterequal(steps, inner_begin) || !std::isless(steps, inner_end)) {
-    return GetXi(x, r, s);
-  }
+  if (!std::isgreaterequal(steps, inner_begin) || !std::isless(steps, inner_end)) return false;
   int i = static_cast<int>(steps);
   if (static_cast<T>(i) > steps) --i;
-  r = steps - static_cast<T>(i);
-  s = 1 - r;
-  return i;
+  const T r = steps - static_cast<T>(i);
+  interval = {i, r, 1 - r};
+  return true;
 }
 
 template <class T>
-template <class TERM, class ADD>
-void EVERETT<T>::ForEachDifference(T r, T s, int i, ADD add) const {
-  const T* difference = Values(i);
-  const int next_order = differences.GetColumnRange().Count();
-  TERM right(r);
-  TERM left(s);
-  for (int k = 1; k <= half; ++k) {
-    right.Raise(static_cast<T>(k));
-    left.Raise(static_cast<T>(k));
-    difference += next_order;
-    add(right, difference[1], left, difference[0]);
+template <int DERIVATIVE, int COUNT>
+inline void EVERETT<T>::Evaluate(const EVERETT* curves, const INTERVAL& interval, T* values) {
+  const auto& [i, r, s] = interval;
+  const T dx = curves->dx;
+  const T* difference[COUNT];
+  for (int c = 0; c < COUNT; ++c) {
+    const T* const sample = difference[c] = curves[c].Values(i);
+    if constexpr (DERIVATIVE == 0) values[c] = sample[1] * r + sample[0] * s;
+    if constexpr (DERIVATIVE == 1) values[c] = sample[1] - sample[0];
+    if constexpr (DERIVATIVE == 2) values[c] = 0;
   }
+  if (curves->half > 0) {
+    const int next_order = curves->differences.GetColumnRange().Count();
+    EVERETT_WEIGHTS<DERIVATIVE, T> weights(r, s);
+    for (int k = 1; k <= curves->half; ++k) {
+      weights.Raise(static_cast<T>(k));
+      const T right = weights.Right();
+      const T left = weights.Left();
+      for (int c = 0; c < COUNT; ++c) {
+        difference[c] += next_order;
+        values[c] += difference[c][1] * right + difference[c][0] * left;
+      }
+    }
+  }
+  for (int c = 0; c < COUNT; ++c) {
+    if constexpr (DERIVATIVE == 1) values[c] /= dx;
+    if constexpr (DERIVATIVE == 2) values[c] /= dx * dx;
+  }
+}
+
+template <class T>
+template <int DERIVATIVE>
+inline T EVERETT<T>::At(T x) const {
+  INTERVAL interval;
+  if (!FindInner(x, interval)) interval.i = GetXi(x, interval.r, interval.s);
+  T value;
+  Evaluate<DERIVATIVE, 1>(this, interval, &value);
+  return value;
 }
 
 template <class T>
 T EVERETT<T>::GetY(T x) const {
-  T r;
-  T s;
-  const int i = Interval(x, r, s);
-  const T* const values = Values(i);
-  T y = values[1] * r + values[0] * s;
-  ForEachDifference<EVERETT_TERM<T>>(r, s, i, [&](auto& right, T b, auto& left, T a) {
-    y += b * right.Coefficient() + a * left.Coefficient();
-  });
-  return y;
+  return At<0>(x);
 }
 
 template <class T>
 T EVERETT<T>::GetDerivedY(T x) const {
-  T r;
-  T s;
-  const int i = Interval(x, r, s);
-  const T* const values = Values(i);
-  T dy = values[1] - values[0];
-  if (half == 0) return dy / dx;
-  ForEachDifference<EVERETT_DERIVATIVES<T>>(r, s, i, [&](auto& right, T b, auto& left, T a) {
-    dy += right.First() * b - left.First() * a;
-  });
-  return dy / dx;
+  return At<1>(x);
 }
 
 template <class T>
 T EVERETT<T>::GetDerived2Y(T x) const {
-  T r;
-  T s;
-  const int i = Interval(x, r, s);
-  T v = 0;
-  if (half == 0) return v / (dx * dx);
-  ForEachDifference<EVERETT_DERIVATIVES<T>>(r, s, i, [&](auto& right, T b, auto& left, T a) {
-    v += right.Second() * b + left.Second() * a;
-  });
-  return v / (dx * dx);
+  return At<2>(x);
+}
+
+template <class T>
+bool EVERETT<T>::HasGridOf(const EVERETT& other) const {
+  return x0 == other.x0 && dx == other.dx && half == other.half && first == other.first &&
+         last == other.last;
+}
+
+template <class T>
+template <int DERIVATIVE>
+void EVERETT<T>::EvaluateAll(const EVERETT* curves, int count, T x, T* values) {
+  INTERVAL interval;
+  if (count == 3 && curves[1].HasGridOf(curves[0]) && curves[2].HasGridOf(curves[0]) &&
+      curves->FindInner(x, interval)) {
+    Evaluate<DERIVATIVE, 3>(curves, interval, values);
+    return;
+  }
+  for (int c = 0; c < count; ++c) values[c] = curves[c].template At<DERIVATIVE>(x);
+}
+
+template <class T>
+void EVERETT<T>::EvaluateAll(const EVERETT* curves, int count, int derivative, T x, T* values) {
+  if (derivative == 0) EvaluateAll<0>(curves, count, x, values);
+  if (derivative == 1) EvaluateAll<1>(curves, count, x, values);
+  if (derivative == 2) EvaluateAll<2>(curves, count, x, values);
 }
 
 template class EVERETT<float>;

@@ -44,6 +44,10 @@ class EVERETT : public INTERPOLATION<T, POINT<T>> {
   T GetY(T x) const override;
   T GetDerivedY(T x) const override;
   T GetDerived2Y(T x) const override;
+  /// Writes the values (derivative 0), first (1) or second derivatives (2) of `count` curves at an
+  /// abscissa, as each gives its own. Three curves of one grid, such as the coordinates of an
+  /// orbit, share the factors of their differences, which cost more than the sums.
+  static void EvaluateAll(const EVERETT* curves, int count, int derivative, T x, T* values);
 
   /// Whether all steps, and `dx`, the mean step of the last Create, agree with the first step to
   /// 1e-8 of it. Always true for fewer than three samples.
@@ -56,17 +60,27 @@ class EVERETT : public INTERPOLATION<T, POINT<T>> {
   virtual int GetXi(T x, T& r, T& s) const;
 
  private:
-  /// Like GetXi, but without a call in the usual case.
-  int Interval(T x, T& r, T& s) const;
+  struct INTERVAL {
+    int i;
+    T r;  ///< fraction of a step from the interval's left end
+    T s;  ///< and to its right end
+  };
+  /// The interval of an abscissa that has enough samples on both sides: as GetXi, without a call.
+  bool FindInner(T x, INTERVAL& interval) const;
+  /// Whether both curves have the same abscissae, order and indices.
+  bool HasGridOf(const EVERETT& other) const;
+  /// A derivative of COUNT curves of one grid in an interval.
+  template <int DERIVATIVE, int COUNT>
+  static void Evaluate(const EVERETT* curves, const INTERVAL& interval, T* values);
+  template <int DERIVATIVE>
+  T At(T x) const;
+  template <int DERIVATIVE>
+  static void EvaluateAll(const EVERETT* curves, int count, T x, T* values);
   /// The last interval with enough samples to its right. Even without differences its right end
   /// must be a sample.
   int RightBound() const { return last - std::max(half, 1); }
   /// The samples from index i on: the first row of the table.
   const T* Values(int i) const { return differences.GetBlock() + (i - first); }
-  /// Calls add(right, b, left, a) for every order of differences: the TERM objects of the
-  /// interval's right and left end, each followed by the difference there.
-  template <class TERM, class ADD>
-  void ForEachDifference(T r, T s, int i, ADD add) const;
 
   MATRIX<T> differences;  ///< row k: central differences of order 2k, over the series' indices
   T x0 = 0;

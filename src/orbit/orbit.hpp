@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "foundation/errors.hpp"
+#include "interpolation/everett.hpp"
 #include "orbit/sampled_orbit.hpp"
 
 namespace varnoth {
@@ -78,6 +79,10 @@ class ORBIT : public SAMPLED_ORBIT<T, S> {
 
   void Evaluate(DERIVATIVE derivative, T x, int first, int count, T* values) const override {
     const I* const interpolator = interpolators.begin() + first;
+    if constexpr (std::is_same_v<I, EVERETT<T>>) {
+      EVERETT<T>::EvaluateAll(interpolator, count, derivative, x, values);
+      return;
+    }
     for (int c = 0; c < count; ++c) {
       switch (derivative) {
         case SAMPLED_ORBIT<T, S>::DERIVATIVE_OF_GetPosition:

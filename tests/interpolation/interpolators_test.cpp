@@ -106,6 +106,34 @@ TEST_F(InterpolatorsTest, EverettTakesTheNearestGoodIntervalAndTells) {
   EXPECT_EQ(Everett(2, Series(GRID, Fourth, 10)).GetXi(3.5, r, s), 11);
 }
 
+TEST_F(InterpolatorsTest, EverettGivesCurvesTogetherWhatEachGivesAlone) {
+  ABSCISSAE shifted = GRID, wider = GRID, fewer(GRID.begin(), GRID.end() - 1);
+  for (double& x : shifted) x += 0.25;
+  for (double& x : wider) x *= 1.25;
+  for (const auto& third :
+       {Everett(8, Series(GRID, Cosine)), Everett(8, Series(shifted, Cosine)),
+        Everett(8, Series(wider, Cosine)), Everett(8, Series(fewer, Cosine)),
+        Everett(8, Series(GRID, Cosine, 1)), Everett(8, Series(fewer, Cosine, 1)),
+        Everett(4, Series(GRID, Cosine))}) {
+    const std::array curves = {Everett(8, Series(GRID, Fourth)), Everett(8, Series(GRID, Cosine)),
+                               third};
+    for (const double x : {3.6, 4.2, 7.8, 12.9, 13.3, 15.6}) {
+      for (const int derivative : {0, 1, 2}) {
+        std::array<double, 3> together{}, alone{};
+        EVERETT<double>::EvaluateAll(curves.data(), 3, derivative, x, together.data());
+        const std::string text = TakeLog();
+        for (int c = 0; c < 3; ++c) {
+          alone[c] = derivative == 0   ? curves[c].GetY(x)
+                     : derivative == 1 ? curves[c].GetDerivedY(x)
+                                       : curves[c].GetDerived2Y(x);
+        }
+        EXPECT_EQ(together, alone) << x << " " << derivative;
+        EXPECT_EQ(text, TakeLog()) << x << " " << derivative;
+      }
+    }
+  }
+}
+
 TEST_F(InterpolatorsTest, EverettTakesTwoSamplesAndAGridWithinItsTolerance) {
   EXPECT_NO_THROW(Everett(2, Series({0, 5, 10, 15 - 4e-8}, Fourth)));
   for (const int order : {0, 2}) EXPECT_EQ(Everett(order, Series({0, 1}, Fourth)).GetY(0.25), 0.25);
