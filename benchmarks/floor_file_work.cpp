@@ -85,7 +85,11 @@ int main(int argc, char** argv) {
   std::memset(filling, 'x', longest);
 
   // The log: one line in a temporary file, which then moves.
-  char log_name[] = "/tmp/log.XXXXXX";
+  const char* const preferred = std::getenv("TMPDIR");
+  const char* const directory = preferred != nullptr ? preferred : "/tmp";
+  char log_name[256];
+  Need(std::strlen(directory) + sizeof "/log.XXXXXX" <= sizeof log_name);
+  std::strcat(std::strcpy(log_name, directory), "/log.XXXXXX");
   const int early_log = mkstemp(log_name);
   Need(early_log >= 0);
   Write(early_log, filling, log_lines.length);
