@@ -11,8 +11,8 @@ namespace varnoth::fuzz {
 using namespace varnoth::tools;
 
 /// The log of a run. Whatever it holds goes into a page as data that a browser can read. A page
-/// costs ten times its log: only an input of a multiple of sixty-four bytes gets one, of which the
-/// longest inputs are none.
+/// costs ten times its log: only an input of a multiple of sixty-four bytes gets one, and none of
+/// the greatest length does.
 void FuzzRunLogs(const std::string& input) {
   const HELD_TRAPS held;  // the tools have none, except where they rehearse a run
   WriteFile("log.varnoth", input);

@@ -44,9 +44,9 @@ class EVERETT : public INTERPOLATION<T, POINT<T>> {
   T GetY(T x) const override;
   T GetDerivedY(T x) const override;
   T GetDerived2Y(T x) const override;
-  /// Writes the values (derivative 0), first (1) or second derivatives (2) of `count` curves at an
-  /// abscissa, as each gives its own. Three curves of one grid, such as the coordinates of an
-  /// orbit, share the factors of their differences, which cost more than the sums.
+  /// As for every interpolator, with the same digits and log lines. Three curves of one grid, such
+  /// as the coordinates of an orbit, share the factors of their differences, which cost more than
+  /// the sums.
   static void EvaluateAll(const EVERETT* curves, int count, int derivative, T x, T* values);
 
   /// Whether all steps, and `dx`, the mean step of the last Create, agree with the first step to
@@ -69,7 +69,7 @@ class EVERETT : public INTERPOLATION<T, POINT<T>> {
   bool FindInner(T x, INTERVAL& interval) const;
   /// Whether both curves have the same abscissae, order and indices.
   bool HasGridOf(const EVERETT& other) const;
-  /// A derivative of COUNT curves of one grid in an interval.
+  /// The values or a derivative of COUNT curves of one grid in an interval.
   template <int DERIVATIVE, int COUNT>
   static void Evaluate(const EVERETT* curves, const INTERVAL& interval, T* values);
   template <int DERIVATIVE>

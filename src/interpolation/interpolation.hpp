@@ -52,6 +52,24 @@ class INTERPOLATION {
   virtual T GetDerived2Y(T /*x*/) const {
     Refuse("INTERPOLATION::GetDerived2Y() shell not be called\n");
   }
+  /// Writes the values (derivative 0), first (1) or second derivatives (2) of the `count`
+  /// interpolators from `first` on at an abscissa to as many `values`. Throws what they throw.
+  template <class I>
+  static void EvaluateAll(const I* first, int count, int derivative, T x, T* values) {
+    for (int c = 0; c < count; ++c) {
+      switch (derivative) {
+        case 0:
+          values[c] = first[c].GetY(x);
+          break;
+        case 1:
+          values[c] = first[c].GetDerivedY(x);
+          break;
+        case 2:
+          values[c] = first[c].GetDerived2Y(x);
+          break;
+      }
+    }
+  }
   /// The coefficients; each interpolator says what they mean. The pointer holds until the next
   /// Create.
   virtual const T* GetCoeffs() const { Refuse("INTERPOLATION::GetCoeffs() shall not be called\n"); }

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "foundation/errors.hpp"
-#include "interpolation/everett.hpp"
 #include "orbit/sampled_orbit.hpp"
 
 namespace varnoth {
@@ -78,24 +77,7 @@ class ORBIT : public SAMPLED_ORBIT<T, S> {
   using typename SAMPLED_ORBIT<T, S>::DERIVATIVE;
 
   void Evaluate(DERIVATIVE derivative, T x, int first, int count, T* values) const override {
-    const I* const interpolator = interpolators.begin() + first;
-    if constexpr (std::is_same_v<I, EVERETT<T>>) {
-      EVERETT<T>::EvaluateAll(interpolator, count, derivative, x, values);
-      return;
-    }
-    for (int c = 0; c < count; ++c) {
-      switch (derivative) {
-        case SAMPLED_ORBIT<T, S>::DERIVATIVE_OF_GetPosition:
-          values[c] = interpolator[c].GetY(x);
-          break;
-        case SAMPLED_ORBIT<T, S>::DERIVATIVE_OF_GetVelocity:
-          values[c] = interpolator[c].GetDerivedY(x);
-          break;
-        case SAMPLED_ORBIT<T, S>::DERIVATIVE_OF_GetAcceleration:
-          values[c] = interpolator[c].GetDerived2Y(x);
-          break;
-      }
-    }
+    I::EvaluateAll(interpolators.begin() + first, count, derivative, x, values);
   }
   int InterpolatorCount() const override { return interpolators.GetLength(); }
   T SampleX(int coordinate, int index) const override { return SampleAt(coordinate, index).x; }

@@ -76,7 +76,7 @@ class SAMPLED_ORBIT : public ORBIT_BASE {
   void Print(int level, const char* title) const override;
 
  protected:
-  /// The derivative of the interpolators that an operation asks for.
+  /// The order of the interpolators' derivative that an operation asks for.
   enum DERIVATIVE {
     DERIVATIVE_OF_GetPosition,
     DERIVATIVE_OF_GetVelocity,

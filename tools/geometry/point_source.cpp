@@ -184,7 +184,8 @@ class POINTS_FILE final : public POINT_SOURCE {
     return false;
   }
 
-  /// Takes the point of a line that has nothing but its three numbers, unsearched.
+  /// Takes the point of a line that has nothing but its three numbers, without finding its fields
+  /// first.
   bool TakePlainPoint(IMAGE_POINT& point) {
     if (columns != 3 || !std::is_sorted(std::begin(places), std::end(places))) return false;
     const char* at = text.data();

@@ -14,6 +14,9 @@ namespace varnoth {
 ///       at_line_start = ends_line;
 ///     }
 ///
+/// Only one thread at a time may have such objects: the one that writes to the log. A signal that
+/// another thread takes may come between.
+///
 /// A fault of the stretch itself (a bad address, a trap) ends the process by that signal, with the
 /// failure mark but without a line: keep code that can fault outside.
 class UNINTERRUPTED {
